@@ -1,0 +1,51 @@
+# One interface target carries every flag, so that no target can forget one.
+
+option(TALLYFOX_TESTS "Build the tests" ON)
+option(TALLYFOX_BENCHMARKS "Build the benchmarks" OFF)
+option(TALLYFOX_FUZZ "Build the fuzz targets (needs clang)" OFF)
+option(TALLYFOX_WERROR "Treat warnings as errors" OFF)
+set(TALLYFOX_SANITIZE "" CACHE STRING "Sanitizers, as -fsanitize= takes them (for example address,undefined)")
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+include(CheckPIESupported)
+check_pie_supported()
+
+find_program(TALLYFOX_CCACHE ccache)
+if(TALLYFOX_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${TALLYFOX_CCACHE}")
+endif()
+
+add_library(tallyfoxOptions INTERFACE)
+
+target_compile_options(tallyfoxOptions INTERFACE
+    -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast
+    -Wnon-virtual-dtor -Woverloaded-virtual -Wimplicit-fallthrough
+    $<$<BOOL:${TALLYFOX_WERROR}>:-Werror>)
+
+# Hardening of what is shipped. Sanitizers bring their own checks and do not mix with _FORTIFY_SOURCE.
+if(TALLYFOX_SANITIZE)
+    target_compile_options(tallyfoxOptions INTERFACE
+        -fsanitize=${TALLYFOX_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -g)
+    target_link_options(tallyfoxOptions INTERFACE -fsanitize=${TALLYFOX_SANITIZE})
+    target_compile_definitions(tallyfoxOptions INTERFACE TALLYFOX_SANITIZED)
+else()
+    target_compile_options(tallyfoxOptions INTERFACE
+        -fstack-protector-strong -fstack-clash-protection
+        $<$<CONFIG:Release>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3>)
+    target_link_options(tallyfoxOptions INTERFACE -Wl,-z,relro,-z,now,-z,noexecstack -Wl,--as-needed)
+endif()
+target_compile_definitions(tallyfoxOptions INTERFACE _GLIBCXX_ASSERTIONS)
+
+add_library(tallyfoxQtOptions INTERFACE)
+target_link_libraries(tallyfoxQtOptions INTERFACE tallyfoxOptions)
+target_compile_definitions(tallyfoxQtOptions INTERFACE
+    QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING
+    QT_NO_CAST_FROM_BYTEARRAY QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_STRICT_ITERATORS
+    QT_DISABLE_DEPRECATED_BEFORE=0x060400)

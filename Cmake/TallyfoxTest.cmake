@@ -1,0 +1,15 @@
+find_package(GTest REQUIRED)
+include(GoogleTest)
+
+# tallyfox_add_test(NAME sources… [LIBRARIES …]): one GoogleTest program, each of its tests known to ctest by name.
+function(tallyfox_add_test name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "LIBRARIES;LABELS;PROPERTIES")
+    add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
+    target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} GTest::gmock GTest::gtest)
+    if(NOT arg_TIMEOUT)
+        set(arg_TIMEOUT 120)
+    endif()
+    gtest_discover_tests(${name}
+        DISCOVERY_TIMEOUT 60
+        PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}" ${arg_PROPERTIES})
+endfunction()

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "TallyfoxCore/HistoryLines.h"
+#include "TallyfoxCore/UsageSample.h"
+
+#include <vector>
+
+namespace tallyfox {
+
+/// Reads the usage records of one Claude Code history file.
+namespace ClaudeUsageParser {
+
+/// The samples of `lines`, ascending by timestamp. Each message id gives one sample, the reading with the largest
+/// total (the earlier one of equals); records without an id stand for themselves. Lines that are no assistant record
+/// with usage and a timestamp are passed over. Message content is skipped, never decoded.
+std::vector<UsageSample> parse(const HistoryLines& lines);
+
+} // namespace ClaudeUsageParser
+
+} // namespace tallyfox

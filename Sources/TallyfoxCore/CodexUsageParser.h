@@ -1,0 +1,19 @@
+#pragma once
+
+#include "TallyfoxCore/HistoryLines.h"
+#include "TallyfoxCore/UsageSample.h"
+
+#include <vector>
+
+namespace tallyfox {
+
+/// Reads the token-count events of one Codex CLI session file.
+namespace CodexUsageParser {
+
+/// The samples of `lines`, one for each token-count event with a last usage and a timestamp, in the order of the
+/// lines. All other lines are passed over.
+std::vector<UsageSample> parse(const HistoryLines& lines);
+
+} // namespace CodexUsageParser
+
+} // namespace tallyfox
