@@ -1,0 +1,74 @@
+#pragma once
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+/// Searches that look at sixteen bytes at a time. They use the vector types that GCC and Clang offer on every
+/// processor, so that no code here depends on one.
+namespace tallyfox {
+
+namespace byteScan {
+
+using Bytes [[gnu::vector_size(16)]] = unsigned char;
+using Words [[gnu::vector_size(16)]] = std::uint64_t;
+
+inline constexpr std::size_t width = sizeof(Bytes);
+
+inline Bytes load(const char* bytes)
+{
+    Bytes block;
+    std::memcpy(&block, bytes, width);
+    return block;
+}
+
+/// Index of the first byte whose lane of `mask` is set; `width` if none is.
+template <typename Mask> inline std::size_t firstSet(Mask mask)
+{
+    Words words;
+    std::memcpy(&words, &mask, width);
+    constexpr bool isLittle = std::endian::native == std::endian::little;
+    const auto byteIndex = [](std::uint64_t word) {
+        return static_cast<std::size_t>(isLittle ? std::countr_zero(word) : std::countl_zero(word)) / 8;
+    };
+    if (words[0] != 0)
+        return byteIndex(words[0]);
+    return words[1] != 0 ? 8 + byteIndex(words[1]) : width;
+}
+
+} // namespace byteScan
+
+/// Position at or after `from` of the first byte that a JSON string cannot hold as it is: a quotation mark, a
+/// backslash or a control character; the size of the text if there is none.
+inline std::size_t findJsonStringSpecial(std::string_view text, std::size_t from)
+{
+    while (from + byteScan::width <= text.size()) {
+        const byteScan::Bytes block = byteScan::load(text.data() + from);
+        const std::size_t found = byteScan::firstSet((block == '"') | (block == '\\') | (block < 0x20));
+        if (found < byteScan::width)
+            return from + found;
+        from += byteScan::width;
+    }
+    while (from < text.size() && text[from] != '"' && text[from] != '\\'
+           && static_cast<unsigned char>(text[from]) >= 0x20)
+        ++from;
+    return from;
+}
+
+/// Position at or after `from` of the first byte that is not ASCII; the size of the text if there is none.
+inline std::size_t findNonAscii(std::string_view text, std::size_t from)
+{
+    while (from + byteScan::width <= text.size()) {
+        const std::size_t found = byteScan::firstSet(byteScan::load(text.data() + from) > 0x7F);
+        if (found < byteScan::width)
+            return from + found;
+        from += byteScan::width;
+    }
+    while (from < text.size() && static_cast<unsigned char>(text[from]) < 0x80)
+        ++from;
+    return from;
+}
+
+} // namespace tallyfox
