@@ -1,0 +1,191 @@
+#include "TallyfoxCore/ClaudeUsageParser.h"
+
+#include "TallyfoxCore/Iso8601.h"
+#include "TallyfoxCore/JsonFields.h"
+#include "TallyfoxCore/TokenSum.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <deque>
+#include <memory_resource>
+#include <string>
+#include <unordered_map>
+
+namespace tallyfox {
+
+namespace {
+
+struct ClaudeUsage {
+    IntegerField inputTokens;
+    IntegerField outputTokens;
+    IntegerField cacheReadInputTokens;
+    IntegerField cacheCreationInputTokens;
+
+    bool readMember(const JsonString& key, JsonReader& reader)
+    {
+        IntegerField* const field = fieldFor(key);
+        if (field != nullptr)
+            field->read(reader);
+        return field != nullptr;
+    }
+    [[nodiscard]] bool isDecodable() const
+    {
+        return inputTokens.isDecodable() && outputTokens.isDecodable() && cacheReadInputTokens.isDecodable()
+            && cacheCreationInputTokens.isDecodable();
+    }
+
+private:
+    IntegerField* fieldFor(const JsonString& key)
+    {
+        if (key.equals("input_tokens"))
+            return &inputTokens;
+        if (key.equals("output_tokens"))
+            return &outputTokens;
+        if (key.equals("cache_read_input_tokens"))
+            return &cacheReadInputTokens;
+        return key.equals("cache_creation_input_tokens") ? &cacheCreationInputTokens : nullptr;
+    }
+};
+
+struct ClaudeMessage {
+    StringField id;
+    StringField model;
+    ObjectField<ClaudeUsage> usage;
+
+    bool readMember(const JsonString& key, JsonReader& reader)
+    {
+        if (key.equals("id"))
+            id.read(reader);
+        else if (key.equals("model"))
+            model.read(reader);
+        else if (key.equals("usage"))
+            usage.read(reader);
+        else
+            return false;
+        return true;
+    }
+    [[nodiscard]] bool isDecodable() const
+    {
+        return id.isDecodable() && model.isDecodable() && usage.isDecodable();
+    }
+};
+
+struct ClaudeRecord {
+    StringField timestamp;
+    StringField type;
+    ObjectField<ClaudeMessage> message;
+
+    bool readMember(const JsonString& key, JsonReader& reader)
+    {
+        if (key.equals("timestamp"))
+            timestamp.read(reader);
+        else if (key.equals("type"))
+            type.read(reader);
+        else if (key.equals("message"))
+            message.read(reader);
+        else
+            return false;
+        return true;
+    }
+    [[nodiscard]] bool isDecodable() const
+    {
+        return timestamp.state == FieldState::present && type.state == FieldState::present && message.isDecodable();
+    }
+    [[nodiscard]] bool hasAssistantUsage() const
+    {
+        return type.value.equals("assistant") && message.isPresent() && message.members.usage.isPresent();
+    }
+};
+
+UsageSample sampleOf(const ClaudeMessage& message, Instant timestamp)
+{
+    const ClaudeUsage& usage = message.usage.members;
+    UsageSample sample;
+    sample.provider = Provider::claude;
+    sample.timestamp = timestamp;
+    if (message.model.state == FieldState::present)
+        sample.model = message.model.value.decoded();
+    sample.inputTokens = usage.inputTokens.valueOr(0);
+    sample.outputTokens = usage.outputTokens.valueOr(0);
+    sample.cachedInputTokens = usage.cacheReadInputTokens.valueOr(0);
+    // Tokens that create a cache entry are paid for, so they count in the total, but nothing was served from the cache.
+    sample.totalTokens = tokenSum(tokenSum(tokenSum(sample.inputTokens, sample.outputTokens), sample.cachedInputTokens),
+                                  usage.cacheCreationInputTokens.valueOr(0));
+    sample.confidence = MeasurementConfidence::observed;
+    return sample;
+}
+
+/// The samples of one file, at most one for each key.
+class KeyedSamples {
+public:
+    explicit KeyedSamples(const HistoryLines& lines)
+        : m_lineCounter(lines)
+    { }
+
+    void add(std::string_view line)
+    {
+        ClaudeRecord record;
+        if (!readJsonObject(line, record) || !record.isDecodable() || !record.hasAssistantUsage())
+            return;
+        std::string storage;
+        const std::string_view rawTimestamp = record.timestamp.value.decoded(storage);
+        const auto timestamp = parseISO8601(rawTimestamp);
+        if (!timestamp)
+            return;
+        const StringField& id = record.message.members.id;
+        keepLargest(id.state == FieldState::present ? keyOf(id.value) : keyOf(rawTimestamp, line),
+                    sampleOf(record.message.members, *timestamp));
+    }
+
+    std::vector<UsageSample> takeSorted()
+    {
+        std::ranges::stable_sort(m_samples, {}, &UsageSample::timestamp);
+        return std::move(m_samples);
+    }
+
+private:
+    std::string_view keyOf(const JsonString& id)
+    {
+        std::string storage;
+        const std::string_view key = id.decoded(storage);
+        return key.data() == id.raw.data() ? key : std::string_view(m_ownedKeys.emplace_back(std::move(storage)));
+    }
+
+    /// The key of a record without an id: its timestamp and its place in the file, which no other record shares.
+    std::string_view keyOf(std::string_view rawTimestamp, std::string_view line)
+    {
+        return m_ownedKeys.emplace_back(std::string(rawTimestamp) + '-' + std::to_string(m_lineCounter.indexOf(line)));
+    }
+
+    void keepLargest(std::string_view key, UsageSample sample)
+    {
+        const auto known = m_indexes.find(key);
+        if (known != m_indexes.end()) {
+            UsageSample& kept = m_samples[known->second];
+            if (sample.totalTokens > kept.totalTokens)
+                kept = std::move(sample);
+        } else if (sample.totalTokens >= 0) {
+            m_indexes.emplace(key, m_samples.size());
+            m_samples.push_back(std::move(sample));
+        }
+    }
+
+    LineCounter m_lineCounter;
+    std::array<std::byte, 32 * 1024> m_firstMemory;
+    std::pmr::monotonic_buffer_resource m_memory{m_firstMemory.data(), m_firstMemory.size()};
+    std::deque<std::string> m_ownedKeys;
+    std::pmr::unordered_map<std::string_view, std::size_t> m_indexes{&m_memory};
+    std::vector<UsageSample> m_samples;
+};
+
+} // namespace
+
+std::vector<UsageSample> ClaudeUsageParser::parse(const HistoryLines& lines, LineSelection selection)
+{
+    KeyedSamples samples(lines);
+    forEachLine(lines, selection, "usage", [&samples](std::string_view line) { samples.add(line); });
+    return samples.takeSorted();
+}
+
+} // namespace tallyfox
