@@ -1,0 +1,51 @@
+#pragma once
+
+#include <string>
+#include <sys/types.h>
+#include <utility>
+#include <variant>
+
+namespace tallyfox {
+
+/// Owns an open file descriptor, or none.
+class FileDescriptor {
+public:
+    explicit FileDescriptor(int descriptor = -1)
+        : m_descriptor(descriptor)
+    { }
+    FileDescriptor(FileDescriptor&& other) noexcept
+        : m_descriptor(std::exchange(other.m_descriptor, -1))
+    { }
+    FileDescriptor& operator=(FileDescriptor&& other) noexcept
+    {
+        std::swap(m_descriptor, other.m_descriptor);
+        return *this;
+    }
+    ~FileDescriptor();
+
+    [[nodiscard]] int get() const
+    {
+        return m_descriptor;
+    }
+    [[nodiscard]] bool isOpen() const
+    {
+        return m_descriptor >= 0;
+    }
+    /// Gives the descriptor away.
+    int release()
+    {
+        return std::exchange(m_descriptor, -1);
+    }
+
+    /// Opens a folder for listing, following links. Not open on an error, which `errno` then tells.
+    static FileDescriptor openFolder(const char* path);
+
+    /// Opens `path` below this folder with `flags` and O_CLOEXEC, following no link anywhere on the way. The path may
+    /// be longer than the system takes at once. Not open on an error, which `errno` then tells.
+    [[nodiscard]] FileDescriptor openBelow(const std::string& path, int flags) const;
+
+private:
+    int m_descriptor;
+};
+
+} // namespace tallyfox
