@@ -1,0 +1,27 @@
+#pragma once
+
+#include "TallyfoxCore/Instant.h"
+
+#include <chrono>
+#include <optional>
+#include <string>
+
+namespace tallyfox::test {
+
+/// The C library as an independent opinion on time zones: sets `TZ` of this process while it lives. Its users must
+/// not run in parallel threads.
+class GlibcTimeZone {
+public:
+    explicit GlibcTimeZone(const std::string& timeZone);
+    GlibcTimeZone(const GlibcTimeZone&) = delete;
+    GlibcTimeZone& operator=(const GlibcTimeZone&) = delete;
+    ~GlibcTimeZone();
+
+    /// The local date of a moment.
+    [[nodiscard]] std::chrono::local_days dayOf(std::chrono::sys_seconds time) const;
+
+private:
+    std::optional<std::string> m_before;
+};
+
+} // namespace tallyfox::test
