@@ -31,6 +31,9 @@ struct UsageStoreEnvironment {
     /// Fetches the Codex quota, blocking for at most 10 seconds; ends early on a stop request. Empty: no fetch is
     /// attempted, which is no failure. Any thread.
     std::function<std::variant<QuotaSnapshot, QuotaError>(std::stop_token)> fetchQuota;
+    /// Ends at once every child process that fetches have started and lets no fetch start another. Called when the
+    /// store goes; may be empty. Main thread.
+    std::function<void()> endFetches;
     /// Stores a grant for a folder the user has chosen; whether that succeeded. Main thread.
     std::function<bool(const std::filesystem::path&)> grantHome;
     /// Where the folder picker starts. Main thread.
