@@ -1,0 +1,20 @@
+#include "Tallyfox/Store/ProgrammingErrors.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace tallyfox {
+
+void stopBecausePercentIsNoInteger()
+{
+    std::fputs("tallyfox: stopped: the quota percentage is no number that 64 bits hold\n", stderr);
+    std::_Exit(EXIT_FAILURE);
+}
+
+void stopBecauseRefreshIntervalOverflows()
+{
+    std::fputs("tallyfox: stopped: the refresh interval has more seconds than 64 bits hold\n", stderr);
+    std::_Exit(EXIT_FAILURE);
+}
+
+} // namespace tallyfox
