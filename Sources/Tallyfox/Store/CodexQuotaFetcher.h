@@ -30,7 +30,8 @@ std::variant<std::filesystem::path, SourceError> executableURL(const std::vector
 /// the child to exit. Whatever the way out, the child's process group is told to terminate and `reaper` sees to it
 /// that nothing of it is left 2 seconds later.
 std::variant<QuotaSnapshot, QuotaError> fetch(const std::vector<std::filesystem::path>& candidates, ChildReaper& reaper,
-                                              std::stop_token stop = {}, std::chrono::milliseconds limit = timeLimit);
+                                              const std::stop_token& stop = {},
+                                              std::chrono::milliseconds limit = timeLimit);
 
 } // namespace CodexQuotaFetcher
 
