@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace tallyfox::bench {
+
+/// What one run of a program took.
+struct ChildRun {
+    double wallMilliseconds = 0;
+    double cpuMilliseconds = 0; ///< user and system
+    double peakMebibytes = 0; ///< largest resident set
+};
+
+/// Runs a program, found along PATH, to its end; its standard output is thrown away. Ends this program when it cannot
+/// be run or fails: a figure of a failure would mean nothing.
+ChildRun runChild(const std::vector<std::string>& command);
+
+} // namespace tallyfox::bench
