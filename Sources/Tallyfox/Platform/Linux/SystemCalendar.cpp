@@ -26,7 +26,7 @@ Calendar systemCalendar()
     const Calendar::Database database = systemDatabase();
     const bool isSet = qEnvironmentVariableIsSet("TZ");
     const QByteArray timeZone = qgetenv("TZ");
-    const auto calendar = isSet ? Calendar::named(std::string_view{timeZone}, database) : Calendar::ofSystem(database);
+    const auto calendar = isSet ? Calendar::named(timeZone.toStdString(), database) : Calendar::ofSystem(database);
     return calendar.value_or(Calendar::utc());
 }
 
