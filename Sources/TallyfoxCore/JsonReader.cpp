@@ -1,14 +1,34 @@
 #include "TallyfoxCore/JsonReader.h"
 
-#include "TallyfoxCore/ByteScan.h"
+#include "TallyfoxCore/Platform/ByteScan.h"
 
 namespace tallyfox {
 
 namespace {
 
+constexpr std::size_t unicodeEscapeSize = 6;
+
 bool isDigit(char character)
 {
     return character >= '0' && character <= '9';
+}
+
+/// Whether `letter` makes an escape of two characters behind a backslash.
+bool isSimpleEscape(char letter)
+{
+    switch (letter) {
+    case '"':
+    case '\\':
+    case '/':
+    case 'b':
+    case 'f':
+    case 'n':
+    case 'r':
+    case 't':
+        return true;
+    default:
+        return false;
+    }
 }
 
 bool isHexDigit(char character)
@@ -123,20 +143,15 @@ bool JsonReader::takeEscape()
 {
     if (m_position + 1 == m_text.size())
         return fail();
-    constexpr std::string_view simple = "\"\\/bfnrt";
-    const char letter = m_text[m_position + 1];
-    if (simple.find(letter) != simple.npos) {
+    if (isSimpleEscape(m_text[m_position + 1])) [[likely]] {
         m_position += 2;
         return true;
     }
-    const std::string_view digits = m_text.substr(m_position + 2, 4);
-    if (letter != 'u' || digits.size() < 4)
+    const std::string_view escape = m_text.substr(m_position, unicodeEscapeSize);
+    if (escape.size() < unicodeEscapeSize || escape[1] != 'u' || !isHexDigit(escape[2]) || !isHexDigit(escape[3])
+        || !isHexDigit(escape[4]) || !isHexDigit(escape[5]))
         return fail();
-    for (const char digit : digits) {
-        if (!isHexDigit(digit))
-            return fail();
-    }
-    m_position += 6;
+    m_position += unicodeEscapeSize;
     return true;
 }
 

@@ -1,6 +1,6 @@
 #include "TallyfoxCore/JsonToken.h"
 
-#include "TallyfoxCore/ByteScan.h"
+#include "TallyfoxCore/Platform/ByteScan.h"
 #include "TallyfoxCore/Utf8.h"
 
 #include <algorithm>
@@ -106,10 +106,10 @@ struct Decimal {
     std::int64_t exponent = 0; ///< of the last digit
 };
 
-/// The exponent after the letter e, held within bounds that no digit count can reach.
+/// The exponent after the letter e, held within bounds that no digit count can reach and no step here overflows.
 std::int64_t exponentValue(std::string_view text)
 {
-    constexpr std::int64_t bound = std::int64_t{1} << 60;
+    constexpr std::int64_t bound = std::int64_t{1} << 56;
     const bool isNegative = text.starts_with('-');
     if (isNegative || text.starts_with('+'))
         text.remove_prefix(1);

@@ -1,6 +1,6 @@
 #include "TallyfoxCore/Utf8.h"
 
-#include "TallyfoxCore/ByteScan.h"
+#include "TallyfoxCore/Platform/ByteScan.h"
 
 #include <cstddef>
 

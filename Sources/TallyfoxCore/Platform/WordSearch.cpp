@@ -1,6 +1,6 @@
 #include "TallyfoxCore/Platform/WordSearch.h"
 
-#include "TallyfoxCore/ByteScan.h"
+#include "TallyfoxCore/Platform/ByteScan.h"
 
 #include <algorithm>
 
@@ -16,11 +16,11 @@ bool isWordAt(std::string_view text, std::size_t position, std::string_view word
     return text[position] == '"' && rest.starts_with(word) && rest.substr(word.size()).starts_with('"');
 }
 
-/// Whether a unicode escape for U+0050 to U+007F begins at the position.
+/// Whether what begins at the position can be the escape for one of U+0050 to U+007F.
 bool isLetterEscapeAt(std::string_view text, std::size_t position)
 {
-    const std::string_view escape = text.substr(position, 6);
-    return escape.size() == 6 && escape.starts_with("\\u00") && escape[4] >= '5' && escape[4] <= '7';
+    const std::string_view escape = text.substr(position, 5);
+    return escape.size() == 5 && escape.starts_with("\\u00") && escape[4] >= '5' && escape[4] <= '7';
 }
 
 bool isFind(std::string_view text, std::size_t position, std::string_view word)

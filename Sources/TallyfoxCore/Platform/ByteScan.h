@@ -2,18 +2,19 @@
 
 #include <bit>
 #include <cstddef>
-#include <cstdint>
 #include <cstring>
 #include <string_view>
 
-/// Searches that look at sixteen bytes at a time. They use the vector types that GCC and Clang offer on every
-/// processor, so that no code here depends on one.
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
+/// Searches that look at sixteen bytes at a time, with the vector types that GCC and Clang offer on every processor.
 namespace tallyfox {
 
 namespace byteScan {
 
 using Bytes [[gnu::vector_size(16)]] = unsigned char;
-using Words [[gnu::vector_size(16)]] = std::uint64_t;
 
 inline constexpr std::size_t width = sizeof(Bytes);
 
@@ -24,19 +25,26 @@ inline Bytes load(const char* bytes)
     return block;
 }
 
+#if defined(__SSE2__)
+
 /// Index of the first byte whose lane of `mask` is set; `width` if none is.
 template <typename Mask> inline std::size_t firstSet(Mask mask)
 {
-    Words words;
-    std::memcpy(&words, &mask, width);
-    constexpr bool isLittle = std::endian::native == std::endian::little;
-    const auto byteIndex = [](std::uint64_t word) {
-        return static_cast<std::size_t>(isLittle ? std::countr_zero(word) : std::countl_zero(word)) / 8;
-    };
-    if (words[0] != 0)
-        return byteIndex(words[0]);
-    return words[1] != 0 ? 8 + byteIndex(words[1]) : width;
+    const auto bits = static_cast<unsigned>(_mm_movemask_epi8(reinterpret_cast<__m128i>(mask)));
+    return static_cast<std::size_t>(std::countr_zero(bits | (1U << width)));
 }
+
+#else
+
+template <typename Mask> inline std::size_t firstSet(Mask mask)
+{
+    std::size_t index = 0;
+    while (index < width && mask[index] == 0)
+        ++index;
+    return index;
+}
+
+#endif
 
 } // namespace byteScan
 
