@@ -2,6 +2,8 @@
 
 #include "TallyfoxCore/Platform/ByteScan.h"
 
+#include <bit>
+
 namespace tallyfox {
 
 namespace {
@@ -141,6 +143,7 @@ bool JsonReader::readNull()
 
 bool JsonReader::takeEscape()
 {
+    m_tookEscape = true;
     if (m_position + 1 == m_text.size())
         return fail();
     if (isSimpleEscape(m_text[m_position + 1])) [[likely]] {
@@ -155,6 +158,48 @@ bool JsonReader::takeEscape()
     return true;
 }
 
+/// Steps over the escapes of one block whose specials are the bits of `specials`. Stops at the quotation mark that ends
+/// the string, or behind the last escape, or at the end of the block; false at what no string may hold.
+bool JsonReader::takeBlock(std::uint64_t specials)
+{
+    const std::size_t begin = m_position;
+    while (specials != 0) {
+        m_position = begin + static_cast<std::size_t>(std::countr_zero(specials));
+        if (m_text[m_position] == '"')
+            return true;
+        if (m_text[m_position] != '\\')
+            return fail();
+        if (!takeEscape())
+            return false;
+        if (m_position >= begin + jsonStringBlock)
+            return true;
+        specials &= ~std::uint64_t{0} << (m_position - begin);
+    }
+    m_position = begin + jsonStringBlock;
+    return true;
+}
+
+/// Stops at the quotation mark that ends the string whose text begins here.
+bool JsonReader::skipStringText()
+{
+    while (m_position + jsonStringBlock <= m_text.size()) {
+        const std::uint64_t specials = jsonStringSpecials(m_text.data() + m_position);
+        if (!takeBlock(specials))
+            return false;
+        if (specials != 0 && peek() == '"')
+            return true;
+    }
+    while (!atEnd() && peek() != '"') {
+        if (static_cast<unsigned char>(peek()) < 0x20)
+            return fail();
+        if (peek() != '\\')
+            ++m_position;
+        else if (!takeEscape())
+            return false;
+    }
+    return !atEnd() || fail();
+}
+
 bool JsonReader::readString(JsonString& string)
 {
     skipWhiteSpace();
@@ -162,18 +207,11 @@ bool JsonReader::readString(JsonString& string)
     if (!take('"'))
         return false;
     const std::size_t begin = m_position;
-    string.hasEscapes = false;
-    while (true) {
-        m_position = findJsonStringSpecial(m_text, m_position);
-        if (peek() == '"')
-            break;
-        if (peek() != '\\')
-            return fail();
-        string.hasEscapes = true;
-        if (!takeEscape())
-            return false;
-    }
+    m_tookEscape = false;
+    if (!skipStringText())
+        return false;
     string.raw = m_text.substr(begin, m_position - begin);
+    string.hasEscapes = m_tookEscape;
     ++m_position;
     return true;
 }

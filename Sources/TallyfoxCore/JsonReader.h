@@ -4,6 +4,7 @@
 
 #include <bitset>
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 namespace tallyfox {
@@ -59,6 +60,8 @@ private:
     bool takeLiteral(std::string_view literal);
     bool takeDigits();
     bool takeEscape();
+    bool takeBlock(std::uint64_t specials);
+    bool skipStringText();
     bool skipScalar(Type type);
     bool open(Type container);
     bool close();
@@ -70,6 +73,7 @@ private:
     std::size_t m_depth = 0;
     std::bitset<maximumDepth> m_isObject; ///< for each open container, outermost first
     bool m_atFirstMember = false; ///< nothing was read yet of the container entered last
+    bool m_tookEscape = false; ///< in the string read last
     bool m_hasFailed = false;
 };
 

@@ -2,6 +2,7 @@
 
 #include <bit>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <string_view>
 
@@ -27,42 +28,50 @@ inline Bytes load(const char* bytes)
 
 #if defined(__SSE2__)
 
-/// Index of the first byte whose lane of `mask` is set; `width` if none is.
-template <typename Mask> inline std::size_t firstSet(Mask mask)
+/// One bit for each byte, the first one lowest: whether its lane of `mask` is set.
+template <typename Mask> inline std::uint64_t bits(Mask mask)
 {
-    const auto bits = static_cast<unsigned>(_mm_movemask_epi8(reinterpret_cast<__m128i>(mask)));
-    return static_cast<std::size_t>(std::countr_zero(bits | (1U << width)));
+    return static_cast<unsigned>(_mm_movemask_epi8(reinterpret_cast<__m128i>(mask)));
 }
 
 #else
 
-template <typename Mask> inline std::size_t firstSet(Mask mask)
+template <typename Mask> inline std::uint64_t bits(Mask mask)
 {
-    std::size_t index = 0;
-    while (index < width && mask[index] == 0)
-        ++index;
-    return index;
+    std::uint64_t result = 0;
+    for (std::size_t index = 0; index < width; ++index)
+        result |= std::uint64_t{mask[index] != 0} << index;
+    return result;
 }
 
 #endif
 
+/// Index of the first byte whose lane of `mask` is set; `width` if none is.
+template <typename Mask> inline std::size_t firstSet(Mask mask)
+{
+    return static_cast<std::size_t>(std::countr_zero(bits(mask) | (std::uint64_t{1} << width)));
+}
+
+/// One bit for each of sixteen bytes: whether a JSON string cannot hold it as it is.
+inline std::uint64_t jsonStringSpecials(const char* bytes)
+{
+    const Bytes block = load(bytes);
+    return bits((block == '"') | (block == '\\') | (block < 0x20));
+}
+
 } // namespace byteScan
 
-/// Position at or after `from` of the first byte that a JSON string cannot hold as it is: a quotation mark, a
-/// backslash or a control character; the size of the text if there is none.
-inline std::size_t findJsonStringSpecial(std::string_view text, std::size_t from)
+/// How many bytes `jsonStringSpecials` looks at.
+inline constexpr std::size_t jsonStringBlock = 4 * byteScan::width;
+
+/// One bit for each of `jsonStringBlock` bytes, the first one lowest: whether a JSON string cannot hold it as it is,
+/// because it is a quotation mark, a backslash or a control character.
+inline std::uint64_t jsonStringSpecials(const char* bytes)
 {
-    while (from + byteScan::width <= text.size()) {
-        const byteScan::Bytes block = byteScan::load(text.data() + from);
-        const std::size_t found = byteScan::firstSet((block == '"') | (block == '\\') | (block < 0x20));
-        if (found < byteScan::width)
-            return from + found;
-        from += byteScan::width;
-    }
-    while (from < text.size() && text[from] != '"' && text[from] != '\\'
-           && static_cast<unsigned char>(text[from]) >= 0x20)
-        ++from;
-    return from;
+    using byteScan::width;
+    return byteScan::jsonStringSpecials(bytes) | byteScan::jsonStringSpecials(bytes + width) << width
+        | byteScan::jsonStringSpecials(bytes + 2 * width) << 2 * width
+        | byteScan::jsonStringSpecials(bytes + 3 * width) << 3 * width;
 }
 
 /// Position at or after `from` of the first byte that is not ASCII; the size of the text if there is none.
