@@ -16,4 +16,7 @@ struct ChildRun {
 /// be run or fails: a figure of a failure would mean nothing.
 ChildRun runChild(const std::vector<std::string>& command);
 
+/// What a program prints on standard output. Ends this program as `runChild` does.
+std::string outputOf(const std::vector<std::string>& command);
+
 } // namespace tallyfox::bench

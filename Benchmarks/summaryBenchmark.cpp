@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
+#include <iterator>
+#include <regex>
 #include <string>
 #include <vector>
 
@@ -31,6 +33,16 @@ using Command = std::vector<std::string>;
 Command summaryOf(const Subject& subject, const fs::path& home)
 {
     return {subject.program, "--summary", "--no-quota", "--home", home.string()};
+}
+
+/// Whether the program really counts both histories: the figures of one that does nothing would be splendid.
+bool programWorks(const Subject& subject)
+{
+    auto command = summaryOf(subject, subject.bound);
+    command.emplace_back("--json");
+    const auto output = outputOf(command);
+    const std::regex total(R"("totalTokens": ?[1-9])");
+    return std::distance(std::sregex_iterator(output.begin(), output.end(), total), std::sregex_iterator()) == 2;
 }
 
 struct Medians {
@@ -101,6 +113,10 @@ int main(int argc, char** argv)
         return 2;
     }
     const Subject subject{argv[1], argv[2], argv[3], argv[4]};
+    if (!programWorks(subject)) {
+        std::fputs("summaryBenchmark: the summary of the bound has no totals\n", stderr);
+        return 1;
+    }
     measureMemory(subject);
     measureStart(subject);
     measureGrowth(subject);
