@@ -119,11 +119,13 @@ QuotaWindow windowOf(const CodexRateWindow& window)
 
 std::variant<QuotaSnapshot, DecodingError> CodexRateLimitParser::decode(std::string_view reply)
 {
+    if (!isValidUtf8(reply))
+        return DecodingError::malformed;
     JsonReader reader(reply);
     if (reader.nextType() != JsonReader::Type::object)
         return reader.skipValue() && reader.finish() ? DecodingError::wrongType : DecodingError::malformed;
     CodexEnvelope envelope;
-    if (!isValidUtf8(reply) || !readJsonObject(reply, envelope))
+    if (!readJsonObject(reply, envelope))
         return DecodingError::malformed;
     if (!envelope.result.isDecodable())
         return DecodingError::wrongType;
