@@ -7,7 +7,7 @@
 #include <ctime>
 #include <optional>
 #include <random>
-#include <regex>
+#include <regex.h>
 #include <string>
 
 namespace tallyfox::test {
@@ -28,17 +28,54 @@ std::optional<std::time_t> unixSeconds(std::tm time)
     return isSame ? std::optional(value) : std::nullopt;
 }
 
-/// The same parser once more, made of a regular expression and the C library.
+/// The parts of a timestamp as a regular expression of the C library tells them apart.
+class Parts {
+public:
+    explicit Parts(const std::string& text)
+        : m_text(text)
+    {
+        regex_t form{};
+        EXPECT_EQ(regcomp(&form,
+                          "^([0-9]{4})-([0-9]{2})-([0-9]{2})T([0-9]{2}):([0-9]{2}):([0-9]{2})"
+                          "([.][0-9]+)?(Z|([+-])([0-9]{2}):?([0-9]{2}))?$",
+                          REG_EXTENDED),
+                  0);
+        m_isMatch = text.find('\0') == text.npos && regexec(&form, text.c_str(), count, m_parts, 0) == 0;
+        regfree(&form);
+    }
+    [[nodiscard]] bool isMatch() const
+    {
+        return m_isMatch;
+    }
+    [[nodiscard]] bool has(std::size_t index) const
+    {
+        return m_parts[index].rm_so >= 0;
+    }
+    [[nodiscard]] std::string text(std::size_t index) const
+    {
+        const auto begin = static_cast<std::size_t>(m_parts[index].rm_so);
+        return has(index) ? m_text.substr(begin, static_cast<std::size_t>(m_parts[index].rm_eo) - begin) : "";
+    }
+    [[nodiscard]] int number(std::size_t index) const
+    {
+        return std::stoi(text(index));
+    }
+
+private:
+    static constexpr std::size_t count = 12;
+    std::string m_text;
+    regmatch_t m_parts[count] = {};
+    bool m_isMatch = false;
+};
+
+/// The same parser once more, made of the C library's functions.
 std::optional<Instant> parsedByTheCLibrary(const std::string& text)
 {
-    static const std::regex form(R"(([0-9]{4})-([0-9]{2})-([0-9]{2})T([0-9]{2}):([0-9]{2}):([0-9]{2}))"
-                                 R"((?:\.([0-9]+))?(?:(Z)|([+-])([0-9]{2}):?([0-9]{2}))?)");
-    std::smatch parts;
-    if (text.find('\0') != std::string::npos || !std::regex_match(text, parts, form))
+    const Parts parts(text);
+    if (!parts.isMatch())
         return std::nullopt;
-    const auto number = [&parts](std::size_t index) { return std::stoi(parts[index].str()); };
-    const bool hasZone = parts[8].matched || parts[9].matched;
-    if (!hasZone && !parts[7].matched)
+    const auto number = [&parts](std::size_t index) { return parts.number(index); };
+    if (!parts.has(8) && !parts.has(7))
         return std::nullopt;
     std::tm time{};
     time.tm_year = number(1) - 1900;
@@ -50,17 +87,17 @@ std::optional<Instant> parsedByTheCLibrary(const std::string& text)
     std::optional<std::time_t> value = unixSeconds(time);
     if (!value)
         return std::nullopt;
-    if (parts[9].matched) {
+    if (parts.has(9)) {
         if (number(10) > 23 || number(11) > 59)
             return std::nullopt;
         const int offset = number(10) * 3600 + number(11) * 60;
-        *value -= parts[9].str() == "-" ? -offset : offset;
+        *value -= parts.text(9) == "-" ? -offset : offset;
     }
     std::tm utc{};
     gmtime_r(&*value, &utc);
     if (number(1) == 0 || utc.tm_year + 1900 < 1 || utc.tm_year + 1900 > 9999)
         return std::nullopt;
-    const int fraction = std::stoi((parts[7].str() + "000000").substr(0, 6));
+    const int fraction = std::stoi((parts.text(7) + "0000000").substr(parts.has(7) ? 1 : 0, 6));
     return Instant{seconds{*value} + microseconds{fraction}};
 }
 
