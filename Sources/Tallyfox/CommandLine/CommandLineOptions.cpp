@@ -1,0 +1,145 @@
+#include "Tallyfox/CommandLine/CommandLineOptions.h"
+
+#include "Tallyfox/CommandLine/TextStyle.h"
+
+#include <algorithm>
+#include <array>
+
+namespace tallyfox {
+
+namespace {
+
+using Meaning = CommandLineOption::Meaning;
+
+constexpr std::array options{
+    CommandLineOption{Meaning::summary, "--summary", "", "refresh once and print a table", false},
+    CommandLineOption{Meaning::json, "--json", "", "print one JSON document instead of the table", true},
+    CommandLineOption{Meaning::home, "--home", "DIR",
+                      "use DIR as the granted home folder for this run; nothing is stored", true},
+    CommandLineOption{Meaning::noQuota, "--no-quota", "", "do not start the codex executable", true},
+    CommandLineOption{Meaning::help, "--help", "", "print this help", false},
+    CommandLineOption{Meaning::version, "--version", "", "print the version", false},
+};
+
+/// Text that came with the arguments, for a message: no control characters, not endless.
+std::string quoted(std::string_view text)
+{
+    constexpr std::size_t longest = 64;
+    const std::string shown = withoutControls(text.substr(0, longest));
+    return "'" + shown + (text.size() > longest ? "…'" : "'");
+}
+
+UsageError usageError(const std::string& problem)
+{
+    return {problem + "; see tallyfox --help"};
+}
+
+/// The arguments, sorted by what they mean.
+class Parser {
+public:
+    std::optional<UsageError> take(std::span<const std::string_view> arguments)
+    {
+        for (std::size_t index = 0; index < arguments.size(); ++index) {
+            const std::string_view argument = arguments[index];
+            const std::size_t equals = argument.find('=');
+            const CommandLineOption* option = find(argument.substr(0, equals));
+            if (!option)
+                return unknown(argument);
+            std::optional<std::string_view> value;
+            if (equals != std::string_view::npos)
+                value = argument.substr(equals + 1);
+            if (option->argument.empty() && value)
+                return usageError(std::string{option->name} + " takes no argument");
+            if (!option->argument.empty() && !value) {
+                if (++index == arguments.size())
+                    return usageError(std::string{option->name} + " needs an argument");
+                value = arguments[index];
+            }
+            set(*option, value.value_or(std::string_view{}));
+        }
+        return std::nullopt;
+    }
+
+    [[nodiscard]] CommandLineRequest request() const
+    {
+        if (isGiven(Meaning::help))
+            return HelpRequest{};
+        if (isGiven(Meaning::version))
+            return VersionRequest{};
+        if (isGiven(Meaning::summary))
+            return m_summary;
+        for (const CommandLineOption& option : options) {
+            if (option.needsSummary && isGiven(option.meaning))
+                return usageError(std::string{option.name} + " is an option of --summary");
+        }
+        return usageError("this version has no status icon yet and shows its figures with --summary");
+    }
+
+private:
+    static const CommandLineOption* find(std::string_view name)
+    {
+        const auto* const found = std::find_if(options.begin(), options.end(),
+                                               [&](const CommandLineOption& option) { return option.name == name; });
+        return found == options.end() ? nullptr : found;
+    }
+
+    static UsageError unknown(std::string_view argument)
+    {
+        const bool isOption = argument.starts_with('-');
+        return usageError((isOption ? "unknown option " : "unexpected argument ") + quoted(argument));
+    }
+
+    void set(const CommandLineOption& option, std::string_view value)
+    {
+        m_given.at(static_cast<std::size_t>(option.meaning)) = true;
+        m_summary.isJson = isGiven(Meaning::json);
+        m_summary.fetchesQuota = !isGiven(Meaning::noQuota);
+        if (option.meaning == Meaning::home)
+            m_summary.home = std::filesystem::path{value};
+    }
+
+    [[nodiscard]] bool isGiven(Meaning meaning) const
+    {
+        return m_given.at(static_cast<std::size_t>(meaning));
+    }
+
+    std::array<bool, options.size()> m_given{};
+    SummaryRequest m_summary;
+};
+
+} // namespace
+
+std::span<const CommandLineOption> commandLineOptions()
+{
+    return options;
+}
+
+CommandLineRequest parseCommandLine(std::span<const std::string_view> arguments)
+{
+    Parser parser;
+    if (const auto error = parser.take(arguments))
+        return *error;
+    return parser.request();
+}
+
+std::string helpText()
+{
+    constexpr std::size_t nameColumns = 14;
+    std::string text = "Usage: tallyfox --summary [--json] [--home DIR] [--no-quota]\n"
+                       "       tallyfox --help | --version\n\n"
+                       "Shows how much of Claude Code and the Codex CLI you have used, and how much\n"
+                       "quota is left, from the histories on this machine. Nothing is uploaded.\n\n";
+    for (const CommandLineOption& option : options) {
+        const std::string name =
+            std::string{option.name}.append(option.argument.empty() ? "" : " ").append(option.argument);
+        text += "  " + padRight(name, nameColumns) + std::string{option.description} + '\n';
+    }
+    return text
+        + "\n"
+          "Days are those of the system's time zone, or of the one in TZ. The table has\n"
+          "colours on a terminal unless NO_COLOR is set.\n\n"
+          "Exit status: 0 done; 1 failure; 2 wrong usage; 3 no home folder has been granted\n"
+          "(the result is printed all the same).\n";
+}
+
+} // namespace tallyfox

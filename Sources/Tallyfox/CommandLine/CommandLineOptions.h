@@ -1,0 +1,51 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+
+namespace tallyfox {
+
+/// One option, as the parser takes it and as the help shows it.
+struct CommandLineOption {
+    enum class Meaning { summary, json, home, noQuota, help, version };
+    Meaning meaning = Meaning::help;
+    std::string_view name; ///< with its dashes
+    std::string_view argument; ///< what the help calls its argument; empty for none
+    std::string_view description;
+    bool needsSummary = false; ///< means nothing without `--summary`
+};
+
+/// Every option of the program, in the order of the help.
+std::span<const CommandLineOption> commandLineOptions();
+
+struct HelpRequest { };
+struct VersionRequest { };
+
+/// One refresh, printed.
+struct SummaryRequest {
+    std::optional<std::filesystem::path> home; ///< as given: not checked yet
+    bool fetchesQuota = true;
+    bool isJson = false;
+
+    friend bool operator==(const SummaryRequest&, const SummaryRequest&) = default;
+};
+
+/// Why the arguments cannot be followed: one line for people, without control characters.
+struct UsageError {
+    std::string message;
+};
+
+using CommandLineRequest = std::variant<HelpRequest, VersionRequest, SummaryRequest, UsageError>;
+
+/// What the arguments (without the program's name, any bytes) ask for. Options may come in any order; of one given
+/// twice the last counts. Help is given, then the version, whatever else is asked for correctly.
+CommandLineRequest parseCommandLine(std::span<const std::string_view> arguments);
+
+/// The text of `--help`.
+std::string helpText();
+
+} // namespace tallyfox

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QObject>
+
+#include <memory>
+#include <optional>
+
+namespace tallyfox {
+
+/// The system's wish that the program ends (Ctrl-C, a lost terminal, `kill`), as an event instead of sudden death: the
+/// program can first end the processes it has started. To be made before any other thread.
+class TerminationSignals : public QObject {
+    Q_OBJECT
+
+public:
+    explicit TerminationSignals(QObject* parent = nullptr);
+    /// The signals have their usual effect again.
+    ~TerminationSignals() override;
+
+    /// Ends the program as the signal that has come would have done; returns when none has.
+    void dieOfReceived() const;
+
+Q_SIGNALS:
+    void received();
+
+private:
+    class Private;
+    std::unique_ptr<Private> m;
+};
+
+} // namespace tallyfox

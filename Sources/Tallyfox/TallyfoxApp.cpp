@@ -1,0 +1,137 @@
+#include "Tallyfox/TallyfoxApp.h"
+
+#include "Tallyfox/CommandLine/SummaryJson.h"
+#include "Tallyfox/CommandLine/SummaryTable.h"
+#include "Tallyfox/Platform/StandardStreams.h"
+#include "Tallyfox/Platform/SystemCalendar.h"
+#include "Tallyfox/Platform/TerminationSignals.h"
+#include "Tallyfox/Store/StoreEnvironment.h"
+#include "Tallyfox/UserDefaults.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <string>
+#include <system_error>
+#include <vector>
+
+namespace tallyfox {
+
+namespace {
+
+/// The toolkit's remarks would break the rule of one line per diagnostic; only what ends the program is told.
+void reportFatalMessages(QtMsgType type, const QMessageLogContext& /*context*/, const QString& message)
+{
+    if (type == QtFatalMsg)
+        StandardStreams::writeDiagnostic(message.simplified().toStdString());
+}
+
+/// `status` when the text could be written, or nobody wants to read it.
+ExitStatus print(std::string_view text, ExitStatus status = ExitStatus::done)
+{
+    const auto outcome = StandardStreams::writeOutput(text);
+    const auto* error = std::get_if<std::error_code>(&outcome);
+    if (!error)
+        return status;
+    StandardStreams::writeDiagnostic("cannot write to standard output: " + error->message());
+    return ExitStatus::failure;
+}
+
+UsageStoreEnvironment environmentOf(const SummaryRequest& request)
+{
+    StoreEnvironmentOptions options;
+    options.home = request.home;
+    options.fetchQuota = request.fetchesQuota;
+    options.userDefaults = UserDefaults::standardPath();
+    if (request.fetchesQuota)
+        options.reaper = std::make_shared<ChildReaper>();
+    UsageStoreEnvironment environment = systemEnvironment(options);
+    // One calendar for the whole run: the days are printed as they were counted.
+    environment.calendar = [calendar = systemCalendar()] { return calendar; };
+    return environment;
+}
+
+SummaryFigures figuresOf(const UsageStore& store, const Calendar& calendar)
+{
+    return {.states = store.states(),
+            .lastUpdated = store.lastUpdated(),
+            .combinedPercent = store.combinedPercent(),
+            .hasHomeAccess = store.hasHomeAccess(),
+            .calendar = calendar};
+}
+
+/// One refresh of the application's own store, on its own event loop. A signal that ends the program ends it here,
+/// after the processes it has started.
+SummaryFigures figuresOfOneRefresh(const UsageStoreEnvironment& environment)
+{
+    const TerminationSignals signals;
+    SummaryFigures figures;
+    {
+        UsageStore store{environment};
+        QObject::connect(&store, &UsageStore::isRefreshingPublished, &store, [](bool isRefreshing) {
+            if (!isRefreshing)
+                QCoreApplication::quit();
+        });
+        QObject::connect(&signals, &TerminationSignals::received, &store, &QCoreApplication::quit);
+        store.refresh();
+        QCoreApplication::exec();
+        figures = figuresOf(store, environment.calendar());
+    }
+    signals.dieOfReceived();
+    return figures;
+}
+
+} // namespace
+
+TallyfoxApp::TallyfoxApp(int& argc, char** argv)
+    : m_argc(argc)
+    , m_argv(argv)
+{ }
+
+ExitStatus TallyfoxApp::run()
+{
+    const std::vector<std::string_view> arguments(m_argv + std::min(1, m_argc), m_argv + m_argc);
+    return std::visit([this](const auto& request) { return perform(request); }, parseCommandLine(arguments));
+}
+
+ExitStatus TallyfoxApp::perform(const HelpRequest& /*request*/)
+{
+    return print(helpText());
+}
+
+ExitStatus TallyfoxApp::perform(const VersionRequest& /*request*/)
+{
+    return print("tallyfox " TALLYFOX_VERSION "\n");
+}
+
+ExitStatus TallyfoxApp::perform(const UsageError& error)
+{
+    StandardStreams::writeDiagnostic(error.message);
+    return ExitStatus::wrongUsage;
+}
+
+ExitStatus TallyfoxApp::perform(const SummaryRequest& request)
+{
+    SummaryRequest checked = request;
+    if (request.home) {
+        std::error_code error;
+        checked.home = std::filesystem::absolute(*request.home, error);
+        if (error || !std::filesystem::is_directory(*checked.home, error))
+            return perform(UsageError{"--home is no folder: '" + withoutControls(request.home->native()) + "'"});
+    }
+    qInstallMessageHandler(reportFatalMessages);
+    const QCoreApplication application{m_argc, m_argv};
+    const UsageStoreEnvironment environment = environmentOf(checked);
+    const SummaryFigures figures = figuresOfOneRefresh(environment);
+
+    const ExitStatus status = figures.hasHomeAccess ? ExitStatus::done : ExitStatus::noHomeFolder;
+    const std::string text = checked.isJson
+        ? SummaryJson::document(figures)
+        : SummaryTable::text(figures, environment.now(), StandardStreams::outputStyle());
+    const ExitStatus outcome = print(text, status);
+    if (outcome == ExitStatus::noHomeFolder)
+        StandardStreams::writeDiagnostic("no home folder has been granted; --home DIR uses one for this run");
+    return outcome;
+}
+
+} // namespace tallyfox

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "Tallyfox/CommandLine/CommandLineOptions.h"
+
+#include <string_view>
+
+namespace tallyfox {
+
+/// What the program tells whoever started it.
+enum class ExitStatus : int {
+    done = 0,
+    failure = 1,
+    wrongUsage = 2,
+    noHomeFolder = 3, ///< a summary was printed, but no home folder has been granted
+};
+
+/// One run of the program: builds the parts and makes every connection between them.
+class TallyfoxApp {
+public:
+    /// Keeps references: both must outlive the object.
+    TallyfoxApp(int& argc, char** argv);
+
+    ExitStatus run();
+
+private:
+    ExitStatus perform(const HelpRequest& request);
+    ExitStatus perform(const VersionRequest& request);
+    ExitStatus perform(const SummaryRequest& request);
+    ExitStatus perform(const UsageError& error);
+
+    int& m_argc;
+    char** m_argv;
+};
+
+} // namespace tallyfox

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace tallyfox {
+
+/// A token count at a glance: "1.3M" from 1,000,000 on, "1.0K" from 1,000 on ("1000.0K" just below a million), else
+/// the exact count. Negative counts are exact.
+std::string tokenText(std::int64_t tokens);
+
+/// A token count to the last digit, in groups of three: "1,234,567".
+std::string exactTokenText(std::int64_t tokens);
+
+} // namespace tallyfox
