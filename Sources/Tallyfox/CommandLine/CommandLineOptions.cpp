@@ -14,8 +14,7 @@ using Meaning = CommandLineOption::Meaning;
 constexpr std::array options{
     CommandLineOption{Meaning::summary, "--summary", "", "refresh once and print a table", false},
     CommandLineOption{Meaning::json, "--json", "", "print one JSON document instead of the table", true},
-    CommandLineOption{Meaning::home, "--home", "DIR",
-                      "use DIR as the granted home folder for this run; nothing is stored", true},
+    CommandLineOption{Meaning::home, "--home", "DIR", "use DIR as the granted home folder, for this run only", true},
     CommandLineOption{Meaning::noQuota, "--no-quota", "", "do not start the codex executable", true},
     CommandLineOption{Meaning::help, "--help", "", "print this help", false},
     CommandLineOption{Meaning::version, "--version", "", "print the version", false},
