@@ -102,8 +102,8 @@ std::optional<Calendar> Calendar::named(std::string_view timeZone, const Databas
         if (auto calendar = calendarOfFile(database.zones / *name, *name))
             return calendar;
     }
-    if (auto rule = TimeZoneRule::parse(timeZone))
-        return calendarOf(std::string{timeZone}, *std::move(rule));
+    if (const auto rule = TimeZoneRule::parse(timeZone))
+        return calendarOf(std::string{timeZone}, *rule);
     return std::nullopt;
 }
 

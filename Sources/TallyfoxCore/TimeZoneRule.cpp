@@ -1,7 +1,7 @@
 #include "TallyfoxCore/TimeZoneRule.h"
 
 #include <algorithm>
-#include <array>
+#include <vector>
 
 namespace tallyfox {
 
@@ -210,16 +210,15 @@ ZoneOffset TimeZoneRule::offsetAt(sys_seconds time) const
     // A change may fall up to a week outside of the year whose rule it is: two years on each side always hold the
     // change before and the change after.
     constexpr int yearsAround = 2;
-    std::array<ZoneOffset, 2 * (2 * yearsAround + 1)> stretches;
+    std::vector<ZoneOffset> stretches;
     const year middle = year_month_day{floor<days>(time)}.year();
-    for (int index = 0; index <= 2 * yearsAround; ++index) {
-        const year year = middle + std::chrono::years{index - yearsAround};
-        const auto slot = static_cast<std::size_t>(2 * index);
+    for (int away = -yearsAround; away <= yearsAround; ++away) {
+        const year year = middle + std::chrono::years{away};
         const sys_seconds begin{(m_summer->begin.in(year)-m_standard).time_since_epoch()};
         const sys_seconds end{(m_summer->end.in(year)-m_summer->offset).time_since_epoch()};
         // The end of one summer before the beginning of the next: where both fall together, summer never ends.
-        stretches[slot] = {end, {}, m_standard};
-        stretches[slot + 1] = {begin, {}, m_summer->offset};
+        stretches.push_back({end, {}, m_standard});
+        stretches.push_back({begin, {}, m_summer->offset});
     }
     std::stable_sort(stretches.begin(), stretches.end(),
                      [](const ZoneOffset& a, const ZoneOffset& b) { return a.begin < b.begin; });

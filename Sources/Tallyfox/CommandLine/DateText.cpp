@@ -52,11 +52,10 @@ std::string distanceText(minutes distance)
         const std::string text = std::to_string(wholeDays.count()) + " d";
         return wholeHours == hours{0} ? text : text + ' ' + std::to_string(wholeHours.count()) + " h";
     }
-    const std::string minutesText = std::to_string(rest.count()) + " min";
-    if (wholeHours == hours{0})
-        return minutesText;
-    const std::string text = std::to_string(wholeHours.count()) + " h";
-    return rest == minutes{0} ? text : text + ' ' + minutesText;
+    std::string text = wholeHours == hours{0} ? std::string{} : std::to_string(wholeHours.count()) + " h";
+    if (rest == minutes{0})
+        return text;
+    return text + (text.empty() ? "" : " ") + std::to_string(rest.count()) + " min";
 }
 
 } // namespace
