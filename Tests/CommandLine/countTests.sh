@@ -1,5 +1,6 @@
 #!/bin/bash
 # The program's figures against an independent count of the same home with jq: countTests.sh PROGRAM TEST.
+# shellcheck disable=SC1091,SC2154 # the support file sets root, work, out and err
 source "$(dirname "$(readlink -f "$0")")/programTestSupport.sh"
 
 command -v jq >/dev/null || { echo "FAILED: jq is missing" && exit 1; }
@@ -29,6 +30,7 @@ by_day() {
 
 # Each message counts once per file, with its largest reading.
 claude_days() {
+    # shellcheck disable=SC2016 # jq's variables, not the shell's
     find "$1" -type f -print0 | xargs -0r jq -ncR '
         def total: [.input_tokens, .output_tokens, .cache_read_input_tokens, .cache_creation_input_tokens] | map(. // 0) | add;
         reduce (inputs | {file: input_filename, line: input_line_number, record: (fromjson? // null)}) as $each ({};

@@ -1,3 +1,4 @@
+# shellcheck shell=bash disable=SC2034
 # What the tests of the built program share. Sourced by a script that was given the program and the name of one test.
 set -uo pipefail
 
@@ -37,7 +38,7 @@ run() {
 expect_status() { [ "$status" -eq "$1" ] || fail "status $status instead of $1"; }
 expect_silence() { [ ! -s "$1" ] || fail "$(basename "$1") is not empty"; }
 expect_one_line() {
-    [ "$(wc -l <"$1")" -eq 1 ] && [ "$(tail -c 1 "$1" | od -An -tx1)" = " 0a" ] || fail "not one line in $(basename "$1")"
+    [ "$(wc -l <"$1") $(tail -c 1 "$1" | od -An -tx1)" = "1  0a" ] || fail "not one line in $(basename "$1")"
 }
 expect_text() { grep -qF -- "$2" "$1" || fail "no '$2' in $(basename "$1")"; }
 expect_no_text() { ! grep -qF -- "$2" "$1" || fail "'$2' in $(basename "$1")"; }

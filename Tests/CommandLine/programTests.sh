@@ -1,5 +1,6 @@
 #!/bin/bash
 # The built program from outside: programTests.sh PROGRAM TEST. Every function test_… is a test.
+# shellcheck disable=SC1091,SC2154 # the support file sets root, work, out and err
 source "$(dirname "$(readlink -f "$0")")/programTestSupport.sh"
 
 test_helpAndVersionNeedNothing() {
