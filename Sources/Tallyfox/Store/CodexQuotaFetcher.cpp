@@ -137,10 +137,10 @@ Outcome exchange(const std::filesystem::path& executable, Pipe input, Pipe outpu
         return *error;
     if (std::holds_alternative<ChildReaper::Ended>(started))
         return SourceError::cancelled;
-    input.reader.close();
-    output.writer.close();
+    input.reader = FileDescriptor{};
+    output.writer = FileDescriptor{};
     const Outcome outcome = awaitReply(output.reader, clock);
-    input.writer.close(); // before the child is told to terminate, which `started` does when it goes
+    input.writer = FileDescriptor{}; // before the child is told to terminate, which `started` does when it goes
     return outcome;
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Tallyfox/Store/FileDescriptor.h"
+#include "TallyfoxCore/FileDescriptor.h"
 
 #include <filesystem>
 

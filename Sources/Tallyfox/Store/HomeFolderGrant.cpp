@@ -1,7 +1,7 @@
 #include "Tallyfox/Store/HomeFolderGrant.h"
 
-#include "Tallyfox/Store/FileDescriptor.h"
 #include "Tallyfox/Store/GrantToken.h"
+#include "TallyfoxCore/FileDescriptor.h"
 
 #include <cerrno>
 #include <fcntl.h>
