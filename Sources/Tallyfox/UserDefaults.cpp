@@ -1,14 +1,17 @@
 #include "Tallyfox/UserDefaults.h"
 
 #include "Tallyfox/Platform/AccountHome.h"
+#include "TallyfoxCore/FileDescriptor.h"
 
 #include <QByteArray>
 #include <QFile>
 #include <QLatin1StringView>
+#include <QMap>
 #include <QSettings>
 #include <QString>
 #include <QVariant>
 
+#include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -29,40 +32,91 @@ QString qtPath(const std::filesystem::path& path)
     return QFile::decodeName(path.c_str());
 }
 
+using Values = QMap<QString, QVariant>;
+
+Values valuesIn(const std::filesystem::path& file)
+{
+    const QSettings settings{qtPath(file), QSettings::IniFormat};
+    Values values;
+    for (const QString& key : settings.allKeys())
+        values[key] = settings.value(key);
+    return values;
+}
+
+void putValues(const std::filesystem::path& file, const Values& values)
+{
+    QSettings settings{qtPath(file), QSettings::IniFormat};
+    for (auto each = values.constBegin(); each != values.constEnd(); ++each)
+        settings.setValue(each.key(), each.value());
+}
+
 /// Creates what is missing of a folder's path, for the user alone. An existing folder is left as it is.
 void makeFolders(const std::filesystem::path& folder)
 {
     if (folder.has_parent_path() && folder.parent_path() != folder)
         makeFolders(folder.parent_path());
-    mkdir(folder.c_str(), S_IRWXU); // a failure shows when the file is made
+    mkdir(folder.c_str(), S_IRWXU); // a failure shows when something is to be made in it
 }
 
-/// The file must be there, and private, before anything is written to it: QSettings keeps the mode of an existing
-/// file, but gives a new one a mode that others may read.
-bool makePrivateFile(const std::filesystem::path& path)
+/// A new folder beside a file that is to be replaced; goes with everything in it.
+class WorkFolder {
+public:
+    explicit WorkFolder(const std::filesystem::path& file)
+        : m_path(file.native() + ".XXXXXX")
+        , m_isMade(mkdtemp(m_path.data()) != nullptr)
+    { }
+    WorkFolder(const WorkFolder&) = delete;
+    WorkFolder& operator=(const WorkFolder&) = delete;
+    ~WorkFolder()
+    {
+        std::error_code ignored;
+        if (m_isMade)
+            std::filesystem::remove_all(m_path, ignored);
+    }
+
+    [[nodiscard]] bool isMade() const
+    {
+        return m_isMade;
+    }
+    [[nodiscard]] std::filesystem::path file(const char* name) const
+    {
+        return std::filesystem::path{m_path} / name;
+    }
+
+private:
+    std::string m_path;
+    bool m_isMade;
+};
+
+/// Whether the file could be made private and is on the disk.
+bool settle(const std::filesystem::path& file)
 {
-    makeFolders(path.parent_path());
-    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK, S_IRUSR | S_IWUSR);
-    if (file < 0)
+    const FileDescriptor opened{open(file.c_str(), O_RDONLY | O_CLOEXEC)};
+    return opened.isOpen() && fchmod(opened.get(), S_IRUSR | S_IWUSR) == 0 && fsync(opened.get()) == 0;
+}
+
+/// Replaces the file whole, or leaves it untouched. On a full disk QSettings puts a cut-off file in the place of the
+/// old one and reports success; so it writes elsewhere, and what it wrote is read again before it replaces anything.
+/// The second name makes sure that the disk is read, not what QSettings remembers of the first.
+bool replace(const std::filesystem::path& file, const Values& values)
+{
+    makeFolders(file.parent_path());
+    const WorkFolder folder{file};
+    if (!folder.isMade())
         return false;
-    const bool isPrivate = fchmod(file, S_IRUSR | S_IWUSR) == 0;
-    close(file);
-    return isPrivate;
+    const auto written = folder.file("written.ini");
+    const auto checked = folder.file("checked.ini");
+    putValues(written, values);
+    return rename(written.c_str(), checked.c_str()) == 0 && valuesIn(checked) == values && settle(checked)
+        && rename(checked.c_str(), file.c_str()) == 0;
 }
 
-bool write(QSettings& settings, QLatin1StringView key, const QVariant& value)
+/// The file itself where `file` is a link to it, so that the link is not what is replaced.
+std::filesystem::path behindLinks(const std::filesystem::path& file)
 {
-    const QVariant before = settings.value(key);
-    settings.setValue(key, value);
-    settings.sync();
-    if (settings.status() == QSettings::NoError)
-        return true;
-    // QSettings keeps what it could not write and would hand it out, and write it, later.
-    if (before.isValid())
-        settings.setValue(key, before);
-    else
-        settings.remove(key);
-    return false;
+    std::error_code error;
+    const auto target = std::filesystem::canonical(file, error);
+    return error ? file : target;
 }
 
 } // namespace
@@ -88,10 +142,9 @@ std::optional<std::string> UserDefaults::homeFolderBookmark() const
 
 bool UserDefaults::setHomeFolderBookmark(std::string_view token)
 {
-    if (!makePrivateFile(m_file))
-        return false;
-    QSettings settings{qtPath(m_file), QSettings::IniFormat};
-    return write(settings, homeFolderBookmarkKey, QByteArray{token.data(), static_cast<qsizetype>(token.size())});
+    Values values = valuesIn(m_file);
+    values[homeFolderBookmarkKey] = QByteArray{token.data(), static_cast<qsizetype>(token.size())};
+    return replace(behindLinks(m_file), values);
 }
 
 std::int64_t UserDefaults::refreshMinutes() const
