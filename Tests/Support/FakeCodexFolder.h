@@ -1,0 +1,54 @@
+#pragma once
+
+#include "Support/ScratchFolder.h"
+
+#include <chrono>
+#include <filesystem>
+#include <string>
+#include <sys/types.h>
+#include <thread>
+
+namespace tallyfox::test {
+
+/// A folder with a `codex` that behaves as a mode of the fake says (Support/FakeCodex).
+class FakeCodexFolder {
+public:
+    /// `fake` is the built fake; it is linked to, so that links as installers make them are followed, too.
+    FakeCodexFolder(const std::filesystem::path& fake, const std::string& mode)
+    {
+        std::filesystem::create_symlink(fake, executable());
+        writeFile(m_folder.path() / "mode", mode);
+    }
+
+    [[nodiscard]] std::filesystem::path executable() const
+    {
+        return m_folder.path() / "codex";
+    }
+
+    /// What the fake has left under a name; waits for it.
+    [[nodiscard]] std::string recorded(const std::string& name) const
+    {
+        const std::filesystem::path file = m_folder.path() / name;
+        constexpr int hangGuard = 60'000;
+        for (int tries = 0; tries < hangGuard && !std::filesystem::exists(file); ++tries)
+            std::this_thread::sleep_for(std::chrono::milliseconds{1});
+        return readFile(file);
+    }
+
+    /// Whether the fake has been started.
+    [[nodiscard]] bool hasRun() const
+    {
+        return std::filesystem::exists(m_folder.path() / "descriptors");
+    }
+
+    /// Process id of the started fake, which is its group's, too; waits for it.
+    [[nodiscard]] pid_t processId() const
+    {
+        return std::stoi(recorded("pid"));
+    }
+
+private:
+    ScratchFolder m_folder;
+};
+
+} // namespace tallyfox::test
