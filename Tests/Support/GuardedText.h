@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace tallyfox::test {
+
+/// Room for texts between two pages that nobody may touch: reading one byte before or behind a text that stands at an
+/// edge ends the program, in builds without sanitizers too.
+class GuardedText {
+public:
+    /// Room for texts of at most `capacity` bytes.
+    explicit GuardedText(std::size_t capacity);
+    GuardedText(const GuardedText&) = delete;
+    GuardedText& operator=(const GuardedText&) = delete;
+    ~GuardedText();
+
+    /// A copy of `text` whose last byte is the last one of the room. Valid until the next call.
+    std::string_view atEnd(std::string_view text);
+    /// A copy of `text` whose first byte is the first one of the room. Valid until the next call.
+    std::string_view atBegin(std::string_view text);
+
+private:
+    std::size_t m_pageSize;
+    std::size_t m_roomSize;
+    char* m_pages;
+};
+
+} // namespace tallyfox::test
