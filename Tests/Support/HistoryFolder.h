@@ -1,0 +1,54 @@
+#pragma once
+
+#include "Support/ScratchFolder.h"
+#include "TallyfoxCore/FileDescriptor.h"
+#include "TallyfoxCore/HistoryFiles.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+namespace tallyfox::test {
+
+/// A scratch folder that stands for a provider's history folder. It goes with the object, however deep it is nested and
+/// whatever its permissions.
+class HistoryFolder : public testing::Test {
+protected:
+    /// Writes a file, in folders that are made for it, last modified `age` seconds before a fixed moment.
+    void write(const std::filesystem::path& name, std::string_view content = {}, std::int64_t age = 0) const;
+    /// Sets when the file was last modified.
+    void setAge(const std::filesystem::path& name, std::int64_t age, std::int64_t nanoseconds = 0) const;
+    void makeFolder(const std::filesystem::path& name) const;
+
+    [[nodiscard]] std::filesystem::path at(const std::filesystem::path& name) const
+    {
+        return m_scratch.path() / name;
+    }
+    [[nodiscard]] const std::filesystem::path& root() const
+    {
+        return m_scratch.path();
+    }
+    /// The root, opened as a scan does.
+    [[nodiscard]] FileDescriptor openRoot() const;
+    [[nodiscard]] HistoryFiles files() const;
+
+private:
+    ScratchFolder m_scratch;
+};
+
+/// How many descriptors this process has open.
+std::size_t openDescriptors();
+
+/// The error of a scan or of a reading; none when it succeeded.
+template <typename Result> std::error_code errorOf(const Result& result)
+{
+    const auto* const error = std::get_if<FileError>(&result);
+    return error != nullptr ? error->code : std::error_code{};
+}
+
+} // namespace tallyfox::test
