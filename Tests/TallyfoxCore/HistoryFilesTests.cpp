@@ -1,5 +1,5 @@
+#include "Support/HeapWatch.h"
 #include "Support/HistoryFolder.h"
-#include "TallyfoxCore/HeapPeak.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -195,10 +195,10 @@ TEST_F(HistoryFilesTest, memoryDoesNotGrowWithTheNumberOfFiles)
             ::openat(folder.get(), (longName + numbered(number)).c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600));
         ASSERT_TRUE(file.isOpen());
     }
-    const HeapPeak peak;
+    const HeapWatch watch;
     const HistoryFiles found = LocalUsageScanner::jsonlFiles(folder);
-    EXPECT_LT(peak.bytes(), 256U * 1024) << "for names of " << count * longName.size() << " bytes";
-    EXPECT_GT(peak.bytes(), 256 * longName.size()) << "the measurement would prove nothing";
+    EXPECT_LT(watch.peak(), 256U * 1024) << "for names of " << count * longName.size() << " bytes";
+    EXPECT_GT(watch.peak(), 256 * longName.size()) << "the measurement would prove nothing";
     EXPECT_EQ(found.paths.size(), 256U);
     EXPECT_TRUE(found.isPartial);
 }

@@ -1,4 +1,4 @@
-#include "Support/AllocationCount.h"
+#include "Support/HeapWatch.h"
 #include "Support/JsonTexts.h"
 #include "TallyfoxCore/ClaudeUsageParser.h"
 #include "TallyfoxCore/CodexRateLimitParser.h"
@@ -52,9 +52,9 @@ std::string largeLine()
     return R"({"content":)" + largeContent() + R"(,"\u0074ype":"assistant","id":12e1,"share":0.25})";
 }
 
-TEST(AllocationCount, whatTheHeapGivesIsCounted)
+TEST(HeapWatch, whatTheHeapGivesIsCounted)
 {
-    const AllocationCount count;
+    const HeapWatch count;
     EXPECT_EQ(count.blocks(), 0U);
     const auto text = std::make_unique<std::string>(1000, 'x');
     EXPECT_EQ(count.blocks(), 2U);
@@ -65,7 +65,7 @@ TEST(JsonAllocation, readingALineTakesNothingFromTheHeap)
 {
     const std::string line = largeLine();
     Envelope envelope;
-    const AllocationCount count;
+    const HeapWatch count;
     const bool isRead = readJsonObject(line, envelope);
     const bool isAssistant = envelope.type.value.equals("assistant");
     const std::size_t blocks = count.blocks();
@@ -80,7 +80,7 @@ TEST(JsonAllocation, refusingALineTakesNothingFromTheHeap)
     const std::string line = largeLine();
     const std::string nested = nestedArrays(100'000);
     Envelope envelope;
-    const AllocationCount count;
+    const HeapWatch count;
     const bool isRead = readJsonObject(std::string_view(line).substr(0, line.size() - 1), envelope);
     JsonReader reader(nested);
     const bool isSkipped = reader.skipValue();
@@ -94,7 +94,7 @@ TEST(JsonAllocation, deepestNestingTakesNothingFromTheHeap)
 {
     const std::string arrays = nestedArrays(JsonReader::maximumDepth);
     const std::string objects = nestedObjects(JsonReader::maximumDepth);
-    const AllocationCount count;
+    const HeapWatch count;
     JsonReader arrayReader(arrays);
     JsonReader objectReader(objects);
     const bool areSkipped = arrayReader.skipValue() && objectReader.skipValue();
@@ -109,7 +109,7 @@ TEST(JsonAllocation, plainStringIsDecodedWhereItStands)
     JsonString string;
     ASSERT_TRUE(reader.readString(string));
     std::string storage;
-    const AllocationCount count;
+    const HeapWatch count;
     const std::string_view text = string.decoded(storage);
     const std::size_t blocks = count.blocks();
     EXPECT_EQ(text.data(), string.raw.data());
@@ -121,7 +121,7 @@ TEST(JsonAllocation, rateLimitReplyTakesNothingFromTheHeap)
     const std::string reply =
         R"({"id":2,"other":"a text \u00e9 longer than any small string","result":{"rateLimits":{"primary":)"
         R"({"usedPercent":42.5,"windowDurationMins":300.0,"resetsAt":1.7e9},"secondary":{"usedPercent":7}}}})";
-    const AllocationCount count;
+    const HeapWatch count;
     const bool isReply = CodexRateLimitParser::isReply(reply, 2);
     const auto decoded = CodexRateLimitParser::decode(reply);
     const std::size_t blocks = count.blocks();
@@ -134,7 +134,7 @@ TEST(JsonAllocation, usageRecordIsReadWithoutItsMessageText)
 {
     const std::string line = R"({"type":"assistant","timestamp":"2025-03-04T05:06:07Z","message":{"content":)"
         + largeContent() + R"(,"id":"message","model":"m","usage":{"output_tokens":5}}})";
-    const AllocationCount count;
+    const HeapWatch count;
     const auto samples = ClaudeUsageParser::parse(HistoryLines(line));
     const std::size_t bytes = count.bytes();
     ASSERT_EQ(samples.size(), 1U);

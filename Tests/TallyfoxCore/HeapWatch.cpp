@@ -1,6 +1,8 @@
-#include "Support/AllocationCount.h"
+#include "Support/HeapWatch.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <malloc.h>
 #include <new>
 
 // The whole test program takes its memory through these. They stand here and not in the support library, so that only
@@ -11,12 +13,23 @@ namespace {
 
 thread_local std::size_t blocksOfThread = 0;
 thread_local std::size_t bytesOfThread = 0;
+thread_local long long heldByThread = 0;
+thread_local long long mostHeldByThread = 0;
 
 void* allocateCounted(std::size_t size) noexcept
 {
     ++blocksOfThread;
     bytesOfThread += size;
-    return std::malloc(size == 0 ? 1 : size);
+    void* const memory = std::malloc(size == 0 ? 1 : size);
+    heldByThread += static_cast<long long>(::malloc_usable_size(memory));
+    mostHeldByThread = std::max(mostHeldByThread, heldByThread);
+    return memory;
+}
+
+void release(void* memory) noexcept
+{
+    heldByThread -= static_cast<long long>(::malloc_usable_size(memory));
+    std::free(memory);
 }
 
 void* allocateOrThrow(std::size_t size)
@@ -29,19 +42,27 @@ void* allocateOrThrow(std::size_t size)
 
 } // namespace
 
-AllocationCount::AllocationCount()
+HeapWatch::HeapWatch()
     : m_blocksBefore(blocksOfThread)
     , m_bytesBefore(bytesOfThread)
-{ }
+    , m_heldBefore(heldByThread)
+{
+    mostHeldByThread = heldByThread;
+}
 
-std::size_t AllocationCount::blocks() const
+std::size_t HeapWatch::blocks() const
 {
     return blocksOfThread - m_blocksBefore;
 }
 
-std::size_t AllocationCount::bytes() const
+std::size_t HeapWatch::bytes() const
 {
     return bytesOfThread - m_bytesBefore;
+}
+
+std::size_t HeapWatch::peak() const
+{
+    return static_cast<std::size_t>(mostHeldByThread - m_heldBefore);
 }
 
 } // namespace tallyfox::test
@@ -68,30 +89,30 @@ void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
 
 void operator delete(void* memory) noexcept
 {
-    std::free(memory);
+    tallyfox::test::release(memory);
 }
 
 void operator delete[](void* memory) noexcept
 {
-    std::free(memory);
+    tallyfox::test::release(memory);
 }
 
 void operator delete(void* memory, std::size_t) noexcept
 {
-    std::free(memory);
+    tallyfox::test::release(memory);
 }
 
 void operator delete[](void* memory, std::size_t) noexcept
 {
-    std::free(memory);
+    tallyfox::test::release(memory);
 }
 
 void operator delete(void* memory, const std::nothrow_t&) noexcept
 {
-    std::free(memory);
+    tallyfox::test::release(memory);
 }
 
 void operator delete[](void* memory, const std::nothrow_t&) noexcept
 {
-    std::free(memory);
+    tallyfox::test::release(memory);
 }
