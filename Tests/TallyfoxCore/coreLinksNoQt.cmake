@@ -1,3 +1,5 @@
+cmake_minimum_required(VERSION 3.25)
+
 # Proves from the built library that the core uses nothing of Qt: cmake -DNM=… -DCORE=… -DAPP=… -P coreLinksNoQt.cmake
 # APP is a library that does use Qt. It shows that the search would find something.
 
