@@ -34,14 +34,7 @@ public:
     explicit Parts(const std::string& text)
         : m_text(text)
     {
-        regex_t form{};
-        EXPECT_EQ(regcomp(&form,
-                          "^([0-9]{4})-([0-9]{2})-([0-9]{2})T([0-9]{2}):([0-9]{2}):([0-9]{2})"
-                          "([.][0-9]+)?(Z|([+-])([0-9]{2}):?([0-9]{2}))?$",
-                          REG_EXTENDED),
-                  0);
-        m_isMatch = text.find('\0') == text.npos && regexec(&form, text.c_str(), count, m_parts, 0) == 0;
-        regfree(&form);
+        m_isMatch = text.find('\0') == text.npos && regexec(form(), text.c_str(), count, m_parts, 0) == 0;
     }
     [[nodiscard]] bool isMatch() const
     {
@@ -62,6 +55,30 @@ public:
     }
 
 private:
+    /// Compiled once: that takes far longer than a match.
+    static const regex_t* form()
+    {
+        struct Form {
+            Form()
+            {
+                EXPECT_EQ(regcomp(&compiled,
+                                  "^([0-9]{4})-([0-9]{2})-([0-9]{2})T([0-9]{2}):([0-9]{2}):([0-9]{2})"
+                                  "([.][0-9]+)?(Z|([+-])([0-9]{2}):?([0-9]{2}))?$",
+                                  REG_EXTENDED),
+                          0);
+            }
+            ~Form()
+            {
+                regfree(&compiled);
+            }
+            Form(const Form&) = delete;
+            Form& operator=(const Form&) = delete;
+            regex_t compiled{};
+        };
+        static const Form once;
+        return &once.compiled;
+    }
+
     static constexpr std::size_t count = 12;
     std::string m_text;
     regmatch_t m_parts[count] = {};
