@@ -172,7 +172,7 @@ private:
     }
 
     LineCounter m_lineCounter;
-    std::array<std::byte, 32 * 1024> m_firstMemory;
+    std::array<std::byte, 32'768> m_firstMemory;
     std::pmr::monotonic_buffer_resource m_memory{m_firstMemory.data(), m_firstMemory.size()};
     std::deque<std::string> m_ownedKeys;
     std::pmr::unordered_map<std::string_view, std::size_t> m_indexes{&m_memory};

@@ -2,6 +2,7 @@
 
 #include "TallyfoxCore/Platform/ByteScan.h"
 
+#include <array>
 #include <bit>
 
 namespace tallyfox {
@@ -38,82 +39,161 @@ bool isHexDigit(char character)
     return isDigit(character) || (character >= 'a' && character <= 'f') || (character >= 'A' && character <= 'F');
 }
 
+/// The type of the value that begins with a byte.
+constexpr std::array<JsonReader::Type, 256> typesByFirstByte = [] {
+    using enum JsonReader::Type;
+    std::array<JsonReader::Type, 256> types{};
+    types.fill(none);
+    for (unsigned char digit = '0'; digit <= '9'; ++digit)
+        types[digit] = number;
+    types['-'] = number;
+    types['"'] = string;
+    types['{'] = object;
+    types['['] = array;
+    types['n'] = null;
+    types['t'] = boolean;
+    types['f'] = boolean;
+    return types;
+}();
+
 } // namespace
 
 bool JsonReader::fail()
 {
     m_hasFailed = true;
-    m_position = m_text.size();
+    m_next = m_end;
     return false;
 }
 
-void JsonReader::skipWhiteSpace()
+inline void JsonReader::skipWhiteSpace()
 {
-    while (!atEnd()) {
-        const char character = m_text[m_position];
-        if (character != ' ' && character != '\n' && character != '\r' && character != '\t')
-            return;
-        ++m_position;
-    }
+    while (!atEnd() && (*m_next == ' ' || *m_next == '\n' || *m_next == '\r' || *m_next == '\t'))
+        [[unlikely]]++ m_next;
 }
 
-bool JsonReader::take(char character)
+inline bool JsonReader::take(char character)
 {
-    if (atEnd() || m_text[m_position] != character)
+    if (peek() != character || atEnd())
         return fail();
-    ++m_position;
+    ++m_next;
     return true;
 }
 
 bool JsonReader::takeLiteral(std::string_view literal)
 {
-    if (m_text.substr(m_position, literal.size()) != literal)
+    if (!std::string_view(m_next, left()).starts_with(literal))
         return fail();
-    m_position += literal.size();
+    m_next += literal.size();
     return true;
 }
 
 JsonReader::Type JsonReader::nextType()
 {
     skipWhiteSpace();
-    switch (peek()) {
-    case 'n':
-        return Type::null;
-    case 't':
-    case 'f':
-        return Type::boolean;
-    case '"':
-        return Type::string;
-    case '{':
-        return Type::object;
-    case '[':
-        return Type::array;
-    default:
-        return peek() == '-' || isDigit(peek()) ? Type::number : Type::none;
-    }
+    return typesByFirstByte[static_cast<unsigned char>(peek())];
 }
 
-bool JsonReader::open(Type container)
+inline bool JsonReader::open(Type container)
 {
     if (m_depth == maximumDepth)
         return fail();
-    ++m_position;
+    ++m_next;
     m_isObject[m_depth++] = container == Type::object;
     m_atFirstMember = true;
     return true;
 }
 
-bool JsonReader::close()
+inline void JsonReader::close()
 {
-    ++m_position;
+    ++m_next;
     --m_depth;
     m_atFirstMember = false;
-    return true;
 }
 
 bool JsonReader::beginObject()
 {
     return nextType() == Type::object ? open(Type::object) : fail();
+}
+
+bool JsonReader::takeEscape()
+{
+    m_tookEscape = true;
+    if (left() < 2)
+        return fail();
+    if (isSimpleEscape(m_next[1])) [[likely]] {
+        m_next += 2;
+        return true;
+    }
+    if (left() < unicodeEscapeSize || m_next[1] != 'u' || !isHexDigit(m_next[2]) || !isHexDigit(m_next[3])
+        || !isHexDigit(m_next[4]) || !isHexDigit(m_next[5]))
+        return fail();
+    m_next += unicodeEscapeSize;
+    return true;
+}
+
+/// Steps over the escapes of one block whose specials are the bits of `specials`. Stops at the quotation mark that ends
+/// the string, or behind the last escape, or at the end of the block; false at what no string may hold.
+inline bool JsonReader::takeBlock(std::uint64_t specials)
+{
+    const char* const begin = m_next;
+    while (specials != 0) {
+        m_next = begin + std::countr_zero(specials);
+        if (*m_next == '"')
+            return true;
+        if (*m_next != '\\')
+            return fail();
+        if (!takeEscape())
+            return false;
+        if (m_next >= begin + jsonStringBlock)
+            return true;
+        specials &= ~std::uint64_t{0} << (m_next - begin);
+    }
+    m_next = begin + jsonStringBlock;
+    return true;
+}
+
+bool JsonReader::takeLongStringText()
+{
+    while (left() >= jsonStringBlock) {
+        const std::uint64_t specials = jsonStringSpecials(m_next);
+        if (!takeBlock(specials))
+            return false;
+        if (specials != 0 && peek() == '"')
+            return true;
+    }
+    while (!atEnd() && *m_next != '"') {
+        if (static_cast<unsigned char>(*m_next) < 0x20)
+            return fail();
+        if (*m_next != '\\')
+            ++m_next;
+        else if (!takeEscape())
+            return false;
+    }
+    return !atEnd() || fail();
+}
+
+/// Stops at the quotation mark that ends the string whose text begins here.
+inline bool JsonReader::takeStringText()
+{
+    // Most strings are keys and short values: they end within the first bytes, without an escape before.
+    if (left() >= byteScan::width) {
+        const std::uint64_t specials = byteScan::jsonStringSpecials(m_next);
+        const char* const first = m_next + std::countr_zero(specials | (std::uint64_t{1} << 63));
+        if (specials != 0 && *first == '"') {
+            m_next = first;
+            return true;
+        }
+    }
+    return takeLongStringText();
+}
+
+inline bool JsonReader::takeString()
+{
+    m_atFirstMember = false;
+    if (!take('"') || !takeStringText())
+        return false;
+    ++m_next;
+    return true;
 }
 
 bool JsonReader::nextMember(JsonString& key)
@@ -123,11 +203,8 @@ bool JsonReader::nextMember(JsonString& key)
         close();
         return false;
     }
-    if (!m_atFirstMember) {
-        if (!take(','))
-            return false;
-        skipWhiteSpace();
-    }
+    if (!m_atFirstMember && !take(','))
+        return false;
     if (!readString(key))
         return false;
     skipWhiteSpace();
@@ -141,140 +218,81 @@ bool JsonReader::readNull()
     return takeLiteral("null");
 }
 
-bool JsonReader::takeEscape()
-{
-    m_tookEscape = true;
-    if (m_position + 1 == m_text.size())
-        return fail();
-    if (isSimpleEscape(m_text[m_position + 1])) [[likely]] {
-        m_position += 2;
-        return true;
-    }
-    const std::string_view escape = m_text.substr(m_position, unicodeEscapeSize);
-    if (escape.size() < unicodeEscapeSize || escape[1] != 'u' || !isHexDigit(escape[2]) || !isHexDigit(escape[3])
-        || !isHexDigit(escape[4]) || !isHexDigit(escape[5]))
-        return fail();
-    m_position += unicodeEscapeSize;
-    return true;
-}
-
-/// Steps over the escapes of one block whose specials are the bits of `specials`. Stops at the quotation mark that ends
-/// the string, or behind the last escape, or at the end of the block; false at what no string may hold.
-bool JsonReader::takeBlock(std::uint64_t specials)
-{
-    const std::size_t begin = m_position;
-    while (specials != 0) {
-        m_position = begin + static_cast<std::size_t>(std::countr_zero(specials));
-        if (m_text[m_position] == '"')
-            return true;
-        if (m_text[m_position] != '\\')
-            return fail();
-        if (!takeEscape())
-            return false;
-        if (m_position >= begin + jsonStringBlock)
-            return true;
-        specials &= ~std::uint64_t{0} << (m_position - begin);
-    }
-    m_position = begin + jsonStringBlock;
-    return true;
-}
-
-/// Stops at the quotation mark that ends the string whose text begins here.
-bool JsonReader::skipStringText()
-{
-    while (m_position + jsonStringBlock <= m_text.size()) {
-        const std::uint64_t specials = jsonStringSpecials(m_text.data() + m_position);
-        if (!takeBlock(specials))
-            return false;
-        if (specials != 0 && peek() == '"')
-            return true;
-    }
-    while (!atEnd() && peek() != '"') {
-        if (static_cast<unsigned char>(peek()) < 0x20)
-            return fail();
-        if (peek() != '\\')
-            ++m_position;
-        else if (!takeEscape())
-            return false;
-    }
-    return !atEnd() || fail();
-}
-
 bool JsonReader::readString(JsonString& string)
 {
     skipWhiteSpace();
-    m_atFirstMember = false;
-    if (!take('"'))
-        return false;
-    const std::size_t begin = m_position;
     m_tookEscape = false;
-    if (!skipStringText())
+    const char* const begin = m_next;
+    if (!takeString())
         return false;
-    string.raw = m_text.substr(begin, m_position - begin);
+    string.raw = std::string_view(begin + 1, static_cast<std::size_t>(m_next - begin) - 2);
     string.hasEscapes = m_tookEscape;
-    ++m_position;
     return true;
 }
 
-bool JsonReader::takeDigits()
+inline bool JsonReader::takeDigits()
 {
     if (!isDigit(peek()))
         return fail();
     while (isDigit(peek()))
-        ++m_position;
+        ++m_next;
+    return true;
+}
+
+bool JsonReader::takeNumber()
+{
+    m_atFirstMember = false;
+    if (peek() == '-')
+        ++m_next;
+    if (peek() == '0')
+        ++m_next;
+    else if (!takeDigits())
+        return false;
+    if (peek() == '.') {
+        ++m_next;
+        if (!takeDigits())
+            return false;
+    }
+    if (peek() == 'e' || peek() == 'E') {
+        ++m_next;
+        if (peek() == '+' || peek() == '-')
+            ++m_next;
+        return takeDigits();
+    }
     return true;
 }
 
 bool JsonReader::readNumber(JsonNumber& number)
 {
     skipWhiteSpace();
-    m_atFirstMember = false;
-    const std::size_t begin = m_position;
-    if (peek() == '-')
-        ++m_position;
-    if (peek() == '0')
-        ++m_position;
-    else if (!takeDigits())
+    const char* const begin = m_next;
+    if (!takeNumber())
         return false;
-    if (peek() == '.') {
-        ++m_position;
-        if (!takeDigits())
-            return false;
-    }
-    if (peek() == 'e' || peek() == 'E') {
-        ++m_position;
-        if (peek() == '+' || peek() == '-')
-            ++m_position;
-        if (!takeDigits())
-            return false;
-    }
-    number.raw = m_text.substr(begin, m_position - begin);
+    number.raw = std::string_view(begin, static_cast<std::size_t>(m_next - begin));
     return true;
 }
 
-bool JsonReader::skipScalar(Type type)
+inline bool JsonReader::takeScalar(Type type)
 {
     m_atFirstMember = false;
-    JsonString string;
-    JsonNumber number;
     switch (type) {
+    case Type::string:
+        return takeString();
+    case Type::number:
+        return takeNumber();
     case Type::null:
         return takeLiteral("null");
     case Type::boolean:
-        return takeLiteral(peek() == 't' ? "true" : "false");
-    case Type::string:
-        return readString(string);
-    case Type::number:
-        return readNumber(number);
+        return takeLiteral(*m_next == 't' ? "true" : "false");
     default:
         return fail();
     }
 }
 
-bool JsonReader::skipMemberKey()
+inline bool JsonReader::takeMemberKey()
 {
-    JsonString key;
-    if (!readString(key))
+    skipWhiteSpace();
+    if (!takeString())
         return false;
     skipWhiteSpace();
     return take(':');
@@ -282,7 +300,7 @@ bool JsonReader::skipMemberKey()
 
 /// Closes every container that ends here, down to `outerDepth`, then steps over what stands before the next value of
 /// the innermost one left.
-bool JsonReader::skipToNextValueOfContainers(std::size_t outerDepth)
+inline bool JsonReader::stepToNextValue(std::size_t outerDepth)
 {
     skipWhiteSpace();
     while (m_depth > outerDepth && peek() == (m_isObject[m_depth - 1] ? '}' : ']')) {
@@ -291,12 +309,9 @@ bool JsonReader::skipToNextValueOfContainers(std::size_t outerDepth)
     }
     if (m_depth == outerDepth)
         return true;
-    if (!m_atFirstMember) {
-        if (!take(','))
-            return false;
-        skipWhiteSpace();
-    }
-    return !m_isObject[m_depth - 1] || skipMemberKey();
+    if (!m_atFirstMember && !take(','))
+        return false;
+    return !m_isObject[m_depth - 1] || takeMemberKey();
 }
 
 bool JsonReader::skipValue()
@@ -305,9 +320,9 @@ bool JsonReader::skipValue()
     do {
         const Type type = nextType();
         const bool isContainer = type == Type::object || type == Type::array;
-        if (!(isContainer ? open(type) : skipScalar(type)))
+        if (!(isContainer ? open(type) : takeScalar(type)))
             return false;
-        if (m_depth > outerDepth && !skipToNextValueOfContainers(outerDepth))
+        if (m_depth > outerDepth && !stepToNextValue(outerDepth))
             return false;
     } while (m_depth > outerDepth);
     return true;

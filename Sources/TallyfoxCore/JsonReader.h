@@ -24,7 +24,8 @@ public:
 
     /// A view: the text must outlive the reader and its tokens.
     explicit JsonReader(std::string_view text)
-        : m_text(text)
+        : m_next(text.data())
+        , m_end(text.data() + text.size())
     { }
 
     /// The type of the next value, told by its first character; `none` where no value begins.
@@ -48,28 +49,36 @@ public:
 private:
     [[nodiscard]] bool atEnd() const
     {
-        return m_position == m_text.size();
+        return m_next == m_end;
+    }
+    [[nodiscard]] std::size_t left() const
+    {
+        return static_cast<std::size_t>(m_end - m_next);
     }
     [[nodiscard]] char peek() const
     {
-        return atEnd() ? '\0' : m_text[m_position];
+        return atEnd() ? '\0' : *m_next;
     }
     bool fail();
     void skipWhiteSpace();
     bool take(char character);
     bool takeLiteral(std::string_view literal);
     bool takeDigits();
+    bool takeNumber();
     bool takeEscape();
     bool takeBlock(std::uint64_t specials);
-    bool skipStringText();
-    bool skipScalar(Type type);
+    bool takeStringText();
+    bool takeLongStringText();
+    bool takeString();
+    bool takeScalar(Type type);
     bool open(Type container);
-    bool close();
-    bool skipToNextValueOfContainers(std::size_t outerDepth);
-    bool skipMemberKey();
+    void close();
+    bool stepToNextValue(std::size_t outerDepth);
+    bool takeMemberKey();
 
-    std::string_view m_text;
-    std::size_t m_position = 0;
+    // Plain pointers: with checked positions into a view, a line takes half as long again.
+    const char* m_next;
+    const char* m_end;
     std::size_t m_depth = 0;
     std::bitset<maximumDepth> m_isObject; ///< for each open container, outermost first
     bool m_atFirstMember = false; ///< nothing was read yet of the container entered last
