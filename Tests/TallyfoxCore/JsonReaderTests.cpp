@@ -147,7 +147,7 @@ TEST(JsonReader, errorAtTheVeryEndIsNotForgotten)
 
 TEST(JsonReader, stringOfAnyLengthEndsWhereItsQuotationMarkStands)
 {
-    for (std::size_t length = 0; length < 100; ++length) {
+    for (std::size_t length = 0; length < 300; ++length) {
         const std::string content(length, 'x');
         const std::string text = "  \"" + content + "\",rest of the text that is no business of the string";
         JsonReader reader(text);
@@ -160,7 +160,7 @@ TEST(JsonReader, stringOfAnyLengthEndsWhereItsQuotationMarkStands)
 
 TEST(JsonReader, specialCharacterIsSeenAtEveryPositionOfAString)
 {
-    for (std::size_t length = 1; length < 70; ++length) {
+    for (std::size_t length = 1; length < 150; ++length) {
         for (std::size_t position = 0; position < length; ++position) {
             std::string control = "\"" + std::string(length, 'x') + "\"";
             control[1 + position] = '\x1F';

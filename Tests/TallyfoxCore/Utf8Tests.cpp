@@ -161,7 +161,7 @@ TEST(Utf8, boundaryBytesInEveryCombinationAreJudgedByTheDefinition)
 
 TEST(Utf8, illFormedByteIsSeenAtEveryPositionOfALongText)
 {
-    for (std::size_t size = 1; size < 70; ++size) {
+    for (std::size_t size = 1; size < 150; ++size) {
         for (std::size_t position = 0; position < size; ++position) {
             std::string bytes(size, 'x');
             bytes[position] = '\xF0';
