@@ -98,14 +98,12 @@ struct ClaudeRecord {
     }
 };
 
-UsageSample sampleOf(const ClaudeMessage& message, Instant timestamp)
+/// The counts of a message; its model is told by `modelOf`.
+UsageSample sampleOf(const ClaudeUsage& usage, Instant timestamp)
 {
-    const ClaudeUsage& usage = message.usage.members;
     UsageSample sample;
     sample.provider = Provider::claude;
     sample.timestamp = timestamp;
-    if (message.model.state == FieldState::present)
-        sample.model = message.model.value.decoded();
     sample.inputTokens = usage.inputTokens.valueOr(0);
     sample.outputTokens = usage.outputTokens.valueOr(0);
     sample.cachedInputTokens = usage.cacheReadInputTokens.valueOr(0);
@@ -114,6 +112,13 @@ UsageSample sampleOf(const ClaudeMessage& message, Instant timestamp)
                                   usage.cacheCreationInputTokens.valueOr(0));
     sample.confidence = MeasurementConfidence::observed;
     return sample;
+}
+
+std::optional<std::string> modelOf(const ClaudeMessage& message)
+{
+    if (message.model.state != FieldState::present)
+        return std::nullopt;
+    return message.model.value.decoded();
 }
 
 /// The samples of one file, at most one for each key.
@@ -133,9 +138,14 @@ public:
         const auto timestamp = parseISO8601(rawTimestamp);
         if (!timestamp)
             return;
-        const StringField& id = record.message.members.id;
-        keepLargest(id.state == FieldState::present ? keyOf(id.value) : keyOf(rawTimestamp, line),
-                    sampleOf(record.message.members, *timestamp));
+        const ClaudeMessage& message = record.message.members;
+        const UsageSample sample = sampleOf(message.usage.members, *timestamp);
+        const bool hasId = message.id.state == FieldState::present;
+        UsageSample* const place = placeFor(hasId ? keyOf(message.id.value) : keyOf(rawTimestamp, line), sample);
+        if (place == nullptr)
+            return;
+        *place = sample;
+        place->model = modelOf(message);
     }
 
     std::vector<UsageSample> takeSorted()
@@ -158,17 +168,18 @@ private:
         return m_ownedKeys.emplace_back(std::string(rawTimestamp) + '-' + std::to_string(m_lineCounter.indexOf(line)));
     }
 
-    void keepLargest(std::string_view key, UsageSample sample)
+    /// Where the sample is to be kept; null when the key has one at least as large, or as its first a negative one.
+    UsageSample* placeFor(std::string_view key, const UsageSample& sample)
     {
         const auto known = m_indexes.find(key);
         if (known != m_indexes.end()) {
             UsageSample& kept = m_samples[known->second];
-            if (sample.totalTokens > kept.totalTokens)
-                kept = std::move(sample);
-        } else if (sample.totalTokens >= 0) {
-            m_indexes.emplace(key, m_samples.size());
-            m_samples.push_back(std::move(sample));
+            return sample.totalTokens > kept.totalTokens ? &kept : nullptr;
         }
+        if (sample.totalTokens < 0)
+            return nullptr;
+        m_indexes.emplace(key, m_samples.size());
+        return &m_samples.emplace_back();
     }
 
     LineCounter m_lineCounter;
