@@ -27,7 +27,7 @@ template <typename Predicate> bool spinUntil(const Predicate& isSo)
     while (!isSo()) {
         if (std::chrono::steady_clock::now() > hangGuard)
             return false;
-        QCoreApplication::processEvents();
+        QCoreApplication::processEvents(); // the test is the outermost loop here
         std::this_thread::sleep_for(std::chrono::milliseconds{1});
     }
     return true;
