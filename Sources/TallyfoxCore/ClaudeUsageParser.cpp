@@ -22,29 +22,12 @@ struct ClaudeUsage {
     IntegerField cacheReadInputTokens;
     IntegerField cacheCreationInputTokens;
 
-    bool readMember(const JsonString& key, JsonReader& reader)
+    static constexpr auto members()
     {
-        IntegerField* const field = fieldFor(key);
-        if (field != nullptr)
-            field->read(reader);
-        return field != nullptr;
-    }
-    [[nodiscard]] bool isDecodable() const
-    {
-        return inputTokens.isDecodable() && outputTokens.isDecodable() && cacheReadInputTokens.isDecodable()
-            && cacheCreationInputTokens.isDecodable();
-    }
-
-private:
-    IntegerField* fieldFor(const JsonString& key)
-    {
-        if (key.equals("input_tokens"))
-            return &inputTokens;
-        if (key.equals("output_tokens"))
-            return &outputTokens;
-        if (key.equals("cache_read_input_tokens"))
-            return &cacheReadInputTokens;
-        return key.equals("cache_creation_input_tokens") ? &cacheCreationInputTokens : nullptr;
+        return std::tuple{optionalMember("input_tokens", &ClaudeUsage::inputTokens),
+                          optionalMember("output_tokens", &ClaudeUsage::outputTokens),
+                          optionalMember("cache_read_input_tokens", &ClaudeUsage::cacheReadInputTokens),
+                          optionalMember("cache_creation_input_tokens", &ClaudeUsage::cacheCreationInputTokens)};
     }
 };
 
@@ -53,21 +36,10 @@ struct ClaudeMessage {
     StringField model;
     ObjectField<ClaudeUsage> usage;
 
-    bool readMember(const JsonString& key, JsonReader& reader)
+    static constexpr auto members()
     {
-        if (key.equals("id"))
-            id.read(reader);
-        else if (key.equals("model"))
-            model.read(reader);
-        else if (key.equals("usage"))
-            usage.read(reader);
-        else
-            return false;
-        return true;
-    }
-    [[nodiscard]] bool isDecodable() const
-    {
-        return id.isDecodable() && model.isDecodable() && usage.isDecodable();
+        return std::tuple{optionalMember("id", &ClaudeMessage::id), optionalMember("model", &ClaudeMessage::model),
+                          optionalMember("usage", &ClaudeMessage::usage)};
     }
 };
 
@@ -76,25 +48,15 @@ struct ClaudeRecord {
     StringField type;
     ObjectField<ClaudeMessage> message;
 
-    bool readMember(const JsonString& key, JsonReader& reader)
+    static constexpr auto members()
     {
-        if (key.equals("timestamp"))
-            timestamp.read(reader);
-        else if (key.equals("type"))
-            type.read(reader);
-        else if (key.equals("message"))
-            message.read(reader);
-        else
-            return false;
-        return true;
-    }
-    [[nodiscard]] bool isDecodable() const
-    {
-        return timestamp.state == FieldState::present && type.state == FieldState::present && message.isDecodable();
+        return std::tuple{requiredMember("timestamp", &ClaudeRecord::timestamp),
+                          requiredMember("type", &ClaudeRecord::type),
+                          optionalMember("message", &ClaudeRecord::message)};
     }
     [[nodiscard]] bool hasAssistantUsage() const
     {
-        return type.value.equals("assistant") && message.isPresent() && message.members.usage.isPresent();
+        return type.value.equals("assistant") && message.isPresent() && message.record.usage.isPresent();
     }
 };
 
@@ -116,7 +78,7 @@ UsageSample sampleOf(const ClaudeUsage& usage, Instant timestamp)
 
 std::optional<std::string> modelOf(const ClaudeMessage& message)
 {
-    if (message.model.state != FieldState::present)
+    if (!message.model.isPresent())
         return std::nullopt;
     return message.model.value.decoded();
 }
@@ -131,16 +93,17 @@ public:
     void add(std::string_view line)
     {
         ClaudeRecord record;
-        if (!readJsonObject(line, record) || !record.isDecodable() || !record.hasAssistantUsage())
+        if (!readJsonObject(line, record) || !hasRightTypes(record) || !isComplete(record)
+            || !record.hasAssistantUsage())
             return;
         std::string storage;
         const std::string_view rawTimestamp = record.timestamp.value.decoded(storage);
         const auto timestamp = parseISO8601(rawTimestamp);
         if (!timestamp)
             return;
-        const ClaudeMessage& message = record.message.members;
-        const UsageSample sample = sampleOf(message.usage.members, *timestamp);
-        const bool hasId = message.id.state == FieldState::present;
+        const ClaudeMessage& message = record.message.record;
+        const UsageSample sample = sampleOf(message.usage.record, *timestamp);
+        const bool hasId = message.id.isPresent();
         UsageSample* const place = placeFor(hasId ? keyOf(message.id.value) : keyOf(rawTimestamp, line), sample);
         if (place == nullptr)
             return;

@@ -12,25 +12,11 @@ struct CodexRateWindow {
     IntegerField windowDurationMins;
     DoubleField resetsAt;
 
-    bool readMember(const JsonString& key, JsonReader& reader)
+    static constexpr auto members()
     {
-        if (key.equals("usedPercent"))
-            usedPercent.read(reader);
-        else if (key.equals("windowDurationMins"))
-            windowDurationMins.read(reader);
-        else if (key.equals("resetsAt"))
-            resetsAt.read(reader);
-        else
-            return false;
-        return true;
-    }
-    [[nodiscard]] bool isDecodable() const
-    {
-        return usedPercent.isDecodable() && windowDurationMins.isDecodable() && resetsAt.isDecodable();
-    }
-    [[nodiscard]] bool isComplete() const
-    {
-        return usedPercent.state == FieldState::present;
+        return std::tuple{requiredMember("usedPercent", &CodexRateWindow::usedPercent),
+                          optionalMember("windowDurationMins", &CodexRateWindow::windowDurationMins),
+                          optionalMember("resetsAt", &CodexRateWindow::resetsAt)};
     }
 };
 
@@ -38,69 +24,37 @@ struct CodexRateLimits {
     ObjectField<CodexRateWindow> primary;
     ObjectField<CodexRateWindow> secondary;
 
-    bool readMember(const JsonString& key, JsonReader& reader)
+    static constexpr auto members()
     {
-        if (key.equals("primary"))
-            primary.read(reader);
-        else if (key.equals("secondary"))
-            secondary.read(reader);
-        else
-            return false;
-        return true;
-    }
-    [[nodiscard]] bool isDecodable() const
-    {
-        return primary.isDecodable() && secondary.isDecodable();
-    }
-    [[nodiscard]] bool isComplete() const
-    {
-        return primary.isPresent() && primary.members.isComplete()
-            && (!secondary.isPresent() || secondary.members.isComplete());
+        return std::tuple{requiredMember("primary", &CodexRateLimits::primary),
+                          optionalMember("secondary", &CodexRateLimits::secondary)};
     }
 };
 
 struct CodexResult {
     ObjectField<CodexRateLimits> rateLimits;
 
-    bool readMember(const JsonString& key, JsonReader& reader)
+    static constexpr auto members()
     {
-        const bool isWanted = key.equals("rateLimits");
-        if (isWanted)
-            rateLimits.read(reader);
-        return isWanted;
-    }
-    [[nodiscard]] bool isDecodable() const
-    {
-        return rateLimits.isDecodable();
+        return std::tuple{requiredMember("rateLimits", &CodexResult::rateLimits)};
     }
 };
 
 struct CodexEnvelope {
     ObjectField<CodexResult> result;
 
-    bool readMember(const JsonString& key, JsonReader& reader)
+    static constexpr auto members()
     {
-        const bool isWanted = key.equals("result");
-        if (isWanted)
-            result.read(reader);
-        return isWanted;
-    }
-    [[nodiscard]] bool isComplete() const
-    {
-        return result.isPresent() && result.members.rateLimits.isPresent()
-            && result.members.rateLimits.members.isComplete();
+        return std::tuple{requiredMember("result", &CodexEnvelope::result)};
     }
 };
 
 struct IdentifiedReply {
     IntegerField id;
 
-    bool readMember(const JsonString& key, JsonReader& reader)
+    static constexpr auto members()
     {
-        const bool isWanted = key.equals("id");
-        if (isWanted)
-            id.read(reader);
-        return isWanted;
+        return std::tuple{requiredMember("id", &IdentifiedReply::id)};
     }
 };
 
@@ -108,9 +62,9 @@ QuotaWindow windowOf(const CodexRateWindow& window)
 {
     QuotaWindow result;
     result.usedPercent = window.usedPercent.value;
-    if (window.resetsAt.state == FieldState::present)
+    if (window.resetsAt.isPresent())
         result.resetsAt = instantFromUnixSeconds(window.resetsAt.value);
-    if (window.windowDurationMins.state == FieldState::present)
+    if (window.windowDurationMins.isPresent())
         result.windowMinutes = window.windowDurationMins.value;
     return result;
 }
@@ -127,16 +81,16 @@ std::variant<QuotaSnapshot, DecodingError> CodexRateLimitParser::decode(std::str
     CodexEnvelope envelope;
     if (!readJsonObject(reply, envelope))
         return DecodingError::malformed;
-    if (!envelope.result.isDecodable())
+    if (!hasRightTypes(envelope))
         return DecodingError::wrongType;
-    if (!envelope.isComplete())
+    if (!isComplete(envelope))
         return DecodingError::missingKey;
-    const CodexRateLimits& limits = envelope.result.members.rateLimits.members;
+    const CodexRateLimits& limits = envelope.result.record.rateLimits.record;
     QuotaSnapshot snapshot;
     snapshot.provider = Provider::codex;
-    snapshot.primary = windowOf(limits.primary.members);
+    snapshot.primary = windowOf(limits.primary.record);
     if (limits.secondary.isPresent())
-        snapshot.secondary = windowOf(limits.secondary.members);
+        snapshot.secondary = windowOf(limits.secondary.record);
     snapshot.confidence = MeasurementConfidence::exact;
     return snapshot;
 }
@@ -144,7 +98,7 @@ std::variant<QuotaSnapshot, DecodingError> CodexRateLimitParser::decode(std::str
 bool CodexRateLimitParser::isReply(std::string_view line, std::int64_t id)
 {
     IdentifiedReply reply;
-    return readJsonObject(line, reply) && reply.id.state == FieldState::present && reply.id.value == id;
+    return readJsonObject(line, reply) && reply.id.isPresent() && reply.id.value == id;
 }
 
 } // namespace tallyfox

@@ -15,47 +15,22 @@ struct CodexTokenUsage {
     IntegerField reasoningOutputTokens;
     IntegerField totalTokens;
 
-    bool readMember(const JsonString& key, JsonReader& reader)
+    static constexpr auto members()
     {
-        IntegerField* const field = fieldFor(key);
-        if (field != nullptr)
-            field->read(reader);
-        return field != nullptr;
-    }
-    [[nodiscard]] bool isDecodable() const
-    {
-        return inputTokens.isDecodable() && cachedInputTokens.isDecodable() && outputTokens.isDecodable()
-            && reasoningOutputTokens.isDecodable() && totalTokens.isDecodable();
-    }
-
-private:
-    IntegerField* fieldFor(const JsonString& key)
-    {
-        if (key.equals("input_tokens"))
-            return &inputTokens;
-        if (key.equals("cached_input_tokens"))
-            return &cachedInputTokens;
-        if (key.equals("output_tokens"))
-            return &outputTokens;
-        if (key.equals("reasoning_output_tokens"))
-            return &reasoningOutputTokens;
-        return key.equals("total_tokens") ? &totalTokens : nullptr;
+        return std::tuple{optionalMember("input_tokens", &CodexTokenUsage::inputTokens),
+                          optionalMember("cached_input_tokens", &CodexTokenUsage::cachedInputTokens),
+                          optionalMember("output_tokens", &CodexTokenUsage::outputTokens),
+                          optionalMember("reasoning_output_tokens", &CodexTokenUsage::reasoningOutputTokens),
+                          optionalMember("total_tokens", &CodexTokenUsage::totalTokens)};
     }
 };
 
 struct CodexInfo {
     ObjectField<CodexTokenUsage> lastTokenUsage;
 
-    bool readMember(const JsonString& key, JsonReader& reader)
+    static constexpr auto members()
     {
-        const bool isWanted = key.equals("last_token_usage");
-        if (isWanted)
-            lastTokenUsage.read(reader);
-        return isWanted;
-    }
-    [[nodiscard]] bool isDecodable() const
-    {
-        return lastTokenUsage.isDecodable();
+        return std::tuple{optionalMember("last_token_usage", &CodexInfo::lastTokenUsage)};
     }
 };
 
@@ -63,19 +38,9 @@ struct CodexPayload {
     StringField type;
     ObjectField<CodexInfo> info;
 
-    bool readMember(const JsonString& key, JsonReader& reader)
+    static constexpr auto members()
     {
-        if (key.equals("type"))
-            type.read(reader);
-        else if (key.equals("info"))
-            info.read(reader);
-        else
-            return false;
-        return true;
-    }
-    [[nodiscard]] bool isDecodable() const
-    {
-        return type.state == FieldState::present && info.isDecodable();
+        return std::tuple{requiredMember("type", &CodexPayload::type), optionalMember("info", &CodexPayload::info)};
     }
 };
 
@@ -84,41 +49,29 @@ struct CodexRecord {
     StringField type;
     ObjectField<CodexPayload> payload;
 
-    bool readMember(const JsonString& key, JsonReader& reader)
+    static constexpr auto members()
     {
-        if (key.equals("timestamp"))
-            timestamp.read(reader);
-        else if (key.equals("type"))
-            type.read(reader);
-        else if (key.equals("payload"))
-            payload.read(reader);
-        else
-            return false;
-        return true;
-    }
-    [[nodiscard]] bool isDecodable() const
-    {
-        return timestamp.state == FieldState::present && type.state == FieldState::present && payload.isPresent()
-            && payload.isDecodable();
+        return std::tuple{requiredMember("timestamp", &CodexRecord::timestamp),
+                          requiredMember("type", &CodexRecord::type), requiredMember("payload", &CodexRecord::payload)};
     }
     [[nodiscard]] bool hasTokenCount() const
     {
-        const CodexPayload& event = payload.members;
+        const CodexPayload& event = payload.record;
         return type.value.equals("event_msg") && event.type.value.equals("token_count") && event.info.isPresent()
-            && event.info.members.lastTokenUsage.isPresent();
+            && event.info.record.lastTokenUsage.isPresent();
     }
 };
 
 std::optional<UsageSample> sampleOf(std::string_view line)
 {
     CodexRecord record;
-    if (!readJsonObject(line, record) || !record.isDecodable() || !record.hasTokenCount())
+    if (!readJsonObject(line, record) || !hasRightTypes(record) || !isComplete(record) || !record.hasTokenCount())
         return std::nullopt;
     std::string storage;
     const auto timestamp = parseISO8601(record.timestamp.value.decoded(storage));
     if (!timestamp)
         return std::nullopt;
-    const CodexTokenUsage& usage = record.payload.members.info.members.lastTokenUsage.members;
+    const CodexTokenUsage& usage = record.payload.record.info.record.lastTokenUsage.record;
     UsageSample sample;
     sample.provider = Provider::codex;
     sample.timestamp = *timestamp;
@@ -127,9 +80,8 @@ std::optional<UsageSample> sampleOf(std::string_view line)
     sample.cachedInputTokens = usage.cachedInputTokens.valueOr(0);
     sample.reasoningTokens = usage.reasoningOutputTokens.valueOr(0);
     // The reported total wins even over its parts; cached and reasoning tokens are shares of the other two.
-    sample.totalTokens = usage.totalTokens.state == FieldState::present
-        ? usage.totalTokens.value
-        : tokenSum(sample.inputTokens, sample.outputTokens);
+    sample.totalTokens =
+        usage.totalTokens.isPresent() ? usage.totalTokens.value : tokenSum(sample.inputTokens, sample.outputTokens);
     sample.confidence = MeasurementConfidence::observed;
     return sample;
 }

@@ -20,21 +20,10 @@ struct Envelope {
     IntegerField id;
     DoubleField share;
 
-    bool readMember(const JsonString& key, JsonReader& reader)
+    static constexpr auto members()
     {
-        if (key.equals("type"))
-            type.read(reader);
-        else if (key.equals("id"))
-            id.read(reader);
-        else if (key.equals("share"))
-            share.read(reader);
-        else
-            return false;
-        return true;
-    }
-    [[nodiscard]] bool isDecodable() const
-    {
-        return type.isDecodable() && id.isDecodable() && share.isDecodable();
+        return std::tuple{optionalMember("type", &Envelope::type), optionalMember("id", &Envelope::id),
+                          optionalMember("share", &Envelope::share)};
     }
 };
 

@@ -12,19 +12,9 @@ struct Inner {
     IntegerField count;
     StringField name;
 
-    bool readMember(const JsonString& key, JsonReader& reader)
+    static constexpr auto members()
     {
-        if (key.equals("count"))
-            count.read(reader);
-        else if (key.equals("name"))
-            name.read(reader);
-        else
-            return false;
-        return true;
-    }
-    [[nodiscard]] bool isDecodable() const
-    {
-        return count.isDecodable() && name.isDecodable();
+        return std::tuple{optionalMember("count", &Inner::count), requiredMember("name", &Inner::name)};
     }
 };
 
@@ -34,23 +24,10 @@ struct Outer {
     DoubleField share;
     ObjectField<Inner> inner;
 
-    bool readMember(const JsonString& key, JsonReader& reader)
+    static constexpr auto members()
     {
-        if (key.equals("id"))
-            id.read(reader);
-        else if (key.equals("count"))
-            count.read(reader);
-        else if (key.equals("share"))
-            share.read(reader);
-        else if (key.equals("inner"))
-            inner.read(reader);
-        else
-            return false;
-        return true;
-    }
-    [[nodiscard]] bool isDecodable() const
-    {
-        return id.isDecodable() && count.isDecodable() && share.isDecodable() && inner.isDecodable();
+        return std::tuple{requiredMember("id", &Outer::id), optionalMember("count", &Outer::count),
+                          optionalMember("share", &Outer::share), optionalMember("inner", &Outer::inner)};
     }
 };
 
@@ -65,19 +42,19 @@ Outer read(std::string_view text)
 TEST(JsonFields, wantedMembersAreReadAmongOthers)
 {
     const Outer outer = read(R"({"x":[1],"share":0.5,"id":"a","y":{"id":"no"},"count":5.0,"inner":{"count":7}})");
-    EXPECT_TRUE(outer.isDecodable());
+    EXPECT_TRUE(hasRightTypes(outer));
     EXPECT_EQ(outer.id.value.raw, "a");
     EXPECT_EQ(outer.count.valueOr(-1), 5);
     EXPECT_EQ(outer.share.valueOr(-1), 0.5);
     ASSERT_TRUE(outer.inner.isPresent());
-    EXPECT_EQ(outer.inner.members.count.valueOr(-1), 7);
-    EXPECT_EQ(outer.inner.members.name.state, FieldState::absent);
+    EXPECT_EQ(outer.inner.record.count.valueOr(-1), 7);
+    EXPECT_EQ(outer.inner.record.name.state, FieldState::absent);
 }
 
 TEST(JsonFields, membersOfTheSameNameElsewhereDoNotCount)
 {
     const Outer outer = read(R"({"other":{"id":"no","count":"no"},"list":[{"id":1}],"inner":{"id":3,"share":"no"}})");
-    EXPECT_TRUE(outer.isDecodable());
+    EXPECT_TRUE(hasRightTypes(outer));
     EXPECT_EQ(outer.id.state, FieldState::absent);
     EXPECT_EQ(outer.count.state, FieldState::absent);
     EXPECT_EQ(outer.share.state, FieldState::absent);
@@ -86,16 +63,16 @@ TEST(JsonFields, membersOfTheSameNameElsewhereDoNotCount)
 TEST(JsonFields, escapedKeyIsTheSameKey)
 {
     const Outer outer = read(R"({"\u0069\u0064":"a","c\u006Funt":2,"inn\u0065r":{"n\u0061me":"b"},"\\u0069d":3})");
-    EXPECT_TRUE(outer.isDecodable());
+    EXPECT_TRUE(hasRightTypes(outer));
     EXPECT_EQ(outer.id.value.raw, "a");
     EXPECT_EQ(outer.count.valueOr(-1), 2);
-    EXPECT_EQ(outer.inner.members.name.value.raw, "b");
+    EXPECT_EQ(outer.inner.record.name.value.raw, "b");
 }
 
 TEST(JsonFields, nullIsAbsent)
 {
     const Outer outer = read(R"({"id":null,"count":null,"share":null,"inner":null})");
-    EXPECT_TRUE(outer.isDecodable());
+    EXPECT_TRUE(hasRightTypes(outer));
     EXPECT_EQ(outer.id.state, FieldState::absent);
     EXPECT_EQ(outer.count.state, FieldState::absent);
     EXPECT_EQ(outer.count.valueOr(-1), -1);
@@ -110,12 +87,12 @@ TEST(JsonFields, everyOtherTypeIsWrongButStillGrammatical)
         const bool isString = value.front() == '"';
         const bool isNumber = value == "0" || value == "1.5";
         const bool isObject = value.front() == '{';
-        EXPECT_EQ(read(R"({"id":)" + value + "}").isDecodable(), isString) << value;
-        EXPECT_EQ(read(R"({"count":)" + value + "}").isDecodable(), isNumber && value != "1.5") << value;
-        EXPECT_EQ(read(R"({"share":)" + value + "}").isDecodable(), isNumber) << value;
-        EXPECT_EQ(read(R"({"inner":)" + value + "}").isDecodable(), isObject) << value;
-        EXPECT_EQ(read(R"({"inner":{"count":)" + value + "}}").isDecodable(), isNumber && value != "1.5") << value;
-        EXPECT_TRUE(read(R"({"unknown":)" + value + "}").isDecodable()) << value;
+        EXPECT_EQ(hasRightTypes(read(R"({"id":)" + value + "}")), isString) << value;
+        EXPECT_EQ(hasRightTypes(read(R"({"count":)" + value + "}")), isNumber && value != "1.5") << value;
+        EXPECT_EQ(hasRightTypes(read(R"({"share":)" + value + "}")), isNumber) << value;
+        EXPECT_EQ(hasRightTypes(read(R"({"inner":)" + value + "}")), isObject) << value;
+        EXPECT_EQ(hasRightTypes(read(R"({"inner":{"count":)" + value + "}}")), isNumber && value != "1.5") << value;
+        EXPECT_TRUE(hasRightTypes(read(R"({"unknown":)" + value + "}"))) << value;
     }
 }
 
@@ -138,7 +115,7 @@ TEST(JsonFields, unknownMembersMayHoldAnythingLegal)
     {
         const std::string text = R"({"id":"a","unknown":)" + value + R"(,"\ud800":)" + value + R"(,"count":1})";
         const Outer outer = read(text);
-        EXPECT_TRUE(outer.isDecodable()) << value.substr(0, 80);
+        EXPECT_TRUE(hasRightTypes(outer)) << value.substr(0, 80);
         EXPECT_EQ(outer.id.value.raw, "a");
         EXPECT_EQ(outer.count.valueOr(-1), 1);
     }
@@ -147,7 +124,7 @@ TEST(JsonFields, unknownMembersMayHoldAnythingLegal)
 TEST(JsonFields, lastOfDuplicateMembersCounts)
 {
     const Outer outer = read(R"({"id":"a","count":1,"share":1,"id":"b","count":2,"share":2,"\u0069d":"c"})");
-    EXPECT_TRUE(outer.isDecodable());
+    EXPECT_TRUE(hasRightTypes(outer));
     EXPECT_EQ(outer.id.value.raw, "c");
     EXPECT_EQ(outer.count.value, 2);
     EXPECT_EQ(outer.share.value, 2.0);
@@ -155,32 +132,32 @@ TEST(JsonFields, lastOfDuplicateMembersCounts)
 
 TEST(JsonFields, errorInAnEarlierDuplicateIsForgotten)
 {
-    EXPECT_TRUE(read(R"({"id":1,"id":"b"})").isDecodable());
-    EXPECT_TRUE(read(R"({"id":1,"id":null})").isDecodable());
-    EXPECT_TRUE(read(R"({"count":"x","count":2})").isDecodable());
-    EXPECT_TRUE(read(R"({"count":1e400,"count":null})").isDecodable());
-    EXPECT_TRUE(read(R"({"share":{},"share":1})").isDecodable());
-    EXPECT_TRUE(read(R"({"inner":[],"inner":{}})").isDecodable());
-    EXPECT_TRUE(read(R"({"inner":{"count":"x"},"inner":{}})").isDecodable());
-    EXPECT_TRUE(read(R"({"inner":{"count":"x","count":1}})").isDecodable());
-    EXPECT_TRUE(read(R"({"inner":{"count":"x"},"inner":null})").isDecodable());
+    EXPECT_TRUE(hasRightTypes(read(R"({"id":1,"id":"b"})")));
+    EXPECT_TRUE(hasRightTypes(read(R"({"id":1,"id":null})")));
+    EXPECT_TRUE(hasRightTypes(read(R"({"count":"x","count":2})")));
+    EXPECT_TRUE(hasRightTypes(read(R"({"count":1e400,"count":null})")));
+    EXPECT_TRUE(hasRightTypes(read(R"({"share":{},"share":1})")));
+    EXPECT_TRUE(hasRightTypes(read(R"({"inner":[],"inner":{}})")));
+    EXPECT_TRUE(hasRightTypes(read(R"({"inner":{"count":"x"},"inner":{}})")));
+    EXPECT_TRUE(hasRightTypes(read(R"({"inner":{"count":"x","count":1}})")));
+    EXPECT_TRUE(hasRightTypes(read(R"({"inner":{"count":"x"},"inner":null})")));
 }
 
 TEST(JsonFields, errorInTheLastDuplicateCounts)
 {
-    EXPECT_FALSE(read(R"({"id":"a","id":1})").isDecodable());
-    EXPECT_FALSE(read(R"({"count":1,"count":"x"})").isDecodable());
-    EXPECT_FALSE(read(R"({"count":1,"count":9223372036854775808})").isDecodable());
-    EXPECT_FALSE(read(R"({"share":1,"share":1e400})").isDecodable());
-    EXPECT_FALSE(read(R"({"inner":{},"inner":[]})").isDecodable());
-    EXPECT_FALSE(read(R"({"inner":{"count":1},"inner":{"count":"x"}})").isDecodable());
-    EXPECT_FALSE(read(R"({"inner":{"count":1,"count":"x"}})").isDecodable());
+    EXPECT_FALSE(hasRightTypes(read(R"({"id":"a","id":1})")));
+    EXPECT_FALSE(hasRightTypes(read(R"({"count":1,"count":"x"})")));
+    EXPECT_FALSE(hasRightTypes(read(R"({"count":1,"count":9223372036854775808})")));
+    EXPECT_FALSE(hasRightTypes(read(R"({"share":1,"share":1e400})")));
+    EXPECT_FALSE(hasRightTypes(read(R"({"inner":{},"inner":[]})")));
+    EXPECT_FALSE(hasRightTypes(read(R"({"inner":{"count":1},"inner":{"count":"x"}})")));
+    EXPECT_FALSE(hasRightTypes(read(R"({"inner":{"count":1,"count":"x"}})")));
 }
 
 TEST(JsonFields, laterNullTakesAnEarlierValueAway)
 {
     const Outer outer = read(R"({"id":"a","count":1,"inner":{"count":1},"id":null,"count":null,"inner":null})");
-    EXPECT_TRUE(outer.isDecodable());
+    EXPECT_TRUE(hasRightTypes(outer));
     EXPECT_EQ(outer.id.state, FieldState::absent);
     EXPECT_EQ(outer.count.valueOr(-1), -1);
     EXPECT_EQ(outer.inner.state, FieldState::absent);
@@ -189,8 +166,8 @@ TEST(JsonFields, laterNullTakesAnEarlierValueAway)
 TEST(JsonFields, duplicateObjectsAreNotMerged)
 {
     const Outer outer = read(R"({"inner":{"count":1,"name":"a"},"inner":{"count":2}})");
-    EXPECT_EQ(outer.inner.members.count.value, 2);
-    EXPECT_EQ(outer.inner.members.name.state, FieldState::absent);
+    EXPECT_EQ(outer.inner.record.count.value, 2);
+    EXPECT_EQ(outer.inner.record.name.state, FieldState::absent);
 }
 
 TEST(JsonFields, onlyAnObjectIsRead)
@@ -214,6 +191,23 @@ TEST(JsonFields, errorAnywhereFailsTheWholeObject)
             EXPECT_FALSE(readJsonObject(nested, outer)) << nested;
         }
     }
+}
+
+TEST(JsonFields, recordWithoutARequiredMemberIsIncomplete)
+{
+    EXPECT_TRUE(isComplete(read(R"({"id":"a"})")));
+    EXPECT_FALSE(isComplete(read("{}")));
+    EXPECT_FALSE(isComplete(read(R"({"id":null,"count":1})")));
+    EXPECT_FALSE(isComplete(read(R"({"id":"a","id":null})")));
+    EXPECT_FALSE(isComplete(read(R"({"id":1})")));
+}
+
+TEST(JsonFields, recordInARecordMustBeCompleteOnlyWhereItIsPresent)
+{
+    EXPECT_TRUE(isComplete(read(R"({"id":"a","inner":null})")));
+    EXPECT_TRUE(isComplete(read(R"({"id":"a","inner":{"name":"b"}})")));
+    EXPECT_FALSE(isComplete(read(R"({"id":"a","inner":{}})")));
+    EXPECT_FALSE(isComplete(read(R"({"id":"a","inner":{"count":1}})")));
 }
 
 } // namespace

@@ -23,36 +23,25 @@ bool isSkippable(std::string_view text)
 
 /// Wants nothing: whatever the object holds is skipped.
 struct Nothing {
-    static bool readMember(const JsonString&, JsonReader&)
+    static constexpr auto members()
     {
-        return false;
-    }
-    [[nodiscard]] static bool isDecodable()
-    {
-        return true;
+        return std::tuple{};
     }
 };
 
 template <typename Field> struct Wanted {
     Field wanted;
 
-    bool readMember(const JsonString& key, JsonReader& reader)
+    static constexpr auto members()
     {
-        const bool isWanted = key.equals("wanted");
-        if (isWanted)
-            wanted.read(reader);
-        return isWanted;
-    }
-    [[nodiscard]] bool isDecodable() const
-    {
-        return wanted.isDecodable();
+        return std::tuple{optionalMember("wanted", &Wanted::wanted)};
     }
 };
 
 template <typename Field> bool isReadable(std::string_view value)
 {
-    Wanted<Field> members;
-    return readJsonObject(R"({"before":[1],"wanted":)" + std::string(value) + "}", members);
+    Wanted<Field> record;
+    return readJsonObject(R"({"before":[1],"wanted":)" + std::string(value) + "}", record);
 }
 
 void expectVerdict(std::string_view text, bool isLegal)
@@ -152,8 +141,8 @@ TEST(JsonGrammar, objectTruncatedAnywhereIsNotRead)
 {
     const std::string_view rich = richJsonText();
     for (std::size_t size = 0; size <= rich.find_last_of('}'); ++size) {
-        Wanted<ObjectField<Nothing>> members;
-        EXPECT_FALSE(readJsonObject(rich.substr(0, size), members)) << size;
+        Wanted<ObjectField<Nothing>> record;
+        EXPECT_FALSE(readJsonObject(rich.substr(0, size), record)) << size;
     }
 }
 
