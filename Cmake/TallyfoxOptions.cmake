@@ -17,7 +17,7 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 include(CheckPIESupported)
 check_pie_supported()
 
-# The history reader is many small functions in several files: across them the optimizer gains a quarter.
+# The history reader is many small functions in several files: across them the optimizer gains a tenth.
 include(CheckIPOSupported)
 check_ipo_supported(RESULT TALLYFOX_IPO_SUPPORTED OUTPUT TALLYFOX_IPO_OUTPUT LANGUAGES CXX)
 set(CMAKE_INTERPROCEDURAL_OPTIMIZATION_RELEASE ${TALLYFOX_IPO_SUPPORTED})
