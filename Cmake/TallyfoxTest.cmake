@@ -3,7 +3,7 @@ include(GoogleTest)
 
 # tallyfox_add_test(NAME sources… [LIBRARIES …]): one GoogleTest program, each of its tests known to ctest by name.
 function(tallyfox_add_test name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "LIBRARIES;LABELS;PROPERTIES")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "LIBRARIES;PROPERTIES")
     add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
     target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} GTest::gmock GTest::gtest)
     # Most of the time of compiling a test goes into these: once for each program is enough.
@@ -14,5 +14,5 @@ function(tallyfox_add_test name)
     endif()
     gtest_discover_tests(${name}
         DISCOVERY_TIMEOUT 60
-        PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}" ${arg_PROPERTIES})
+        PROPERTIES TIMEOUT ${arg_TIMEOUT} ${arg_PROPERTIES})
 endfunction()
