@@ -1,8 +1,8 @@
+#include "Tallyfox/CommandLine/CommandLineProgram.h"
 #include "Tallyfox/Platform/StandardStreams.h"
-#include "Tallyfox/TallyfoxApp.h"
 
 int main(int argc, char** argv)
 {
     tallyfox::StandardStreams::guard();
-    return static_cast<int>(tallyfox::TallyfoxApp{argc, argv}.run());
+    return static_cast<int>(tallyfox::CommandLineProgram{argc, argv}.run());
 }

@@ -46,6 +46,14 @@ TEST(CommandLine, helpComesBeforeTheVersionAndBoth)
     EXPECT_TRUE(std::holds_alternative<VersionRequest>(parse({"--version", "--summary"})));
 }
 
+TEST(CommandLine, nothingElseAsksForTheAgent)
+{
+    EXPECT_EQ(std::get<AgentRequest>(parse({})), AgentRequest{});
+    EXPECT_EQ(std::get<AgentRequest>(parse({"--toggle"})), AgentRequest{.action = AgentAction::toggle});
+    const AgentRequest everything{.home = "/h", .fetchesQuota = false, .action = AgentAction::settings};
+    EXPECT_EQ(std::get<AgentRequest>(parse({"--no-quota", "--settings", "--home", "/h"})), everything);
+}
+
 struct WrongUsage {
     std::vector<std::string_view> arguments;
     const char* message;
@@ -65,18 +73,20 @@ TEST_P(CommandLineRefusal, messageNamesTheProblem)
 
 INSTANTIATE_TEST_SUITE_P(
     Table, CommandLineRefusal,
-    testing::Values(
-        WrongUsage{{}, "this version has no status icon yet and shows its figures with --summary"},
-        WrongUsage{{"--bogus"}, "unknown option '--bogus'"}, WrongUsage{{"--help", "-x"}, "unknown option '-x'"},
-        WrongUsage{{"--summary", "extra"}, "unexpected argument 'extra'"}, WrongUsage{{""}, "unexpected argument ''"},
-        WrongUsage{{"--sum"}, "unknown option '--sum'"}, WrongUsage{{"--Summary"}, "unknown option '--Summary'"},
-        WrongUsage{{"--toggle"}, "unknown option '--toggle'"},
-        WrongUsage{{"--settings"}, "unknown option '--settings'"}, WrongUsage{{"--home"}, "--home needs an argument"},
-        WrongUsage{{"--summary", "--json=yes"}, "--json takes no argument"},
-        WrongUsage{{"--json"}, "--json is an option of --summary"},
-        WrongUsage{{"--no-quota"}, "--no-quota is an option of --summary"},
-        WrongUsage{{"--home", "/"}, "--home is an option of --summary"},
-        WrongUsage{{"--\x1b[2J\n"}, "unknown option '--\xEF\xBF\xBD[2J\xEF\xBF\xBD'"}));
+    testing::Values(WrongUsage{{"--bogus"}, "unknown option '--bogus'"},
+                    WrongUsage{{"--help", "-x"}, "unknown option '-x'"},
+                    WrongUsage{{"--summary", "extra"}, "unexpected argument 'extra'"},
+                    WrongUsage{{""}, "unexpected argument ''"}, WrongUsage{{"--sum"}, "unknown option '--sum'"},
+                    WrongUsage{{"--Summary"}, "unknown option '--Summary'"},
+                    WrongUsage{{"--home"}, "--home needs an argument"},
+                    WrongUsage{{"--summary", "--toggle"}, "--toggle and --summary exclude each other"},
+                    WrongUsage{{"--settings", "--toggle"}, "--toggle and --settings exclude each other"},
+                    WrongUsage{{"--summary", "--settings"}, "--settings and --summary exclude each other"},
+                    WrongUsage{{"--toggle", "--home", "/"}, "--home means nothing with --toggle"},
+                    WrongUsage{{"--no-quota", "--toggle"}, "--no-quota means nothing with --toggle"},
+                    WrongUsage{{"--summary", "--json=yes"}, "--json takes no argument"},
+                    WrongUsage{{"--json"}, "--json is an option of --summary"},
+                    WrongUsage{{"--\x1b[2J\n"}, "unknown option '--\xEF\xBF\xBD[2J\xEF\xBF\xBD'"}));
 
 TEST(CommandLine, longArgumentsAreCutInMessages)
 {
@@ -91,9 +101,11 @@ TEST(CommandLine, helpAndParserShareOneTable)
     for (const CommandLineOption& option : commandLineOptions()) {
         EXPECT_THAT(help, testing::HasSubstr("\n  " + std::string{option.name}));
         EXPECT_THAT(help, testing::HasSubstr(std::string{option.description} + '\n'));
-        std::vector<std::string_view> arguments{"--summary", option.name};
+        std::vector<std::string_view> arguments{option.name};
         if (!option.argument.empty())
             arguments.emplace_back("x");
+        if (option.name == "--json")
+            arguments.emplace_back("--summary");
         EXPECT_FALSE(std::holds_alternative<UsageError>(parse(arguments))) << option.name;
     }
 }

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <array>
+#include <initializer_list>
+#include <utility>
 
 namespace tallyfox {
 
@@ -12,12 +14,14 @@ namespace {
 using Meaning = CommandLineOption::Meaning;
 
 constexpr std::array options{
-    CommandLineOption{Meaning::summary, "--summary", "", "refresh once and print a table", false},
-    CommandLineOption{Meaning::json, "--json", "", "print one JSON document instead of the table", true},
-    CommandLineOption{Meaning::home, "--home", "DIR", "use DIR as the granted home folder, for this run only", true},
-    CommandLineOption{Meaning::noQuota, "--no-quota", "", "do not start the codex executable", true},
-    CommandLineOption{Meaning::help, "--help", "", "print this help", false},
-    CommandLineOption{Meaning::version, "--version", "", "print the version", false},
+    CommandLineOption{Meaning::toggle, "--toggle", "", "open or close the popover of the running agent"},
+    CommandLineOption{Meaning::settings, "--settings", "", "open the settings window, starting the agent if need be"},
+    CommandLineOption{Meaning::summary, "--summary", "", "refresh once and print a table"},
+    CommandLineOption{Meaning::json, "--json", "", "print one JSON document instead of the table"},
+    CommandLineOption{Meaning::home, "--home", "DIR", "use DIR as the granted home folder, for this run only"},
+    CommandLineOption{Meaning::noQuota, "--no-quota", "", "do not start the codex executable"},
+    CommandLineOption{Meaning::help, "--help", "", "print this help"},
+    CommandLineOption{Meaning::version, "--version", "", "print the version"},
 };
 
 /// Text that came with the arguments, for a message: no control characters, not endless.
@@ -65,13 +69,13 @@ public:
             return HelpRequest{};
         if (isGiven(Meaning::version))
             return VersionRequest{};
+        if (const auto both = firstTwoOf({Meaning::toggle, Meaning::settings, Meaning::summary}))
+            return usageError(nameOf(both->first) + " and " + nameOf(both->second) + " exclude each other");
         if (isGiven(Meaning::summary))
-            return m_summary;
-        for (const CommandLineOption& option : options) {
-            if (option.needsSummary && isGiven(option.meaning))
-                return usageError(std::string{option.name} + " is an option of --summary");
-        }
-        return usageError("this version has no status icon yet and shows its figures with --summary");
+            return SummaryRequest{m_home, !isGiven(Meaning::noQuota), isGiven(Meaning::json)};
+        if (isGiven(Meaning::json))
+            return usageError("--json is an option of --summary");
+        return agentRequest();
     }
 
 private:
@@ -88,13 +92,24 @@ private:
         return usageError((isOption ? "unknown option " : "unexpected argument ") + quoted(argument));
     }
 
+    [[nodiscard]] CommandLineRequest agentRequest() const
+    {
+        if (!isGiven(Meaning::toggle)) {
+            const auto action = isGiven(Meaning::settings) ? AgentAction::settings : AgentAction::show;
+            return AgentRequest{m_home, !isGiven(Meaning::noQuota), action};
+        }
+        for (const Meaning meaning : {Meaning::home, Meaning::noQuota}) {
+            if (isGiven(meaning))
+                return usageError(nameOf(meaning) + " means nothing with --toggle");
+        }
+        return AgentRequest{.action = AgentAction::toggle};
+    }
+
     void set(const CommandLineOption& option, std::string_view value)
     {
         m_given.at(static_cast<std::size_t>(option.meaning)) = true;
-        m_summary.isJson = isGiven(Meaning::json);
-        m_summary.fetchesQuota = !isGiven(Meaning::noQuota);
         if (option.meaning == Meaning::home)
-            m_summary.home = std::filesystem::path{value};
+            m_home = std::filesystem::path{value};
     }
 
     [[nodiscard]] bool isGiven(Meaning meaning) const
@@ -102,8 +117,29 @@ private:
         return m_given.at(static_cast<std::size_t>(meaning));
     }
 
+    /// The first two that are given, when two are.
+    [[nodiscard]] std::optional<std::pair<Meaning, Meaning>> firstTwoOf(std::initializer_list<Meaning> meanings) const
+    {
+        std::optional<Meaning> first;
+        for (const Meaning meaning : meanings) {
+            if (!isGiven(meaning))
+                continue;
+            if (first)
+                return std::pair{*first, meaning};
+            first = meaning;
+        }
+        return std::nullopt;
+    }
+
+    static std::string nameOf(Meaning meaning)
+    {
+        const auto* const found = std::find_if(
+            options.begin(), options.end(), [&](const CommandLineOption& option) { return option.meaning == meaning; });
+        return std::string{found->name};
+    }
+
     std::array<bool, options.size()> m_given{};
-    SummaryRequest m_summary;
+    std::optional<std::filesystem::path> m_home;
 };
 
 } // namespace
@@ -124,10 +160,14 @@ CommandLineRequest parseCommandLine(std::span<const std::string_view> arguments)
 std::string helpText()
 {
     constexpr std::size_t nameColumns = 14;
-    std::string text = "Usage: tallyfox --summary [--json] [--home DIR] [--no-quota]\n"
+    std::string text = "Usage: tallyfox [--settings] [--home DIR] [--no-quota]\n"
+                       "       tallyfox --toggle\n"
+                       "       tallyfox --summary [--json] [--home DIR] [--no-quota]\n"
                        "       tallyfox --help | --version\n\n"
                        "Shows how much of Claude Code and the Codex CLI you have used, and how much\n"
-                       "quota is left, from the histories on this machine. Nothing is uploaded.\n\n";
+                       "quota is left, from the histories on this machine. Nothing is uploaded.\n"
+                       "Without options it starts the agent with its icon in the status area; where one\n"
+                       "runs already, its popover opens.\n\n";
     for (const CommandLineOption& option : options) {
         const std::string name =
             std::string{option.name}.append(option.argument.empty() ? "" : " ").append(option.argument);

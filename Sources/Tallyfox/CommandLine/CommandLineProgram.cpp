@@ -1,7 +1,8 @@
-#include "Tallyfox/TallyfoxApp.h"
+#include "Tallyfox/CommandLine/CommandLineProgram.h"
 
 #include "Tallyfox/CommandLine/SummaryJson.h"
 #include "Tallyfox/CommandLine/SummaryTable.h"
+#include "Tallyfox/Platform/AgentProgram.h"
 #include "Tallyfox/Platform/StandardStreams.h"
 #include "Tallyfox/Platform/SystemCalendar.h"
 #include "Tallyfox/Platform/TerminationSignals.h"
@@ -83,34 +84,41 @@ SummaryFigures figuresOfOneRefresh(const UsageStoreEnvironment& environment)
 
 } // namespace
 
-TallyfoxApp::TallyfoxApp(int& argc, char** argv)
+CommandLineProgram::CommandLineProgram(int& argc, char** argv)
     : m_argc(argc)
     , m_argv(argv)
 { }
 
-ExitStatus TallyfoxApp::run()
+ExitStatus CommandLineProgram::run()
 {
     const std::vector<std::string_view> arguments(m_argv + std::min(1, m_argc), m_argv + m_argc);
     return std::visit([this](const auto& request) { return perform(request); }, parseCommandLine(arguments));
 }
 
-ExitStatus TallyfoxApp::perform(const HelpRequest& /*request*/)
+ExitStatus CommandLineProgram::perform(const HelpRequest& /*request*/)
 {
     return print(helpText());
 }
 
-ExitStatus TallyfoxApp::perform(const VersionRequest& /*request*/)
+ExitStatus CommandLineProgram::perform(const VersionRequest& /*request*/)
 {
     return print("tallyfox " TALLYFOX_VERSION "\n");
 }
 
-ExitStatus TallyfoxApp::perform(const UsageError& error)
+ExitStatus CommandLineProgram::perform(const AgentRequest& /*request*/)
+{
+    const std::error_code error = AgentProgram::replaceThisProcess(m_argv);
+    StandardStreams::writeDiagnostic("cannot start the agent: " + error.message());
+    return ExitStatus::failure;
+}
+
+ExitStatus CommandLineProgram::perform(const UsageError& error)
 {
     StandardStreams::writeDiagnostic(error.message);
     return ExitStatus::wrongUsage;
 }
 
-ExitStatus TallyfoxApp::perform(const SummaryRequest& request)
+ExitStatus CommandLineProgram::perform(const SummaryRequest& request)
 {
     SummaryRequest checked = request;
     if (request.home) {

@@ -14,11 +14,11 @@ enum class ExitStatus : int {
     noHomeFolder = 3, ///< a summary was printed, but no home folder has been granted
 };
 
-/// One run of the program: builds the parts and makes every connection between them.
-class TallyfoxApp {
+/// One run of the program from a terminal. What is asked of the agent, the agent's own program does.
+class CommandLineProgram {
 public:
     /// Keeps references: both must outlive the object.
-    TallyfoxApp(int& argc, char** argv);
+    CommandLineProgram(int& argc, char** argv);
 
     ExitStatus run();
 
@@ -26,6 +26,7 @@ private:
     ExitStatus perform(const HelpRequest& request);
     ExitStatus perform(const VersionRequest& request);
     ExitStatus perform(const SummaryRequest& request);
+    ExitStatus perform(const AgentRequest& request);
     ExitStatus perform(const UsageError& error);
 
     int& m_argc;

@@ -1,0 +1,25 @@
+#include "Tallyfox/Platform/AgentProgram.h"
+
+#include <cerrno>
+#include <filesystem>
+#include <unistd.h>
+
+namespace tallyfox::AgentProgram {
+
+std::error_code replaceThisProcess(char** argv)
+{
+    std::error_code error;
+    const std::filesystem::path folder = std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
+    if (error)
+        return error;
+    // Beside this program where it was built, and where an installation puts what is no command of its own.
+    for (const auto* place : {"tallyfox-agent", "../libexec/tallyfox/tallyfox-agent"}) {
+        ::execv((folder / place).c_str(), argv);
+        error = {errno, std::generic_category()};
+        if (error != std::errc::no_such_file_or_directory)
+            break;
+    }
+    return error;
+}
+
+} // namespace tallyfox::AgentProgram

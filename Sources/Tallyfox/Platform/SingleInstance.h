@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+#include <memory>
+
+namespace tallyfox {
+
+/// What a second start of the program wants from the one that runs.
+enum class InstanceRequest { show, toggle, settings };
+
+/// The one agent of a desktop session: known on the session bus by its name, or, without a session bus, by a lock and
+/// a socket in the user's runtime folder. Main thread.
+class SingleInstance : public QObject {
+    Q_OBJECT
+
+public:
+    enum class Claim {
+        first, ///< this process is the agent now and will be told of requests
+        other, ///< another process is
+        impossible, ///< neither bus nor runtime folder: several agents may run
+    };
+
+    using QObject::QObject;
+
+    /// Tries to become the agent, for as long as the object lives. At most once.
+    virtual Claim claim() = 0;
+    /// Passes a request to the process that is the agent; whether it arrived. Takes 300 ms at most; for processes that
+    /// do nothing else.
+    virtual bool send(InstanceRequest request) = 0;
+
+Q_SIGNALS:
+    /// Another process asks this one, the agent.
+    void requested(InstanceRequest request);
+};
+
+/// `id` is the application's, "org.tallyfox.tallyfox".
+std::unique_ptr<SingleInstance> makeSingleInstance(const QString& id);
+
+} // namespace tallyfox

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+#include <memory>
+
+namespace tallyfox {
+
+/// One request to keep the computer from idle sleep, in force from `began` until `ended`, and at the latest until the
+/// object goes. The display may still sleep, and sleep that the user asks for is never held off. Main thread.
+class SleepInhibition : public QObject {
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+Q_SIGNALS:
+    void began(); ///< at most once, never before the object is back at its caller
+    /// At most once: nobody granted the request, or the service that did is gone. The object is then of no more use.
+    void ended();
+};
+
+/// Keeps the computer awake.
+class SleepInhibitor {
+public:
+    SleepInhibitor() = default;
+    SleepInhibitor(const SleepInhibitor&) = delete;
+    SleepInhibitor& operator=(const SleepInhibitor&) = delete;
+    virtual ~SleepInhibitor() = default;
+
+    /// Asks for it and returns at once; never null. `reason` is what the desktop may show the user.
+    virtual std::unique_ptr<SleepInhibition> begin(const QString& reason) = 0;
+};
+
+/// The inhibitor of this desktop.
+std::unique_ptr<SleepInhibitor> makeSleepInhibitor();
+
+} // namespace tallyfox
