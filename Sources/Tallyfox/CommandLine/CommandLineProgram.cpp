@@ -1,7 +1,9 @@
 #include "Tallyfox/CommandLine/CommandLineProgram.h"
 
+#include "Tallyfox/CommandLine/HomeOption.h"
 #include "Tallyfox/CommandLine/SummaryJson.h"
 #include "Tallyfox/CommandLine/SummaryTable.h"
+#include "Tallyfox/CommandLine/ToolkitMessages.h"
 #include "Tallyfox/Platform/AgentProgram.h"
 #include "Tallyfox/Platform/StandardStreams.h"
 #include "Tallyfox/Platform/SystemCalendar.h"
@@ -19,13 +21,6 @@
 namespace tallyfox {
 
 namespace {
-
-/// The toolkit's remarks would break the rule of one line per diagnostic; only what ends the program is told.
-void reportFatalMessages(QtMsgType type, const QMessageLogContext& /*context*/, const QString& message)
-{
-    if (type == QtFatalMsg)
-        StandardStreams::writeDiagnostic(message.simplified().toStdString());
-}
 
 /// `status` when the text could be written, or nobody wants to read it.
 ExitStatus print(std::string_view text, ExitStatus status = ExitStatus::done)
@@ -65,7 +60,8 @@ SummaryFigures figuresOf(const UsageStore& store, const Calendar& calendar)
 /// after the processes it has started.
 SummaryFigures figuresOfOneRefresh(const UsageStoreEnvironment& environment)
 {
-    const TerminationSignals signals;
+    TerminationSignals signals;
+    signals.watch();
     SummaryFigures figures;
     {
         UsageStore store{environment};
@@ -120,14 +116,12 @@ ExitStatus CommandLineProgram::perform(const UsageError& error)
 
 ExitStatus CommandLineProgram::perform(const SummaryRequest& request)
 {
+    const auto home = checkedHome(request.home);
+    if (const auto* error = std::get_if<UsageError>(&home))
+        return perform(*error);
     SummaryRequest checked = request;
-    if (request.home) {
-        std::error_code error;
-        checked.home = std::filesystem::absolute(*request.home, error);
-        if (error || !std::filesystem::is_directory(*checked.home, error))
-            return perform(UsageError{"--home is no folder: '" + withoutControls(request.home->native()) + "'"});
-    }
-    qInstallMessageHandler(reportFatalMessages);
+    checked.home = std::get<std::optional<std::filesystem::path>>(home);
+    silenceToolkitMessages();
     const QCoreApplication application{m_argc, m_argv};
     const UsageStoreEnvironment environment = environmentOf(checked);
     const SummaryFigures figures = figuresOfOneRefresh(environment);

@@ -1,18 +1,11 @@
 #pragma once
 
 #include "Tallyfox/CommandLine/CommandLineOptions.h"
+#include "Tallyfox/CommandLine/ExitStatus.h"
 
 #include <string_view>
 
 namespace tallyfox {
-
-/// What the program tells whoever started it.
-enum class ExitStatus : int {
-    done = 0,
-    failure = 1,
-    wrongUsage = 2,
-    noHomeFolder = 3, ///< a summary was printed, but no home folder has been granted
-};
 
 /// One run of the program from a terminal. What is asked of the agent, the agent's own program does.
 class CommandLineProgram {

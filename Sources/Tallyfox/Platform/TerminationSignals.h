@@ -8,7 +8,8 @@
 namespace tallyfox {
 
 /// The system's wish that the program ends (Ctrl-C, a lost terminal, `kill`), as an event instead of sudden death: the
-/// program can first end the processes it has started. To be made before any other thread.
+/// program can first end the processes it has started. To be made before any other thread, and so before a
+/// QApplication, whose threads the signals would end the program through.
 class TerminationSignals : public QObject {
     Q_OBJECT
 
@@ -16,6 +17,9 @@ public:
     explicit TerminationSignals(QObject* parent = nullptr);
     /// The signals have their usual effect again.
     ~TerminationSignals() override;
+
+    /// Reports what comes, and what has come since the object was made. Needs the application object. Once.
+    void watch();
 
     /// Ends the program as the signal that has come would have done; returns when none has.
     void dieOfReceived() const;

@@ -55,6 +55,9 @@ public:
 TerminationSignals::TerminationSignals(QObject* parent)
     : QObject(parent)
     , m(std::make_unique<Private>())
+{ }
+
+void TerminationSignals::watch()
 {
     auto* notifier = new QSocketNotifier(m->m_descriptor, QSocketNotifier::Read, this);
     connect(notifier, &QSocketNotifier::activated, this, [this] {
