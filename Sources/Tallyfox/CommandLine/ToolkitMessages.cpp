@@ -1,0 +1,25 @@
+#include "Tallyfox/CommandLine/ToolkitMessages.h"
+
+#include "Tallyfox/Platform/StandardStreams.h"
+
+#include <QString>
+#include <QtGlobal>
+
+namespace tallyfox {
+
+namespace {
+
+void reportFatalMessages(QtMsgType type, const QMessageLogContext& /*context*/, const QString& message)
+{
+    if (type == QtFatalMsg)
+        StandardStreams::writeDiagnostic(message.simplified().toStdString());
+}
+
+} // namespace
+
+void silenceToolkitMessages()
+{
+    qInstallMessageHandler(reportFatalMessages);
+}
+
+} // namespace tallyfox
