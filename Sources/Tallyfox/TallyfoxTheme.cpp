@@ -107,7 +107,7 @@ QPalette palette()
     palette.setColor(QPalette::Link, accent());
     palette.setColor(QPalette::LinkVisited, accent());
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
-        palette.setColor(QPalette::Disabled, role, withOpacity(muted(), 0.7));
+        palette.setColor(QPalette::Disabled, role, withOpacity(muted(), disabledOpacity));
     palette.setColor(QPalette::Disabled, QPalette::Highlight, line());
     return palette;
 }

@@ -49,6 +49,7 @@ inline constexpr int tileSize = 28; ///< side of an icon tile
 inline constexpr int tileRadius = 7;
 inline constexpr double tileOpacity = 0.12; ///< of a provider's colour behind its icon
 inline constexpr double badgeOpacity = 0.1; ///< of a badge's colour behind its text
+inline constexpr double disabledOpacity = 0.7; ///< of the muted colour where a control is disabled
 
 /// Makes the whole application look like this: style, palette and font, independent of the desktop's settings.
 void apply(QApplication& application);
