@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QScrollArea>
+
+namespace tallyfox {
+
+/// Scrolls its widget up and down. The widget is always as wide as the area: the slim bar lies over its right margin
+/// and is there only when there is something to scroll.
+class OverlayScrollArea : public QScrollArea {
+    Q_OBJECT
+
+public:
+    explicit OverlayScrollArea(QWidget* parent = nullptr);
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void followRange();
+
+    QScrollBar* m_slimBar;
+};
+
+} // namespace tallyfox
