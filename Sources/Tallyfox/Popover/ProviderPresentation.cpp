@@ -1,0 +1,22 @@
+#include "Tallyfox/Popover/ProviderPresentation.h"
+
+#include "Tallyfox/TallyfoxTheme.h"
+
+namespace tallyfox {
+
+std::string_view providerTitle(Provider provider)
+{
+    return provider == Provider::claude ? "Claude" : "Codex";
+}
+
+Symbol providerSymbol(Provider provider)
+{
+    return provider == Provider::claude ? Symbol::stars : Symbol::codeSlash;
+}
+
+const QColor& providerColor(Provider provider)
+{
+    return provider == Provider::claude ? Theme::claude() : Theme::codex();
+}
+
+} // namespace tallyfox
