@@ -1,0 +1,58 @@
+#include "Tallyfox/Popover/TrendCard.h"
+
+#include "Tallyfox/Controls/Card.h"
+#include "Tallyfox/Controls/LineChart.h"
+#include "Tallyfox/Controls/SymbolLabel.h"
+#include "Tallyfox/Popover/ChartContent.h"
+#include "Tallyfox/TallyfoxTheme.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPainter>
+#include <QVBoxLayout>
+
+namespace tallyfox {
+
+namespace {
+
+constexpr int spacing = 8; // between the header and the chart
+constexpr int chevronSize = 13;
+
+QHBoxLayout* header(const QString& title, QWidget* parent)
+{
+    auto* row = new QHBoxLayout;
+    auto* label = new QLabel{title, parent};
+    label->setFont(Theme::headline());
+    row->addWidget(label);
+    row->addStretch();
+    row->addWidget(new SymbolLabel{Symbol::chevronRight, Theme::muted(), {chevronSize, chevronSize}, parent});
+    return row;
+}
+
+} // namespace
+
+TrendCard::TrendCard(QWidget* parent)
+    : QWidget(parent)
+    , m_chart(new LineChart{this})
+{
+    const QString title = tr("30D Trend");
+    m_chart->setAccessibleName(title);
+    auto* layout = new QVBoxLayout{this};
+    layout->setContentsMargins(Theme::cardPadding, Theme::cardPadding, Theme::cardPadding, Theme::cardPadding);
+    layout->setSpacing(spacing);
+    layout->addLayout(header(title, this));
+    layout->addWidget(m_chart);
+}
+
+void TrendCard::setStates(const std::vector<ProviderState>& states, const Calendar& calendar)
+{
+    m_chart->setData(chartContent(trendPoints(states), calendar));
+}
+
+void TrendCard::paintEvent(QPaintEvent* /*event*/)
+{
+    QPainter painter{this};
+    Card::paint(painter, rect());
+}
+
+} // namespace tallyfox
