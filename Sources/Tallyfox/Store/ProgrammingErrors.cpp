@@ -17,4 +17,10 @@ void stopBecauseRefreshIntervalOverflows()
     std::_Exit(EXIT_FAILURE);
 }
 
+void stopBecauseDailySeriesDiffer()
+{
+    std::fputs("tallyfox: stopped: the daily series of the providers differ in length\n", stderr);
+    std::_Exit(EXIT_FAILURE);
+}
+
 } // namespace tallyfox

@@ -9,4 +9,8 @@ namespace tallyfox {
 /// Ends the program in the same manner: a refresh interval in minutes has more seconds than 64 bits hold.
 [[noreturn]] void stopBecauseRefreshIntervalOverflows();
 
+/// Ends the program in the same manner: the yearly series of one provider has fewer days than that of the first, so
+/// that the days of the two cannot be added up.
+[[noreturn]] void stopBecauseDailySeriesDiffer();
+
 } // namespace tallyfox

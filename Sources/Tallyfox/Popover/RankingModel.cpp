@@ -1,0 +1,18 @@
+#include "Tallyfox/Popover/RankingModel.h"
+
+#include "Tallyfox/Popover/ProviderPresentation.h"
+#include "TallyfoxCore/TokenSum.h"
+
+namespace tallyfox::RankingModel {
+
+std::int64_t monthlyTotal(std::span<const ProviderState> states, std::string_view board)
+{
+    std::int64_t sum = 0;
+    for (const ProviderState& state : states) {
+        if (board == boards.front() || board == providerTitle(state.provider))
+            sum = tokenSum(sum, state.summary.totalTokens);
+    }
+    return sum;
+}
+
+} // namespace tallyfox::RankingModel
