@@ -43,8 +43,8 @@ private:
 
 CardButton::CardButton(const QString& name, QWidget* parent)
     : QPushButton(parent)
-    , m_veil(new Veil{*this, this})
 {
+    m_veil = new Veil{*this, this};
     QSizePolicy policy{QSizePolicy::Expanding, QSizePolicy::Minimum};
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
@@ -84,7 +84,7 @@ bool CardButton::event(QEvent* event)
 void CardButton::childEvent(QChildEvent* event)
 {
     QPushButton::childEvent(event);
-    if (event->added())
+    if (event->added() && m_veil) // the first child is the veil itself
         m_veil->raise();
 }
 

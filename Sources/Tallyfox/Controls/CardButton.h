@@ -24,7 +24,7 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    QWidget* m_veil;
+    QWidget* m_veil = nullptr;
 };
 
 } // namespace tallyfox
