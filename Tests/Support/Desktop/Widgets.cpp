@@ -1,11 +1,16 @@
 #include "Support/Desktop/Widgets.h"
 
+#include "Tallyfox/TallyfoxTheme.h"
+
 #include <QApplication>
+#include <QImage>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QWidget>
 
 #include <chrono>
+#include <cmath>
+#include <cstdlib>
 
 namespace tallyfox::test {
 
@@ -15,6 +20,14 @@ void sendMouse(QWidget& widget, QEvent::Type type, QPoint position, Qt::MouseBut
 {
     QMouseEvent event{type, position, widget.mapToGlobal(position), Qt::LeftButton, held, Qt::NoModifier};
     QApplication::sendEvent(&widget, &event);
+}
+
+QImage drawn(QWidget& widget)
+{
+    QImage image{widget.size(), QImage::Format_RGB32};
+    image.fill(Theme::canvas());
+    widget.render(&image, {}, {}, QWidget::DrawChildren);
+    return image;
 }
 
 QAccessibleInterface& interfaceOf(QWidget& widget)
@@ -73,6 +86,38 @@ QAccessible::Role accessibleRole(QWidget& widget)
 QAccessible::State accessibleState(QWidget& widget)
 {
     return interfaceOf(widget).state();
+}
+
+QRgb pixelOf(QWidget& widget, QPoint position)
+{
+    return drawn(widget).pixel(position);
+}
+
+bool shows(QWidget& widget, const QColor& color)
+{
+    const QImage image = drawn(widget);
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (image.pixel(x, y) == color.rgb())
+                return true;
+        }
+    }
+    return false;
+}
+
+bool isNear(QRgb one, QRgb other)
+{
+    const auto near = [](int a, int b) { return std::abs(a - b) <= 2; };
+    return near(qRed(one), qRed(other)) && near(qGreen(one), qGreen(other)) && near(qBlue(one), qBlue(other));
+}
+
+QRgb over(const QColor& background, const QColor& color, double opacity)
+{
+    const auto mix = [opacity](int under, int above) {
+        return static_cast<int>(std::lround(under + (above - under) * opacity));
+    };
+    return qRgb(mix(background.red(), color.red()), mix(background.green(), color.green()),
+                mix(background.blue(), color.blue()));
 }
 
 } // namespace tallyfox::test

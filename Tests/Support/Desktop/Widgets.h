@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAccessible>
+#include <QColor>
 #include <QPoint>
 #include <QString>
 #include <Qt>
@@ -26,5 +27,14 @@ QString accessibleDescription(QWidget& widget);
 QString accessibleValue(QWidget& widget);
 QAccessible::Role accessibleRole(QWidget& widget);
 QAccessible::State accessibleState(QWidget& widget);
+
+/// The colour of one logical pixel of `widget`, drawn on the popover's canvas.
+QRgb pixelOf(QWidget& widget, QPoint position);
+/// Whether any pixel of `widget` has exactly this colour.
+bool shows(QWidget& widget, const QColor& color);
+/// Whether two colours differ by no more than rounding does.
+bool isNear(QRgb one, QRgb other);
+/// What `color` at an opacity looks like on `background`.
+QRgb over(const QColor& background, const QColor& color, double opacity);
 
 } // namespace tallyfox::test
