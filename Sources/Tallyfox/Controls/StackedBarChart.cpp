@@ -89,6 +89,12 @@ AxisScale StackedBarChart::scale() const
     return axisScale(highest == ofDays.end() ? 0 : *highest, mostSteps);
 }
 
+bool StackedBarChart::hasTokens() const
+{
+    const std::vector<std::int64_t> ofDays = totals(data());
+    return std::any_of(ofDays.begin(), ofDays.end(), [](std::int64_t tokens) { return tokens > 0; });
+}
+
 QRectF StackedBarChart::barsFrame(const AxisScale& scale) const
 {
     const QFontMetrics metrics{Theme::caption2()};
@@ -131,7 +137,9 @@ void StackedBarChart::paintAxis(QPainter& painter, const PixelGrid& grid, const 
     painter.setFont(Theme::caption2());
     painter.setPen(Theme::muted());
     const double labelHeight = QFontMetrics{Theme::caption2()}.height();
-    for (std::uint64_t step = 0; step <= scale.steps; ++step) {
+    // Without any tokens every number but zero would be made up.
+    const std::uint64_t lastStep = hasTokens() ? scale.steps : 0;
+    for (std::uint64_t step = 0; step <= lastStep; ++step) {
         const double share = static_cast<double>(step) / static_cast<double>(scale.steps);
         const double y = grid.y(frame.bottom() - share * frame.height());
         const double thickness = std::max(1.0, std::floor(grid.pixels(1))) * grid.pixel();

@@ -26,6 +26,7 @@ protected:
     void paintPlot(QPainter& painter) override;
 
 private:
+    [[nodiscard]] bool hasTokens() const;
     [[nodiscard]] QRectF barsFrame(const AxisScale& scale) const;
     void paintAxis(QPainter& painter, const PixelGrid& grid, const AxisScale& scale, const QRectF& frame) const;
     void paintBars(QPainter& painter, const PixelGrid& grid, const AxisScale& scale, const QRectF& frame) const;
