@@ -2,12 +2,12 @@
 
 #include "Tallyfox/Controls/Card.h"
 #include "Tallyfox/Controls/LineChart.h"
-#include "Tallyfox/Controls/SymbolLabel.h"
+#include "Tallyfox/Controls/SymbolView.h"
+#include "Tallyfox/Controls/TextLabel.h"
 #include "Tallyfox/Popover/ChartContent.h"
 #include "Tallyfox/TallyfoxTheme.h"
 
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QPainter>
 #include <QVBoxLayout>
 
@@ -21,11 +21,8 @@ constexpr int chevronSize = 13;
 QHBoxLayout* header(const QString& title, QWidget* parent)
 {
     auto* row = new QHBoxLayout;
-    auto* label = new QLabel{title, parent};
-    label->setFont(Theme::headline());
-    row->addWidget(label);
-    row->addStretch();
-    row->addWidget(new SymbolLabel{Symbol::chevronRight, Theme::muted(), {chevronSize, chevronSize}, parent});
+    row->addWidget(new TextLabel{title, Theme::headline(), Theme::ink(), parent}, 1);
+    row->addWidget(new SymbolView{Symbol::chevronRight, chevronSize, Theme::muted(), parent});
     return row;
 }
 
