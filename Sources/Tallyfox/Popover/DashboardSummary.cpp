@@ -1,0 +1,73 @@
+#include "Tallyfox/Popover/DashboardSummary.h"
+
+#include "Tallyfox/Controls/TextLabel.h"
+#include "Tallyfox/Popover/DashboardModel.h"
+#include "Tallyfox/TallyfoxTheme.h"
+#include "Tallyfox/TokenText.h"
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+namespace tallyfox {
+
+namespace {
+
+constexpr int verticalPadding = 12;
+constexpr int horizontalPadding = 6;
+constexpr int figureSpacing = 3; // between a value and its title
+
+TextLabel* centeredLabel(const QString& text, const QFont& font, const QColor& color, QWidget* parent)
+{
+    auto* label = new TextLabel{text, font, color, parent};
+    label->setAlignment(Qt::AlignCenter);
+    return label;
+}
+
+} // namespace
+
+DashboardSummary::DashboardSummary(QWidget* parent)
+    : Card(parent)
+{
+    auto* row = new QHBoxLayout{this};
+    row->setContentsMargins(horizontalPadding, verticalPadding, horizontalPadding, verticalPadding);
+    row->setSpacing(horizontalPadding);
+    m_today = addFigure(*row, tr("Today Tokens"));
+    addDivider(*row);
+    m_total = addFigure(*row, tr("30D Total"));
+    addDivider(*row);
+    m_cost = addFigure(*row, tr("Est. cost"));
+}
+
+TextLabel* DashboardSummary::addFigure(QHBoxLayout& row, const QString& title)
+{
+    auto* figure = new QWidget{this};
+    figure->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed); // shares are equal whatever stands in them
+    auto* stack = new QVBoxLayout{figure};
+    stack->setContentsMargins(0, 0, 0, 0);
+    stack->setSpacing(figureSpacing);
+    TextLabel* value = centeredLabel({}, Theme::headline(), Theme::ink(), figure);
+    stack->addWidget(value);
+    stack->addWidget(centeredLabel(title, Theme::caption2(), Theme::muted(), figure));
+    row.addWidget(figure, 1);
+    return value;
+}
+
+void DashboardSummary::addDivider(QHBoxLayout& row)
+{
+    auto* divider = new QFrame{this};
+    divider->setFixedSize(1, dividerHeight);
+    divider->setAutoFillBackground(true);
+    QPalette palette = divider->palette();
+    palette.setColor(QPalette::Window, Theme::line());
+    divider->setPalette(palette);
+    row.addWidget(divider, 0, Qt::AlignCenter);
+}
+
+void DashboardSummary::setStates(std::span<const ProviderState> states)
+{
+    m_today->setText(QString::fromStdString(tokenText(DashboardModel::todayTokens(states))));
+    m_total->setText(QString::fromStdString(tokenText(DashboardModel::totalTokens(states))));
+    m_cost->setText(QString::fromStdString(DashboardModel::hypotheticalCost(states)));
+}
+
+} // namespace tallyfox
