@@ -9,6 +9,7 @@
 #include <QToolTip>
 
 #include <algorithm>
+#include <cmath>
 
 namespace tallyfox {
 
@@ -57,7 +58,9 @@ int PushButton::symbolWidth() const
 
 QSize PushButton::sizeHint() const
 {
-    return {QFontMetrics{font()}.horizontalAdvance(text()) + symbolWidth() + 2 * sidePadding(), buttonHeight};
+    // Rounded down, half of all texts would end in an ellipsis.
+    const int textWidth = static_cast<int>(std::ceil(QFontMetricsF{font()}.horizontalAdvance(text())));
+    return {textWidth + symbolWidth() + 2 * sidePadding(), buttonHeight};
 }
 
 QSize PushButton::minimumSizeHint() const

@@ -7,6 +7,7 @@
 #include <QToolTip>
 
 #include <algorithm>
+#include <cmath>
 
 namespace tallyfox {
 
@@ -97,8 +98,10 @@ int TextLabel::verticalMargins() const
 
 QSize TextLabel::sizeHint() const
 {
-    const QFontMetrics metrics{font()};
-    return {metrics.horizontalAdvance(text()) + horizontalMargins(), metrics.height() + verticalMargins()};
+    const QFontMetricsF metrics{font()};
+    // Rounded down, half of all texts would end in an ellipsis.
+    const int width = static_cast<int>(std::ceil(metrics.horizontalAdvance(text())));
+    return {width + horizontalMargins(), QFontMetrics{font()}.height() + verticalMargins()};
 }
 
 QSize TextLabel::minimumSizeHint() const
