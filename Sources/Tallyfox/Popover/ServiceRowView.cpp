@@ -28,6 +28,8 @@ ServiceRowView::ServiceRowView(QWidget* parent)
 {
     m_detail->setMaximumLines(detailLines);
     m_status->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    // In the middle of a row its edge may fall between two pixels, which would cut off what reaches below the line.
+    m_status->setContentsMargins(0, 1, 0, 1);
     auto* layout = new QHBoxLayout{this};
     layout->setContentsMargins(padding + iconFrame + spacing, padding, padding, padding);
     layout->setSpacing(spacing);
