@@ -12,6 +12,9 @@ enum class InstanceRequest { show, toggle, settings };
 
 /// The one agent of a desktop session: known on the session bus by its name, or, without a session bus, by a lock and
 /// a socket in the user's runtime folder. Main thread.
+///
+/// When the session bus goes, the name goes with it: the agent runs on, unknown to later starts, of which the first
+/// becomes an agent of its own. The program does not come back to a bus that is started anew.
 class SingleInstance : public QObject {
     Q_OBJECT
 
@@ -24,14 +27,15 @@ public:
 
     using QObject::QObject;
 
-    /// Tries to become the agent, for as long as the object lives. At most once.
+    /// Tries to become the agent, for as long as the object lives. At most once. Takes a moment, and 3 s at most with a
+    /// bus that does not answer.
     virtual Claim claim() = 0;
     /// Passes a request to the process that is the agent; whether it arrived. Takes 300 ms at most; for processes that
     /// do nothing else.
     virtual bool send(InstanceRequest request) = 0;
 
 Q_SIGNALS:
-    /// Another process asks this one, the agent.
+    /// Another process asks this one, the agent. The other has its answer already, however long the slots take.
     void requested(InstanceRequest request);
 };
 

@@ -1,0 +1,64 @@
+#include "Tallyfox/Platform/SingleInstance.h"
+
+#include "Tallyfox/Platform/Linux/BusInstance.h"
+#include "Tallyfox/Platform/Linux/MessageBus.h"
+#include "Tallyfox/Platform/Linux/SocketInstance.h"
+
+#include <QDeadlineTimer>
+
+namespace tallyfox {
+
+namespace {
+
+constexpr std::chrono::seconds claimLimit{2}; ///< a bus may be slow while a session starts
+constexpr std::chrono::milliseconds sendLimit{300};
+constexpr std::chrono::milliseconds sendBusLimit{200}; ///< of the 300: the rest is for the socket
+
+/// By the bus where it answers, else by the socket.
+class DesktopInstance : public SingleInstance {
+public:
+    explicit DesktopInstance(const QString& id)
+        : m_id(id)
+    { }
+
+    Claim claim() override
+    {
+        const QDBusConnection bus = answeringSessionBus(claimLimit);
+        const Claim byName = bus.isConnected() ? claimBy(std::make_unique<BusInstance>(bus, m_id)) : Claim::impossible;
+        return byName != Claim::impossible ? byName : claimBy(std::make_unique<SocketInstance>(runtimeFolder(), m_id));
+    }
+
+    bool send(InstanceRequest request) override
+    {
+        const QDeadlineTimer deadline{sendLimit};
+        const QDBusConnection bus = answeringSessionBus(sendBusLimit);
+        if (bus.isConnected() && BusInstance{bus, m_id}.send(request, remaining(deadline)))
+            return true;
+        return SocketInstance{runtimeFolder(), m_id}.send(request, remaining(deadline));
+    }
+
+private:
+    static std::chrono::milliseconds remaining(const QDeadlineTimer& deadline)
+    {
+        return std::chrono::milliseconds{deadline.remainingTime()};
+    }
+
+    Claim claimBy(std::unique_ptr<SingleInstance> way)
+    {
+        m_way = std::move(way);
+        connect(m_way.get(), &SingleInstance::requested, this, &SingleInstance::requested);
+        return m_way->claim();
+    }
+
+    QString m_id;
+    std::unique_ptr<SingleInstance> m_way;
+};
+
+} // namespace
+
+std::unique_ptr<SingleInstance> makeSingleInstance(const QString& id)
+{
+    return std::make_unique<DesktopInstance>(id);
+}
+
+} // namespace tallyfox

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "Tallyfox/Platform/SingleInstance.h"
+#include "TallyfoxCore/FileDescriptor.h"
+
+#include <QByteArray>
+#include <QObject>
+
+namespace tallyfox {
+
+/// A process that has connected to the agent's socket: one line with the name of a request, answered by "ok". It has
+/// one second and 16 bytes for that.
+class SocketPeer : public QObject {
+    Q_OBJECT
+
+public:
+    explicit SocketPeer(FileDescriptor socket);
+    ~SocketPeer() override;
+
+Q_SIGNALS:
+    void asked(InstanceRequest request); ///< at most once, before `finished`
+    /// Nothing more is to come; the receiver may delete the object.
+    void finished();
+
+private:
+    void receive();
+    void finish();
+
+    FileDescriptor m_socket;
+    QByteArray m_received;
+};
+
+} // namespace tallyfox
