@@ -17,11 +17,12 @@ public:
 
 Q_SIGNALS:
     void began(); ///< at most once, never before the object is back at its caller
-    /// At most once: nobody granted the request, or the service that did is gone. The object is then of no more use.
+    /// At most once: nobody granted the request, or the service that did is gone. The object is then of no more use;
+    /// the receiver may delete it.
     void ended();
 };
 
-/// Keeps the computer awake.
+/// Keeps the computer awake. Must outlive the inhibitions it has begun.
 class SleepInhibitor {
 public:
     SleepInhibitor() = default;
@@ -33,7 +34,8 @@ public:
     virtual std::unique_ptr<SleepInhibition> begin(const QString& reason) = 0;
 };
 
-/// The inhibitor of this desktop.
+/// The inhibitor of this desktop: its power management, session manager or portal, or the system's login manager,
+/// whichever grants a request first. Each is given 2 seconds before the next is asked.
 std::unique_ptr<SleepInhibitor> makeSleepInhibitor();
 
 } // namespace tallyfox
