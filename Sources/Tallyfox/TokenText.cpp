@@ -1,5 +1,7 @@
 #include "Tallyfox/TokenText.h"
 
+#include <QLocale>
+
 #include <array>
 #include <charconv>
 
@@ -28,6 +30,13 @@ std::string tokenText(std::int64_t tokens)
     if (tokens >= thousand)
         return withOneDecimal(tokens, thousand) + 'K';
     return exactTokenText(tokens);
+}
+
+QString tokenText(std::int64_t tokens, const QLocale& locale)
+{
+    if (tokens >= thousand)
+        return QString::fromStdString(tokenText(tokens));
+    return locale.toString(static_cast<qlonglong>(tokens));
 }
 
 std::string exactTokenText(std::int64_t tokens)

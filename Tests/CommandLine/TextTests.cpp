@@ -3,6 +3,7 @@
 #include "Tallyfox/CommandLine/TextStyle.h"
 #include "Tallyfox/TokenText.h"
 
+#include <QLocale>
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -28,6 +29,19 @@ TEST(TokenText, countsAreShortenedFromAThousandOn)
     EXPECT_EQ(tokenText(1'250'001), "1.3M");
     EXPECT_EQ(tokenText(std::numeric_limits<std::int64_t>::max()), "9223372036854.8M");
     EXPECT_EQ(tokenText(-5'000'000), "-5,000,000");
+}
+
+TEST(TokenText, viewsWriteExactCountsAsTheLocaleDoes)
+{
+    const QLocale english{QLocale::English, QLocale::UnitedStates};
+    const QLocale german{QLocale::German, QLocale::Germany};
+    EXPECT_EQ(tokenText(0, english), QStringLiteral("0"));
+    EXPECT_EQ(tokenText(999, german), QStringLiteral("999"));
+    EXPECT_EQ(tokenText(1000, german), QStringLiteral("1.0K"));
+    EXPECT_EQ(tokenText(999'999, english), QStringLiteral("1000.0K"));
+    EXPECT_EQ(tokenText(1'000'000, german), QStringLiteral("1.0M"));
+    EXPECT_EQ(tokenText(-5'000'000, english), QStringLiteral("-5,000,000"));
+    EXPECT_EQ(tokenText(-5'000'000, german), QStringLiteral("-5.000.000"));
 }
 
 TEST(TokenText, exactCountsAreGrouped)
