@@ -3,9 +3,9 @@
 #include "Support/FakeHomeFolderPicker.h"
 #include "Support/Moments.h"
 #include "Support/ScratchFolder.h"
+#include "Support/SpinUntil.h"
 #include "Tallyfox/Store/UsageStore.h"
 
-#include <QCoreApplication>
 #include <gtest/gtest.h>
 
 #include <cerrno>
@@ -14,31 +14,10 @@
 #include <memory>
 #include <string>
 #include <system_error>
-#include <thread>
 #include <unistd.h>
 #include <vector>
 
 namespace tallyfox::test {
-
-/// Runs the event loop until something is so. The limit only keeps a failing test from hanging.
-template <typename Predicate> bool spinUntil(const Predicate& isSo)
-{
-    const auto hangGuard = std::chrono::steady_clock::now() + std::chrono::seconds{60};
-    while (!isSo()) {
-        if (std::chrono::steady_clock::now() > hangGuard)
-            return false;
-        QCoreApplication::processEvents(); // the test is the outermost loop here
-        std::this_thread::sleep_for(std::chrono::milliseconds{1});
-    }
-    return true;
-}
-
-/// Runs the event loop for a while.
-inline void spinFor(std::chrono::milliseconds time)
-{
-    const auto end = std::chrono::steady_clock::now() + time;
-    spinUntil([&] { return std::chrono::steady_clock::now() >= end; });
-}
 
 /// Everything a store publishes, in order, with what the store says at that moment.
 class Publications : public QObject {
