@@ -1,0 +1,28 @@
+#include "Tallyfox/Platform/GlobalShortcut.h"
+
+#include <QApplication>
+#include <QLabel>
+
+#include <cstdio>
+#include <string_view>
+
+/// Has the global shortcut on the display it is given, and writes a line for each activation. "--popup": opens and
+/// closes a popup by it, as the program does.
+int main(int argumentCount, char** arguments)
+{
+    const bool hasPopup = argumentCount > 1 && std::string_view{arguments[1]} == "--popup";
+    QApplication application{argumentCount, arguments};
+    QLabel popup{QStringLiteral("popup"), nullptr, Qt::Popup};
+    const auto shortcut = tallyfox::registerGlobalShortcut();
+    const auto report = [](const char* line) {
+        std::puts(line);
+        std::fflush(stdout);
+    };
+    QObject::connect(shortcut.get(), &tallyfox::GlobalShortcut::activated, &popup, [&] {
+        if (hasPopup)
+            popup.setVisible(!popup.isVisible());
+        report(popup.isVisible() ? "shown" : "activated");
+    });
+    report("ready");
+    return QApplication::exec();
+}
