@@ -74,13 +74,6 @@ int CardButton::heightForWidth(int width) const
     return hasHeightForWidth() ? layout()->totalHeightForWidth(width) : -1;
 }
 
-bool CardButton::event(QEvent* event)
-{
-    if (event->type() == QEvent::LayoutRequest)
-        updateGeometry();
-    return QPushButton::event(event);
-}
-
 void CardButton::childEvent(QChildEvent* event)
 {
     QPushButton::childEvent(event);

@@ -18,7 +18,6 @@ public:
     [[nodiscard]] int heightForWidth(int width) const override;
 
 protected:
-    bool event(QEvent* event) override;
     void childEvent(QChildEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;

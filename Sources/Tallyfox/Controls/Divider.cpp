@@ -1,8 +1,12 @@
 #include "Tallyfox/Controls/Divider.h"
 
+#include "Tallyfox/Controls/PixelGrid.h"
 #include "Tallyfox/TallyfoxTheme.h"
 
 #include <QPainter>
+
+#include <algorithm>
+#include <cmath>
 
 namespace tallyfox {
 
@@ -14,7 +18,11 @@ Divider::Divider(QWidget* parent)
 
 void Divider::paintEvent(QPaintEvent* /*event*/)
 {
-    QPainter{this}.fillRect(rect(), Theme::line());
+    QPainter painter{this};
+    const PixelGrid grid{painter};
+    // Whole pixels, and the same number of them wherever it stands: two lines of a window are equally strong.
+    painter.fillRect(QRectF{0, grid.y(0), double(width()), std::max(1.0, std::floor(grid.pixels(1))) * grid.pixel()},
+                     Theme::line());
 }
 
 } // namespace tallyfox

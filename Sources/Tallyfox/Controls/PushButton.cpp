@@ -27,6 +27,12 @@ QColor mixed(const QColor& color, const QColor& other, float share)
                             mix(color.blueF(), other.blueF()));
 }
 
+/// Rounded down, half of all texts would end in an ellipsis.
+int textWidth(const QString& text, const QFont& font)
+{
+    return static_cast<int>(std::ceil(QFontMetricsF{font}.horizontalAdvance(text)));
+}
+
 } // namespace
 
 PushButton::PushButton(const QString& text, ButtonStyle style, QWidget* parent)
@@ -58,9 +64,7 @@ int PushButton::symbolWidth() const
 
 QSize PushButton::sizeHint() const
 {
-    // Rounded down, half of all texts would end in an ellipsis.
-    const int textWidth = static_cast<int>(std::ceil(QFontMetricsF{font()}.horizontalAdvance(text())));
-    return {textWidth + symbolWidth() + 2 * sidePadding(), buttonHeight};
+    return {textWidth(text(), font()) + symbolWidth() + 2 * sidePadding(), buttonHeight};
 }
 
 QSize PushButton::minimumSizeHint() const
@@ -71,7 +75,7 @@ QSize PushButton::minimumSizeHint() const
 
 QString PushButton::shownText() const
 {
-    return QFontMetrics{font()}.elidedText(text(), Qt::ElideRight, width() - symbolWidth() - 2 * sidePadding());
+    return QFontMetricsF{font()}.elidedText(text(), Qt::ElideRight, width() - symbolWidth() - 2 * sidePadding());
 }
 
 bool PushButton::event(QEvent* event)
@@ -126,7 +130,7 @@ void PushButton::paintFrame(QPainter& painter) const
 void PushButton::paintLabel(QPainter& painter) const
 {
     const QString shown = shownText();
-    const int labelWidth = QFontMetrics{font()}.horizontalAdvance(shown) + symbolWidth();
+    const int labelWidth = textWidth(shown, font()) + symbolWidth();
     const QRect label = QStyle::alignedRect(layoutDirection(), Qt::AlignCenter, {labelWidth, height()}, rect());
     if (m_symbol) {
         const QRect symbol{label.left(), (height() - symbolSide) / 2, symbolSide, symbolSide};

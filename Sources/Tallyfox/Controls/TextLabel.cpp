@@ -32,7 +32,7 @@ int lineEnd(const QString& text, const QFont& font, int start, int width)
 
 QStringList fittedLines(const QString& text, const QFont& font, int width, int maximumLines)
 {
-    const QFontMetrics metrics{font};
+    const QFontMetricsF metrics{font};
     QStringList lines;
     int start = 0;
     while (start < text.size() && lines.size() + 1 < maximumLines) {
