@@ -1,122 +1,142 @@
 #include "Tallyfox/UserDefaults.h"
 
 #include "Tallyfox/Platform/AccountHome.h"
-#include "TallyfoxCore/FileDescriptor.h"
+#include "Tallyfox/Platform/FileUpdate.h"
+#include "Tallyfox/UserDefaultsText.h"
 
-#include <QByteArray>
-#include <QFile>
-#include <QLatin1StringView>
-#include <QMap>
-#include <QSettings>
-#include <QString>
-#include <QVariant>
-
-#include <cstdio>
+#include <array>
+#include <charconv>
 #include <cstdlib>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include <limits>
 
 namespace tallyfox {
 
 namespace {
 
-using namespace Qt::StringLiterals;
+constexpr std::string_view homeFolderBookmarkKey = "homeFolderBookmark";
+constexpr std::string_view refreshMinutesKey = "refreshMinutes";
+constexpr std::string_view launchAtLoginKey = "launchAtLogin";
+constexpr std::string_view showDockIconKey = "showDockIcon";
+constexpr std::string_view showAccountEmailsKey = "showAccountEmails";
+constexpr std::string_view rankingPrivateKey = "rankingPrivate";
+constexpr std::string_view notificationsEnabledKey = "notificationsEnabled";
+constexpr std::string_view claudeThresholdKey = "claudeThreshold";
+constexpr std::string_view codexThresholdKey = "codexThreshold";
+constexpr std::string_view newsNotificationsKey = "newsNotifications";
 
-constexpr auto homeFolderBookmarkKey = "homeFolderBookmark"_L1;
-constexpr auto refreshMinutesKey = "refreshMinutes"_L1;
-constexpr std::int64_t standardRefreshMinutes = 5;
+constexpr std::array flagKeys{launchAtLoginKey,  showDockIconKey,         showAccountEmailsKey,
+                              rankingPrivateKey, notificationsEnabledKey, newsNotificationsKey};
+constexpr std::array thresholdKeys{claudeThresholdKey, codexThresholdKey};
 
-QString qtPath(const std::filesystem::path& path)
+template <typename Number> std::optional<Number> numberOf(std::string_view text)
 {
-    return QFile::decodeName(path.c_str());
+    Number number{};
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return error == std::errc{} && end == text.data() + text.size() ? std::optional{number} : std::nullopt;
 }
 
-using Values = QMap<QString, QVariant>;
-
-Values valuesIn(const std::filesystem::path& file)
+template <typename Number> std::string textOf(Number number)
 {
-    const QSettings settings{qtPath(file), QSettings::IniFormat};
-    Values values;
-    for (const QString& key : settings.allKeys())
-        values[key] = settings.value(key);
-    return values;
+    std::array<char, 32> text{};
+    const auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), number);
+    return std::string{text.data(), end};
 }
 
-void putValues(const std::filesystem::path& file, const Values& values)
+std::optional<bool> flagOf(std::string_view text)
 {
-    QSettings settings{qtPath(file), QSettings::IniFormat};
-    for (auto each = values.constBegin(); each != values.constEnd(); ++each)
-        settings.setValue(each.key(), each.value());
-}
-
-/// Creates what is missing of a folder's path, for the user alone. An existing folder is left as it is.
-void makeFolders(const std::filesystem::path& folder)
-{
-    if (folder.has_parent_path() && folder.parent_path() != folder)
-        makeFolders(folder.parent_path());
-    mkdir(folder.c_str(), S_IRWXU); // a failure shows when something is to be made in it
-}
-
-/// A new folder beside a file that is to be replaced; goes with everything in it.
-class WorkFolder {
-public:
-    explicit WorkFolder(const std::filesystem::path& file)
-        : m_path(file.native() + ".XXXXXX")
-        , m_isMade(mkdtemp(m_path.data()) != nullptr)
-    { }
-    WorkFolder(const WorkFolder&) = delete;
-    WorkFolder& operator=(const WorkFolder&) = delete;
-    ~WorkFolder()
-    {
-        std::error_code ignored;
-        if (m_isMade)
-            std::filesystem::remove_all(m_path, ignored);
-    }
-
-    [[nodiscard]] bool isMade() const
-    {
-        return m_isMade;
-    }
-    [[nodiscard]] std::filesystem::path file(const char* name) const
-    {
-        return std::filesystem::path{m_path} / name;
-    }
-
-private:
-    std::string m_path;
-    bool m_isMade;
-};
-
-/// Whether the file could be made private and is on the disk.
-bool settle(const std::filesystem::path& file)
-{
-    const FileDescriptor opened{open(file.c_str(), O_RDONLY | O_CLOEXEC)};
-    return opened.isOpen() && fchmod(opened.get(), S_IRUSR | S_IWUSR) == 0 && fsync(opened.get()) == 0;
-}
-
-/// Replaces the file whole, or leaves it untouched. On a full disk QSettings puts a cut-off file in the place of the
-/// old one and reports success; so it writes elsewhere, and what it wrote is read again before it replaces anything.
-/// The second name makes sure that the disk is read, not what QSettings remembers of the first.
-bool replace(const std::filesystem::path& file, const Values& values)
-{
-    makeFolders(file.parent_path());
-    const WorkFolder folder{file};
-    if (!folder.isMade())
+    if (text == "true" || text == "1")
+        return true;
+    if (text == "false" || text == "0")
         return false;
-    const auto written = folder.file("written.ini");
-    const auto checked = folder.file("checked.ini");
-    putValues(written, values);
-    return rename(written.c_str(), checked.c_str()) == 0 && valuesIn(checked) == values && settle(checked)
-        && rename(checked.c_str(), file.c_str()) == 0;
+    return std::nullopt;
 }
 
-/// The file itself where `file` is a link to it, so that the link is not what is replaced.
-std::filesystem::path behindLinks(const std::filesystem::path& file)
+std::optional<std::int64_t> minutesOf(std::string_view text)
 {
-    std::error_code error;
-    const auto target = std::filesystem::canonical(file, error);
-    return error ? file : target;
+    constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max() / 60;
+    const auto minutes = numberOf<std::int64_t>(text);
+    return minutes && *minutes >= -most && *minutes <= most ? minutes : std::nullopt;
+}
+
+std::optional<double> thresholdOf(std::string_view text)
+{
+    const auto percent = numberOf<double>(text);
+    const bool isInRange = percent && *percent >= smallestThreshold && *percent <= largestThreshold; // no NaN is
+    return isInRange ? percent : std::nullopt;
+}
+
+UserDefaultsText textIn(const std::filesystem::path& file)
+{
+    const auto content = FileUpdate::read(file);
+    const auto* const text = std::get_if<std::string>(&content);
+    return UserDefaultsText{text ? *text : std::string_view{}};
+}
+
+/// The value of a key, read with one of the functions above.
+template <typename Value>
+Value valueOf(const UserDefaultsText& text, std::string_view key, std::optional<Value> (*read)(std::string_view),
+              Value standard)
+{
+    const auto stored = text.value(key);
+    return stored ? read(*stored).value_or(standard) : standard;
+}
+
+std::int64_t refreshMinutesIn(const UserDefaultsText& text)
+{
+    const std::int64_t minutes = valueOf(text, refreshMinutesKey, minutesOf, std::int64_t{0});
+    return minutes == 0 ? Preferences{}.refreshMinutes : minutes;
+}
+
+bool flagIn(const UserDefaultsText& text, std::string_view key, bool standard)
+{
+    return valueOf(text, key, flagOf, standard);
+}
+
+double thresholdIn(const UserDefaultsText& text, std::string_view key, double standard)
+{
+    return valueOf(text, key, thresholdOf, standard);
+}
+
+template <typename Value>
+bool removeUnlessRead(UserDefaultsText& text, std::string_view key, std::optional<Value> (*read)(std::string_view))
+{
+    const auto stored = text.value(key);
+    const bool isDamaged = stored && !read(*stored);
+    if (isDamaged)
+        text.remove(key);
+    return isDamaged;
+}
+
+/// Takes out everything that is not read anyway; whether there was anything.
+bool removeDamage(UserDefaultsText& text)
+{
+    bool wasDamaged = text.removeDamage();
+    wasDamaged = removeUnlessRead(text, refreshMinutesKey, minutesOf) || wasDamaged;
+    for (const std::string_view key : flagKeys)
+        wasDamaged = removeUnlessRead(text, key, flagOf) || wasDamaged;
+    for (const std::string_view key : thresholdKeys)
+        wasDamaged = removeUnlessRead(text, key, thresholdOf) || wasDamaged;
+    return wasDamaged;
+}
+
+template <typename Set> bool change(const std::filesystem::path& file, const Set& set)
+{
+    return FileUpdate::apply(file, [&set](const std::string& before) -> std::optional<FileUpdate::Replacement> {
+        UserDefaultsText text{before};
+        const bool wasDamaged = removeDamage(text);
+        set(text);
+        return FileUpdate::Replacement{.content = text.text(), .keepsBackup = wasDamaged};
+    });
+}
+
+bool setPlain(const std::filesystem::path& file, std::string_view key, const std::string& value)
+{
+    return change(file, [key, &value](UserDefaultsText& text) { text.setPlain(key, value); });
+}
+
+bool setFlag(const std::filesystem::path& file, std::string_view key, bool value)
+{
+    return setPlain(file, key, value ? "true" : "false");
 }
 
 } // namespace
@@ -133,25 +153,121 @@ UserDefaults::UserDefaults(std::filesystem::path file)
     : m_file(std::move(file))
 { }
 
+Preferences UserDefaults::preferences() const
+{
+    const UserDefaultsText text = textIn(m_file);
+    constexpr Preferences standard;
+    return {
+        .refreshMinutes = refreshMinutesIn(text),
+        .launchAtLogin = flagIn(text, launchAtLoginKey, standard.launchAtLogin),
+        .showDockIcon = flagIn(text, showDockIconKey, standard.showDockIcon),
+        .showAccountEmails = flagIn(text, showAccountEmailsKey, standard.showAccountEmails),
+        .rankingPrivate = flagIn(text, rankingPrivateKey, standard.rankingPrivate),
+        .notificationsEnabled = flagIn(text, notificationsEnabledKey, standard.notificationsEnabled),
+        .claudeThreshold = thresholdIn(text, claudeThresholdKey, standard.claudeThreshold),
+        .codexThreshold = thresholdIn(text, codexThresholdKey, standard.codexThreshold),
+        .newsNotifications = flagIn(text, newsNotificationsKey, standard.newsNotifications),
+    };
+}
+
 std::optional<std::string> UserDefaults::homeFolderBookmark() const
 {
-    const QSettings settings{qtPath(m_file), QSettings::IniFormat};
-    const QVariant value = settings.value(homeFolderBookmarkKey);
-    return value.isValid() ? std::optional{value.toByteArray().toStdString()} : std::nullopt;
+    return textIn(m_file).value(homeFolderBookmarkKey);
 }
 
 bool UserDefaults::setHomeFolderBookmark(std::string_view token)
 {
-    Values values = valuesIn(m_file);
-    values[homeFolderBookmarkKey] = QByteArray{token.data(), static_cast<qsizetype>(token.size())};
-    return replace(behindLinks(m_file), values);
+    return change(m_file, [token](UserDefaultsText& text) { text.setBytes(homeFolderBookmarkKey, token); });
 }
 
 std::int64_t UserDefaults::refreshMinutes() const
 {
-    const QSettings settings{qtPath(m_file), QSettings::IniFormat};
-    const std::int64_t minutes = settings.value(refreshMinutesKey).toLongLong(); // 0 for what is no number
-    return minutes == 0 ? standardRefreshMinutes : minutes;
+    return preferences().refreshMinutes;
+}
+
+bool UserDefaults::setRefreshMinutes(std::int64_t minutes)
+{
+    return setPlain(m_file, refreshMinutesKey, textOf(minutes));
+}
+
+bool UserDefaults::launchAtLogin() const
+{
+    return preferences().launchAtLogin;
+}
+
+bool UserDefaults::setLaunchAtLogin(bool value)
+{
+    return setFlag(m_file, launchAtLoginKey, value);
+}
+
+bool UserDefaults::showDockIcon() const
+{
+    return preferences().showDockIcon;
+}
+
+bool UserDefaults::setShowDockIcon(bool value)
+{
+    return setFlag(m_file, showDockIconKey, value);
+}
+
+bool UserDefaults::showAccountEmails() const
+{
+    return preferences().showAccountEmails;
+}
+
+bool UserDefaults::setShowAccountEmails(bool value)
+{
+    return setFlag(m_file, showAccountEmailsKey, value);
+}
+
+bool UserDefaults::rankingPrivate() const
+{
+    return preferences().rankingPrivate;
+}
+
+bool UserDefaults::setRankingPrivate(bool value)
+{
+    return setFlag(m_file, rankingPrivateKey, value);
+}
+
+bool UserDefaults::notificationsEnabled() const
+{
+    return preferences().notificationsEnabled;
+}
+
+bool UserDefaults::setNotificationsEnabled(bool value)
+{
+    return setFlag(m_file, notificationsEnabledKey, value);
+}
+
+double UserDefaults::claudeThreshold() const
+{
+    return preferences().claudeThreshold;
+}
+
+bool UserDefaults::setClaudeThreshold(double percent)
+{
+    return setPlain(m_file, claudeThresholdKey, textOf(percent));
+}
+
+double UserDefaults::codexThreshold() const
+{
+    return preferences().codexThreshold;
+}
+
+bool UserDefaults::setCodexThreshold(double percent)
+{
+    return setPlain(m_file, codexThresholdKey, textOf(percent));
+}
+
+bool UserDefaults::newsNotifications() const
+{
+    return preferences().newsNotifications;
+}
+
+bool UserDefaults::setNewsNotifications(bool value)
+{
+    return setFlag(m_file, newsNotificationsKey, value);
 }
 
 } // namespace tallyfox

@@ -1,4 +1,5 @@
 #include "Support/ScratchFolder.h"
+#include "Support/Unprivileged.h"
 #include "Tallyfox/UserDefaults.h"
 
 #include <gtest/gtest.h>
@@ -113,11 +114,18 @@ TEST_F(UserDefaultsTest, settingOneKeyKeepsTheOthers)
 
 TEST_F(UserDefaultsTest, minutesThatAreZeroOrNoNumberAreFive)
 {
-    const std::pair<const char*, std::int64_t> cases[]{{"0", 5}, {"soon", 5}, {"", 5}, {"30", 30}, {"-3", -3}};
+    const std::pair<const char*, std::int64_t> cases[]{{"0", 5},
+                                                       {"soon", 5},
+                                                       {"", 5},
+                                                       {"30", 30},
+                                                       {"-3", -3},
+                                                       {"7.5", 5},
+                                                       {"153722867280912930", 153722867280912930},
+                                                       {"153722867280912931", 5},
+                                                       {"99999999999999999999", 5}};
     for (const auto& [text, minutes] : cases) {
-        const auto own = file().parent_path() / text / "tallyfox.ini"; // contents are cached for each file
-        writeFile(own, std::string{"[General]\nrefreshMinutes="} + text + '\n');
-        EXPECT_EQ(UserDefaults{own}.refreshMinutes(), minutes) << text;
+        writeFile(file(), std::string{"[General]\nrefreshMinutes="} + text + '\n');
+        EXPECT_EQ(UserDefaults{file()}.refreshMinutes(), minutes) << text;
     }
 }
 
@@ -194,6 +202,161 @@ TEST_F(UserDefaultsTest, threadsMayReadWhileAnotherWrites)
         EXPECT_TRUE(UserDefaults{file()}.setHomeFolderBookmark(std::to_string(round)));
     for (std::thread& reader : readers)
         reader.join();
+}
+
+TEST_F(UserDefaultsTest, everyValueIsItsStandardWhileItsKeyIsAbsentAndNothingIsWritten)
+{
+    const UserDefaults defaults{file()};
+    EXPECT_EQ(defaults.preferences(), Preferences{});
+    EXPECT_FALSE(defaults.launchAtLogin());
+    EXPECT_FALSE(defaults.showDockIcon());
+    EXPECT_FALSE(defaults.showAccountEmails());
+    EXPECT_TRUE(defaults.rankingPrivate());
+    EXPECT_FALSE(defaults.notificationsEnabled());
+    EXPECT_EQ(defaults.claudeThreshold(), 20.0);
+    EXPECT_EQ(defaults.codexThreshold(), 20.0);
+    EXPECT_FALSE(defaults.newsNotifications());
+    EXPECT_FALSE(std::filesystem::exists(file().parent_path().parent_path()));
+}
+
+/// One setting: how it is set, what the file then says, and what differs from the standard values.
+struct Setting {
+    bool (*set)(UserDefaults&);
+    const char* line;
+    Preferences expected;
+};
+
+const Setting settings[]{
+    {[](UserDefaults& it) { return it.setRefreshMinutes(15); }, "refreshMinutes=15\n", {.refreshMinutes = 15}},
+    {[](UserDefaults& it) { return it.setLaunchAtLogin(true); }, "launchAtLogin=true\n", {.launchAtLogin = true}},
+    {[](UserDefaults& it) { return it.setShowDockIcon(true); }, "showDockIcon=true\n", {.showDockIcon = true}},
+    {[](UserDefaults& it) { return it.setShowAccountEmails(true); },
+     "showAccountEmails=true\n",
+     {.showAccountEmails = true}},
+    {[](UserDefaults& it) { return it.setRankingPrivate(false); }, "rankingPrivate=false\n", {.rankingPrivate = false}},
+    {[](UserDefaults& it) { return it.setNotificationsEnabled(true); },
+     "notificationsEnabled=true\n",
+     {.notificationsEnabled = true}},
+    {[](UserDefaults& it) { return it.setClaudeThreshold(5); }, "claudeThreshold=5\n", {.claudeThreshold = 5}},
+    {[](UserDefaults& it) { return it.setCodexThreshold(95); }, "codexThreshold=95\n", {.codexThreshold = 95}},
+    {[](UserDefaults& it) { return it.setNewsNotifications(true); },
+     "newsNotifications=true\n",
+     {.newsNotifications = true}},
+};
+
+TEST_F(UserDefaultsTest, eachSettingIsStoredUnderItsOwnKeyAndNoOther)
+{
+    for (const Setting& setting : settings) {
+        std::filesystem::remove(file());
+        UserDefaults defaults{file()};
+        ASSERT_TRUE(setting.set(defaults));
+        EXPECT_EQ(UserDefaults{file()}.preferences(), setting.expected) << setting.line;
+        EXPECT_EQ(readFile(file()), std::string{"[General]\n"} + setting.line);
+    }
+}
+
+TEST_F(UserDefaultsTest, settingOneAfterTheOtherLosesNone)
+{
+    UserDefaults defaults{file()};
+    ASSERT_TRUE(defaults.setHomeFolderBookmark("token"));
+    for (const Setting& setting : settings)
+        ASSERT_TRUE(setting.set(defaults));
+    const Preferences all{.refreshMinutes = 15,
+                          .launchAtLogin = true,
+                          .showDockIcon = true,
+                          .showAccountEmails = true,
+                          .rankingPrivate = false,
+                          .notificationsEnabled = true,
+                          .claudeThreshold = 5,
+                          .codexThreshold = 95,
+                          .newsNotifications = true};
+    EXPECT_EQ(UserDefaults{file()}.preferences(), all);
+    EXPECT_EQ(UserDefaults{file()}.homeFolderBookmark(), "token");
+}
+
+TEST_F(UserDefaultsTest, thresholdBetweenStepsIsKeptAndOneOutOfRangeIsTheStandard)
+{
+    const std::pair<const char*, double> cases[]{{"22.5", 22.5}, {"5", 5},    {"95", 95},  {"4.9", 20},  {"96", 20},
+                                                 {"nan", 20},    {"inf", 20}, {"-20", 20}, {"many", 20}, {"20%", 20}};
+    for (const auto& [text, percent] : cases) {
+        writeFile(file(), std::string{"[General]\nclaudeThreshold="} + text + '\n');
+        EXPECT_EQ(UserDefaults{file()}.claudeThreshold(), percent) << text;
+    }
+}
+
+TEST_F(UserDefaultsTest, damagedValuesFallBackOneByOne)
+{
+    writeFile(file(), "[General]\nrefreshMinutes=soon\nlaunchAtLogin=1\nrankingPrivate=perhaps\nclaudeThreshold=35\n");
+    EXPECT_EQ(UserDefaults{file()}.preferences(), (Preferences{.launchAtLogin = true, .claudeThreshold = 35}));
+}
+
+TEST_F(UserDefaultsTest, settingAKeyOfADamagedFileKeepsWhatIsReadableAndTheWholeFileBesideIt)
+{
+    const std::string damaged =
+        "[General]\nrefreshMinutes=15\n\x01\xff junk\nrankingPrivate=perhaps\nlaterKey=kept\n[[[\n";
+    writeFile(file(), damaged);
+    ASSERT_TRUE(UserDefaults{file()}.setLaunchAtLogin(true));
+    EXPECT_EQ(readFile(file()), "[General]\nrefreshMinutes=15\nlaterKey=kept\nlaunchAtLogin=true\n");
+    const std::filesystem::path backup = file().native() + ".backup";
+    EXPECT_EQ(readFile(backup), damaged);
+    EXPECT_EQ(mode(backup), 0600U);
+
+    ASSERT_TRUE(UserDefaults{file()}.setLaunchAtLogin(false)); // a sound file needs no backup
+    EXPECT_EQ(readFile(backup), damaged);
+}
+
+TEST_F(UserDefaultsTest, soundFileGetsNoBackup)
+{
+    writeFile(file(), "; a comment\n\n[General]\nrefreshMinutes=15\n[window]\nsize=@Size(1 2)\n");
+    ASSERT_TRUE(UserDefaults{file()}.setLaunchAtLogin(true));
+    EXPECT_EQ(readFile(file()),
+              "; a comment\n\n[General]\nrefreshMinutes=15\nlaunchAtLogin=true\n[window]\nsize=@Size(1 2)\n");
+    EXPECT_FALSE(std::filesystem::exists(file().native() + ".backup"));
+}
+
+TEST_F(UserDefaultsTest, fileThatIsNoTextFileReadsAsNothingStoredAndIsLeftAlone)
+{
+    std::filesystem::create_directories(file()); // a folder
+    EXPECT_EQ(UserDefaults{file()}.preferences(), Preferences{});
+    EXPECT_FALSE(UserDefaults{file()}.setLaunchAtLogin(true));
+    EXPECT_TRUE(std::filesystem::is_directory(file()));
+
+    std::filesystem::remove(file());
+    ASSERT_EQ(mkfifo(file().c_str(), 0600), 0); // nobody ever writes into this pipe
+    EXPECT_EQ(UserDefaults{file()}.preferences(), Preferences{});
+    EXPECT_FALSE(UserDefaults{file()}.setLaunchAtLogin(true));
+    EXPECT_TRUE(std::filesystem::is_fifo(file()));
+}
+
+TEST_F(UserDefaultsTest, hugeFileReadsAsNothingStoredAndIsLeftAlone)
+{
+    writeFile(file(), "[General]\nrefreshMinutes=15\n" + std::string(1'048'576, ';'));
+    const auto size = std::filesystem::file_size(file());
+    EXPECT_EQ(UserDefaults{file()}.refreshMinutes(), 5);
+    EXPECT_FALSE(UserDefaults{file()}.setLaunchAtLogin(true));
+    EXPECT_EQ(std::filesystem::file_size(file()), size);
+}
+
+TEST_F(UserDefaultsTest, readOnlyFolderAndUnreadableFileFailToBeSetAndKeepWhatIsStored)
+{
+    const auto folder = file().parent_path();
+    writeFile(folder / "tallyfox.ini", "[General]\nrefreshMinutes=15\n");
+    std::filesystem::permissions(folder, std::filesystem::perms{0555});
+    std::filesystem::permissions(folder / "tallyfox.ini", std::filesystem::perms{0644});
+    const auto readOnly = statusWithoutPrivileges(folder, [] {
+        UserDefaults defaults{"tallyfox.ini"};
+        return (defaults.setLaunchAtLogin(true) ? 1 : 0) + (defaults.refreshMinutes() == 15 ? 0 : 2);
+    });
+    EXPECT_TRUE(readOnly == 0 || !readOnly) << "status " << *readOnly;
+
+    std::filesystem::permissions(folder, std::filesystem::perms{0777});
+    std::filesystem::permissions(folder / "tallyfox.ini", std::filesystem::perms{0});
+    const auto unreadable = statusWithoutPrivileges(folder, [] {
+        UserDefaults defaults{"tallyfox.ini"};
+        return (defaults.setLaunchAtLogin(true) ? 1 : 0) + (defaults.refreshMinutes() == 5 ? 0 : 2);
+    });
+    EXPECT_TRUE(unreadable == 0 || !unreadable) << "status " << *unreadable;
+    EXPECT_EQ(std::filesystem::file_size(file()), 28U);
 }
 
 TEST_F(UserDefaultsTest, standardPathFollowsTheConfigurationFolderWhenThatIsAbsolute)
