@@ -13,11 +13,13 @@ namespace {
 
 QVBoxLayout* makeTexts(const QString& title, const QString& line, QWidget* parent)
 {
+    auto* titleLabel = new TextLabel{title, Theme::headline(), Theme::ink(), parent};
+    titleLabel->setMaximumLines(2);
     auto* lineLabel = new TextLabel{line, Theme::caption(), Theme::muted(), parent};
     lineLabel->setMaximumLines(3);
     auto* texts = new QVBoxLayout;
     texts->setSpacing(1);
-    texts->addWidget(new TextLabel{title, Theme::headline(), Theme::ink(), parent});
+    texts->addWidget(titleLabel);
     texts->addWidget(lineLabel);
     return texts;
 }
