@@ -1,14 +1,15 @@
 #include "Support/Desktop/Widgets.h"
 
+#include "Support/SpinUntil.h"
 #include "Tallyfox/TallyfoxTheme.h"
 
 #include <QApplication>
 #include <QImage>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPointer>
 #include <QWidget>
 
-#include <chrono>
 #include <cmath>
 #include <cstdlib>
 
@@ -43,24 +44,26 @@ void showActive(QWidget& window)
 {
     window.show();
     window.activateWindow();
-    const auto hangGuard = std::chrono::steady_clock::now() + std::chrono::seconds{60};
-    while (!window.isActiveWindow() && std::chrono::steady_clock::now() < hangGuard)
-        QApplication::processEvents(); // the test is the outermost loop here
+    spinUntil([&window] { return window.isActiveWindow(); });
 }
 
 void click(QWidget& widget, std::optional<QPoint> position)
 {
     const QPoint point = position.value_or(widget.rect().center());
+    const QPointer<QWidget> target{&widget};
     sendMouse(widget, QEvent::MouseButtonPress, point, Qt::LeftButton);
-    sendMouse(widget, QEvent::MouseButtonRelease, point, Qt::NoButton);
+    if (target)
+        sendMouse(widget, QEvent::MouseButtonRelease, point, Qt::NoButton);
 }
 
 void pressKey(QWidget& widget, Qt::Key key)
 {
+    const QPointer<QWidget> target{&widget}; // pressing a key may end what it is pressed in
     QKeyEvent press{QEvent::KeyPress, key, Qt::NoModifier};
-    QApplication::sendEvent(&widget, &press);
+    QApplication::sendEvent(target, &press);
     QKeyEvent release{QEvent::KeyRelease, key, Qt::NoModifier};
-    QApplication::sendEvent(&widget, &release);
+    if (target)
+        QApplication::sendEvent(target, &release);
 }
 
 QString accessibleName(QWidget& widget)
