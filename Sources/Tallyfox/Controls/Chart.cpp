@@ -1,7 +1,7 @@
 #include "Tallyfox/Controls/Chart.h"
 
 #include "Tallyfox/Controls/ChartLegend.h"
-#include "Tallyfox/DayText.h"
+#include "Tallyfox/DayFormat.h"
 #include "Tallyfox/TokenText.h"
 #include "TallyfoxCore/TokenSum.h"
 
@@ -47,7 +47,7 @@ const ChartData& Chart::data() const
 
 QString Chart::helpText(std::size_t day) const
 {
-    QString text = dayText(m_data.days.at(day));
+    QString text = DayFormat{}.text(m_data.days.at(day));
     for (const ChartSeries& series : m_data.series) {
         for (const ChartValue& value : series.values) {
             if (value.day == day)
@@ -64,15 +64,16 @@ QAccessible::Role Chart::accessibleRole() const
 
 std::vector<AccessibleElement> Chart::accessibleElements() const
 {
+    const DayFormat format;
     std::vector<AccessibleElement> elements;
     for (const ChartSeries& series : m_data.series) {
         if (!series.values.empty())
-            elements.push_back(elementOf(series));
+            elements.push_back(elementOf(series, format));
     }
     return elements;
 }
 
-AccessibleElement Chart::elementOf(const ChartSeries& series) const
+AccessibleElement Chart::elementOf(const ChartSeries& series, const DayFormat& format) const
 {
     AccessibleElement list;
     list.role = QAccessible::List;
@@ -82,7 +83,7 @@ AccessibleElement Chart::elementOf(const ChartSeries& series) const
     for (const ChartValue& value : series.values) {
         sum = tokenSum(sum, value.tokens);
         const QString tokens = shortText(value.tokens);
-        list.children.push_back({tr("%1: %2").arg(dayText(m_data.days.at(value.day)), tokens),
+        list.children.push_back({tr("%1: %2").arg(format.text(m_data.days.at(value.day)), tokens),
                                  tokens,
                                  QAccessible::ListItem,
                                  valueFrame(series, value).toAlignedRect(),

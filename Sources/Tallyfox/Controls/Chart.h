@@ -9,6 +9,8 @@
 
 namespace tallyfox {
 
+class DayFormat;
+
 /// What the charts share: data, a fixed height with the legend at its foot, the help text of the day under the
 /// pointer, and the numbers for a screen reader (series by series, day by day).
 class Chart : public QWidget, public AccessibleDrawing {
@@ -44,7 +46,7 @@ protected:
 private:
     [[nodiscard]] std::optional<std::size_t> dayAt(QPointF position) const;
     void showHelp(const QPoint& position, const QPoint& onScreen);
-    [[nodiscard]] AccessibleElement elementOf(const ChartSeries& series) const;
+    [[nodiscard]] AccessibleElement elementOf(const ChartSeries& series, const DayFormat& format) const;
 
     ChartData m_data;
 };

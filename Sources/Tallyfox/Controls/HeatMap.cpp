@@ -1,7 +1,7 @@
 #include "Tallyfox/Controls/HeatMap.h"
 
 #include "Tallyfox/Controls/PixelGrid.h"
-#include "Tallyfox/DayText.h"
+#include "Tallyfox/DayFormat.h"
 #include "Tallyfox/TallyfoxTheme.h"
 #include "Tallyfox/TokenText.h"
 
@@ -21,6 +21,12 @@ constexpr int pitch = HeatMap::cellSize + HeatMap::gap;
 int rowsOf(std::size_t cells)
 {
     return (static_cast<int>(cells) + HeatMap::columns - 1) / HeatMap::columns;
+}
+
+/// "Nov 15, 2026: 1.2K": under the pointer, and to a screen reader.
+QString helpText(const HeatCell& cell, const DayFormat& format)
+{
+    return HeatMap::tr("%1: %2").arg(format.text(cell.day), QString::fromStdString(tokenText(cell.tokens)));
 }
 
 } // namespace
@@ -55,11 +61,6 @@ QRect HeatMap::cellFrame(std::size_t index)
     return {cell % columns * pitch, cell / columns * pitch, cellSize, cellSize};
 }
 
-QString HeatMap::helpText(const HeatCell& cell)
-{
-    return tr("%1: %2").arg(dayText(cell.day), QString::fromStdString(tokenText(cell.tokens)));
-}
-
 QSize HeatMap::sizeHint() const
 {
     return {columns * pitch - gap, std::max(rowsOf(m_cells.size()) * pitch - gap, 0)};
@@ -77,11 +78,12 @@ QAccessible::Role HeatMap::accessibleRole() const
 
 std::vector<AccessibleElement> HeatMap::accessibleElements() const
 {
+    const DayFormat format;
     std::vector<AccessibleElement> elements;
     elements.reserve(m_cells.size());
     for (std::size_t index = 0; index < m_cells.size(); ++index) {
         const HeatCell& cell = m_cells[index];
-        elements.push_back({helpText(cell),
+        elements.push_back({helpText(cell, format),
                             QString::fromStdString(tokenText(cell.tokens)),
                             QAccessible::Graphic,
                             cellFrame(index),
@@ -113,7 +115,8 @@ void HeatMap::showHelp(const QPoint& position, const QPoint& onScreen)
 {
     const auto index = cellAt(position);
     if (index)
-        QToolTip::showText(onScreen, helpText(m_cells[*index]), this, cellFrame(*index).adjusted(0, 0, gap, gap));
+        QToolTip::showText(onScreen, helpText(m_cells[*index], DayFormat{}), this,
+                           cellFrame(*index).adjusted(0, 0, gap, gap));
     else
         QToolTip::hideText();
 }

@@ -39,8 +39,6 @@ public:
 
     /// Where a cell is drawn.
     [[nodiscard]] static QRect cellFrame(std::size_t index);
-    /// The day and its tokens: "Nov 15, 2026: 1.2K".
-    [[nodiscard]] static QString helpText(const HeatCell& cell);
 
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
