@@ -53,7 +53,7 @@ void drawNumber(QPainter& painter, const QString& number, int side)
 QString number(const QString& title)
 {
     static const QRegularExpression digits{QStringLiteral("-?[0-9]+")};
-    const QString found = digits.match(title).captured();
+    QString found = digits.match(title).captured();
     if (found.size() <= 3)
         return found;
     return found.startsWith(QLatin1Char('-')) ? QStringLiteral("<0") : QStringLiteral("99+");

@@ -60,6 +60,8 @@ TrayManagerWatch::TrayManagerWatch(QObject* parent)
 {
     if (m_connection == nullptr)
         return;
+    m_news.setSingleShot(true);
+    connect(&m_news, &QTimer::timeout, this, &TrayManagerWatch::managerChanged);
     m_selection = atom(m_connection, selectionName());
     m_announcement = atom(m_connection, QByteArrayLiteral("MANAGER"));
     qGuiApp->installNativeEventFilter(this); // removed by its destructor
@@ -85,7 +87,7 @@ void TrayManagerWatch::setManager(quint32 window)
     if (window == m_manager)
         return;
     m_manager = window;
-    QMetaObject::invokeMethod(this, &TrayManagerWatch::managerChanged, Qt::QueuedConnection);
+    m_news.start();
 }
 
 /// Trays announce themselves to the root window, whose messages the toolkit asks for anyway.

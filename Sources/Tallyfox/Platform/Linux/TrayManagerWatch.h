@@ -2,6 +2,7 @@
 
 #include <QAbstractNativeEventFilter>
 #include <QObject>
+#include <QTimer>
 
 struct xcb_connection_t;
 
@@ -32,6 +33,7 @@ private:
     quint32 m_selection = 0;
     quint32 m_announcement = 0;
     quint32 m_manager = 0;
+    QTimer m_news;
 };
 
 } // namespace tallyfox
