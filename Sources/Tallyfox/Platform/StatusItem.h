@@ -31,7 +31,8 @@ Q_SIGNALS:
     /// The user has clicked the item, with any button. `position` is where, in the desktop's logical coordinates, or
     /// nothing when the panel does not say anything to be believed.
     void activated(std::optional<QPoint> position);
-    /// Emitted at most once, when it is certain that this desktop has no place for status items.
+    /// Emitted at most once, when it is certain that this desktop has no place for status items: none 5 s after the
+    /// start. The item stays ready for a panel that comes later all the same.
     void isUnavailable();
 };
 
