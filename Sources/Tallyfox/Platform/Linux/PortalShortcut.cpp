@@ -2,6 +2,7 @@
 
 #include <QDBusArgument>
 #include <QDBusMetaType>
+#include <QDBusObjectPath>
 #include <QDBusServiceWatcher>
 
 #include <algorithm>
@@ -45,6 +46,16 @@ bool isGranted(const QVariantMap& results)
     const auto entries = qdbus_cast<QList<PortalShortcutEntry>>(granted);
     return std::any_of(entries.begin(), entries.end(),
                        [](const PortalShortcutEntry& entry) { return entry.id == shortcutId; });
+}
+
+/// Empty when the results name no session. It ought to be a text; some portals send a path.
+QString sessionOf(const QVariantMap& results)
+{
+    const QVariant value = results.value(QStringLiteral("session_handle"));
+    const QString path = value.metaType() == QMetaType::fromType<QDBusObjectPath>()
+        ? value.value<QDBusObjectPath>().path()
+        : value.toString();
+    return path.startsWith(portalPath() + QStringLiteral("/session/")) ? path : QString{};
 }
 
 QVariant shortcuts()
@@ -91,16 +102,16 @@ void PortalShortcut::createSession()
 
 void PortalShortcut::bind(const QVariantMap& results)
 {
-    const QString path = results.value(QStringLiteral("session_handle")).toString();
     m_portal = m_request->portal();
-    m_session = QDBusObjectPath{path};
-    if (m_session.path().isEmpty()) {
+    m_session = sessionOf(results);
+    if (m_session.isEmpty()) {
         giveUp();
         return;
     }
-    m_bus.connect(QString{}, path, sessionInterface, QStringLiteral("Closed"), this, SLOT(takeEnd(QDBusMessage)));
-    m_request = std::make_unique<PortalRequest>(m_keeper, m_bus, QStringLiteral("GlobalShortcuts.BindShortcuts"),
-                                                QVariantList{QVariant::fromValue(m_session), shortcuts(), QString{}});
+    m_bus.connect(QString{}, m_session, sessionInterface, QStringLiteral("Closed"), this, SLOT(takeEnd(QDBusMessage)));
+    m_request = std::make_unique<PortalRequest>(
+        m_keeper, m_bus, QStringLiteral("GlobalShortcuts.BindShortcuts"),
+        QVariantList{QVariant::fromValue(QDBusObjectPath{m_session}), shortcuts(), QString{}});
     connect(m_request.get(), &PortalRequest::succeeded, this, &PortalShortcut::takeGrant);
     connect(m_request.get(), &PortalRequest::failed, this, &PortalShortcut::giveUp);
 }
@@ -126,13 +137,13 @@ void PortalShortcut::takeActivation(const QDBusMessage& activation)
     const QVariantList arguments = activation.arguments();
     if (!m_isBound || activation.service() != m_portal || activation.signature() != QLatin1StringView{"osta{sv}"})
         return;
-    if (arguments.at(0).value<QDBusObjectPath>() == m_session && arguments.at(1).toString() == shortcutId)
+    if (arguments.at(0).value<QDBusObjectPath>().path() == m_session && arguments.at(1).toString() == shortcutId)
         QMetaObject::invokeMethod(this, &GlobalShortcut::activated, Qt::QueuedConnection);
 }
 
 void PortalShortcut::takeEnd(const QDBusMessage& end)
 {
-    if (end.service() == m_portal && end.path() == m_session.path())
+    if (end.service() == m_portal && end.path() == m_session)
         giveUp();
 }
 
@@ -158,7 +169,7 @@ void PortalShortcut::setBound(bool isBound)
 
 void PortalShortcut::closeSession()
 {
-    const QString path = std::exchange(m_session, {}).path();
+    const QString path = std::exchange(m_session, {});
     if (!path.isEmpty())
         m_bus.send(QDBusMessage::createMethodCall(m_portal, path, sessionInterface, QStringLiteral("Close")));
 }

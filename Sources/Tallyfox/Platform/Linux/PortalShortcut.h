@@ -3,8 +3,6 @@
 #include "Tallyfox/Platform/GlobalShortcut.h"
 #include "Tallyfox/Platform/Linux/PortalRequest.h"
 
-#include <QDBusObjectPath>
-
 namespace tallyfox {
 
 /// The keys as the desktop portal grants them; the user may have chosen others there. A portal that refuses is not
@@ -43,7 +41,7 @@ private:
     QObject m_keeper; ///< of calls that are under way
     std::unique_ptr<PortalRequest> m_request; ///< the one under way, or the last
     QString m_portal; ///< the unique name of the one with the session
-    QDBusObjectPath m_session; ///< empty without one
+    QString m_session; ///< its path; empty without one
     bool m_isBound = false;
     bool m_isMissed = false; ///< the portal that had granted the shortcut is gone
 };

@@ -31,6 +31,12 @@ Q_SIGNALS:
 void callService(QObject& keeper, const QDBusConnection& bus, const QDBusMessage& call,
                  const std::function<void(const QDBusPendingCall&)>& handle)
 {
+    if (!bus.isConnected()) { // nobody would ever hear of such a call
+        const QDBusError error{QDBusError::Disconnected, QStringLiteral("no bus")};
+        QMetaObject::invokeMethod(
+            &keeper, [handle, error] { handle(QDBusPendingCall::fromError(error)); }, Qt::QueuedConnection);
+        return;
+    }
     auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(call, std::numeric_limits<int>::max()), &keeper);
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, &keeper, [handle](QDBusPendingCallWatcher* finished) {
         finished->deleteLater(); // it is at work still, and would otherwise stay as long as its keeper

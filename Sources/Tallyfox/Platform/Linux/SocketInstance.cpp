@@ -137,7 +137,8 @@ bool SocketInstance::send(InstanceRequest request, std::chrono::milliseconds lim
 {
     const QDeadlineTimer deadline{limit};
     const auto address = localAddress(m_socketPath);
-    if (!address || !isPrivateFolder(m_folder))
+    // There has never been an agent where there is no lock.
+    if (!address || !isPrivateFolder(m_folder) || access(m_lockPath.constData(), F_OK) != 0)
         return false;
     // An agent that has its lock may not have its socket yet.
     while (!isAnswered(*address, request, deadline)) {

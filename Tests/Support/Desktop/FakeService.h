@@ -1,0 +1,93 @@
+#pragma once
+
+#include <QDBusArgument>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusVirtualObject>
+#include <QStringList>
+
+#include <functional>
+#include <optional>
+
+namespace tallyfox::test {
+
+/// A service on a bus that answers whatever the test wants, and remembers what it was asked.
+class FakeService : public QDBusVirtualObject {
+public:
+    /// What to send back; no message for silence.
+    using Answer = std::function<std::optional<QDBusMessage>(const QDBusMessage& call)>;
+
+    /// Takes `name` on `bus`, which must be a connection of its own, for everything below "/".
+    FakeService(const QDBusConnection& bus, const QString& name, Answer answer)
+        : m_bus(bus)
+        , m_name(name)
+        , m_answer(std::move(answer))
+    {
+        m_bus.registerVirtualObject(QStringLiteral("/"), this, QDBusConnection::SubPath);
+        m_bus.registerService(name);
+    }
+    ~FakeService() override
+    {
+        m_bus.unregisterObject(QStringLiteral("/"));
+        m_bus.unregisterService(m_name);
+    }
+
+    /// The calls that have come, "Method(argument, …)", numbers and texts only.
+    [[nodiscard]] const QStringList& calls() const
+    {
+        return m_calls;
+    }
+    [[nodiscard]] const QList<QDBusMessage>& messages() const
+    {
+        return m_messages;
+    }
+    [[nodiscard]] QDBusConnection& bus()
+    {
+        return m_bus;
+    }
+
+    QString introspect(const QString&) const override
+    {
+        return {};
+    }
+
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override
+    {
+        QStringList arguments;
+        for (const QVariant& argument : message.arguments()) {
+            if (argument.canConvert<QString>() && argument.userType() != qMetaTypeId<QDBusArgument>())
+                arguments += argument.toString();
+        }
+        m_calls += message.member() + QLatin1Char('(') + arguments.join(QStringLiteral(", ")) + QLatin1Char(')');
+        m_messages += message;
+        if (const auto answer = m_answer(message))
+            connection.send(*answer);
+        return true;
+    }
+
+private:
+    QDBusConnection m_bus;
+    QString m_name;
+    Answer m_answer;
+    QStringList m_calls;
+    QList<QDBusMessage> m_messages;
+};
+
+/// Answers every call with these values.
+inline FakeService::Answer answering(const QVariantList& values)
+{
+    return [values](const QDBusMessage& call) { return call.createReply(values); };
+}
+
+inline FakeService::Answer refusing()
+{
+    return
+        [](const QDBusMessage& call) { return call.createErrorReply(QDBusError::AccessDenied, QStringLiteral("no")); };
+}
+
+inline FakeService::Answer silent()
+{
+    return [](const QDBusMessage&) { return std::nullopt; };
+}
+
+} // namespace tallyfox::test
