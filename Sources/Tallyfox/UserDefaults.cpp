@@ -6,7 +6,6 @@
 
 #include <array>
 #include <charconv>
-#include <cstdlib>
 #include <limits>
 
 namespace tallyfox {
@@ -143,10 +142,7 @@ bool setFlag(const std::filesystem::path& file, std::string_view key, bool value
 
 std::filesystem::path UserDefaults::standardPath()
 {
-    const char* const configured = std::getenv("XDG_CONFIG_HOME");
-    const std::filesystem::path folder =
-        configured && configured[0] == '/' ? std::filesystem::path{configured} : accountHome() / ".config";
-    return folder / "tallyfox" / "tallyfox.ini";
+    return configurationFolder() / "tallyfox" / "tallyfox.ini";
 }
 
 UserDefaults::UserDefaults(std::filesystem::path file)

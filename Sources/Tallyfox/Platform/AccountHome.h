@@ -9,4 +9,8 @@ namespace tallyfox {
 /// the environment meanwhile.
 std::filesystem::path accountHome();
 
+/// The folder of the account's configuration files: `$XDG_CONFIG_HOME` when it is an absolute path, else ".config" in
+/// its home. Any thread, under the same condition.
+std::filesystem::path configurationFolder();
+
 } // namespace tallyfox

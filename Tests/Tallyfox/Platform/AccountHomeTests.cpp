@@ -38,4 +38,15 @@ TEST(AccountHome, missingHomeFallsBackToTheAccountDatabase)
     EXPECT_EQ(accountHome(), homeInDatabase());
 }
 
+TEST(ConfigurationFolder, isTheOneOfTheEnvironmentOnlyWhenThatIsAbsolute)
+{
+    ASSERT_EQ(setenv("HOME", "/home/ada", 1), 0);
+    ASSERT_EQ(setenv("XDG_CONFIG_HOME", "/configuration", 1), 0);
+    EXPECT_EQ(configurationFolder(), "/configuration");
+    ASSERT_EQ(setenv("XDG_CONFIG_HOME", "relative", 1), 0);
+    EXPECT_EQ(configurationFolder(), "/home/ada/.config");
+    ASSERT_EQ(unsetenv("XDG_CONFIG_HOME"), 0);
+    EXPECT_EQ(configurationFolder(), "/home/ada/.config");
+}
+
 } // namespace tallyfox::test

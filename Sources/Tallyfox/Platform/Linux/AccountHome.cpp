@@ -37,4 +37,10 @@ std::filesystem::path accountHome()
     return homeInAccountDatabase().value_or("/");
 }
 
+std::filesystem::path configurationFolder()
+{
+    const auto configured = absolutePath(std::getenv("XDG_CONFIG_HOME"));
+    return configured ? *configured : accountHome() / ".config";
+}
+
 } // namespace tallyfox
