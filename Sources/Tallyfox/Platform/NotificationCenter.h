@@ -1,0 +1,34 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+class QDBusConnection;
+
+namespace tallyfox {
+
+/// What notifications are allowed to do.
+struct NotificationOptions {
+    bool alert = false;
+    bool sound = false;
+};
+
+/// The desktop's notifications, as far as this program uses them: it asks whether it may, and posts none. Main thread.
+class NotificationCenter {
+public:
+    /// Called at most once, on the main thread, after `requestAuthorization` has returned and while the object lives.
+    using Completion = std::function<void(bool granted)>;
+
+    NotificationCenter() = default;
+    NotificationCenter(const NotificationCenter&) = delete;
+    NotificationCenter& operator=(const NotificationCenter&) = delete;
+    virtual ~NotificationCenter() = default;
+
+    /// Asks for permission. An error, and no answer within the bounds of the implementation, count as not granted.
+    virtual void requestAuthorization(NotificationOptions options, Completion completion) = 0;
+};
+
+/// The notifications of the desktop on this session bus, connected or not.
+std::unique_ptr<NotificationCenter> makeNotificationCenter(const QDBusConnection& bus);
+
+} // namespace tallyfox
