@@ -1,5 +1,5 @@
 #include "Support/Desktop/PrivateBus.h"
-#include "Support/Desktop/Spin.h"
+#include "Support/SpinUntil.h"
 #include "Tallyfox/Platform/Linux/BusNotificationCenter.h"
 
 #include <QDBusMessage>

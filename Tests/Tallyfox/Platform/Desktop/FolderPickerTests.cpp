@@ -1,5 +1,5 @@
-#include "Support/Desktop/Spin.h"
 #include "Support/ScratchFolder.h"
+#include "Support/SpinUntil.h"
 #include "Tallyfox/Platform/Linux/FolderPicker.h"
 
 #include <QApplication>

@@ -1,7 +1,6 @@
+#include "Support/Desktop/PrivateDisplay.h"
 #include "Tallyfox/Platform/Linux/WindowListing.h"
 
-#include <QByteArray>
-#include <QProcess>
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -23,15 +22,8 @@ class WindowListingTest : public testing::Test {
 protected:
     void SetUp() override
     {
-        m_server.start(QStringLiteral("Xvfb"),
-                       {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-nolisten"),
-                        QStringLiteral("tcp"), QStringLiteral("-screen"), QStringLiteral("0"),
-                        QStringLiteral("64x64x24")});
-        while (!m_server.canReadLine() && m_server.waitForReadyRead(30'000)) {
-        }
-        const QByteArray display = ':' + m_server.readLine().trimmed();
-        m_connection = xcb_connect(display.constData(), nullptr);
-        ASSERT_EQ(xcb_connection_has_error(m_connection), 0) << "no X server: " << display.constData();
+        m_connection = xcb_connect(m_display.name().toUtf8().constData(), nullptr);
+        ASSERT_EQ(xcb_connection_has_error(m_connection), 0);
         m_root = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root;
         m_window = xcb_generate_id(m_connection);
         xcb_create_window(m_connection, XCB_COPY_FROM_PARENT, m_window, m_root, 0, 0, 8, 8, 0,
@@ -42,8 +34,6 @@ protected:
     {
         if (m_connection)
             xcb_disconnect(m_connection);
-        m_server.kill();
-        m_server.waitForFinished();
     }
 
     xcb_atom_t atom(const std::string& name) const
@@ -70,7 +60,7 @@ protected:
     xcb_window_t m_window = 0;
 
 private:
-    QProcess m_server;
+    PrivateDisplay m_display;
 };
 
 TEST_F(WindowListingTest, hiddenWindowSaysOfItselfWhetherItIsListed)
