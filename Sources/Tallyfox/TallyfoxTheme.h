@@ -40,6 +40,8 @@ QFont system(int pixelSize, QFont::Weight weight = QFont::Normal);
 
 inline constexpr int popoverWidth = 420;
 inline constexpr int popoverHeight = 680;
+inline constexpr int settingsWidth = 900;
+inline constexpr int settingsHeight = 480;
 inline constexpr int tabPadding = 12; ///< around a tab's content
 inline constexpr int tabSpacing = 12; ///< between the parts of a tab
 inline constexpr int cardPadding = 13;
