@@ -66,9 +66,9 @@ std::optional<QPoint> popoverPosition(const ScreenArea& area, const QSize& size)
         return std::nullopt;
     const bool isTop = static_cast<Side>(most - taken.begin()) == Side::top;
     const bool isLeft = static_cast<Side>(most - taken.begin()) == Side::left;
-    return clamped({isLeft ? area.workArea.left() : area.workArea.right(),
-                    isTop ? area.workArea.top() : area.workArea.bottom()},
-                   area.workArea, size);
+    return clamped(
+        {isLeft ? area.workArea.left() : area.workArea.right(), isTop ? area.workArea.top() : area.workArea.bottom()},
+        area.workArea, size);
 }
 
 QPoint centredPosition(const ScreenArea& area, const QSize& size)

@@ -6,10 +6,19 @@
 
 namespace tallyfox::AgentProgram {
 
+namespace {
+
+std::filesystem::path folderOfThisProgram(std::error_code& error)
+{
+    return std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
+}
+
+} // namespace
+
 std::error_code replaceThisProcess(char** argv)
 {
     std::error_code error;
-    const std::filesystem::path folder = std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
+    const std::filesystem::path folder = folderOfThisProgram(error);
     if (error)
         return error;
     // Beside this program where it was built, and where an installation puts what is no command of its own.
@@ -20,6 +29,16 @@ std::error_code replaceThisProcess(char** argv)
             break;
     }
     return error;
+}
+
+std::filesystem::path command()
+{
+    std::error_code error;
+    const std::filesystem::path folder = folderOfThisProgram(error);
+    const std::filesystem::path built = folder / "tallyfox";
+    if (std::filesystem::is_regular_file(built, error))
+        return built;
+    return (folder / "../../bin/tallyfox").lexically_normal();
 }
 
 } // namespace tallyfox::AgentProgram

@@ -23,8 +23,9 @@ xcb_atom_t atom(xcb_connection_t* connection, const QByteArray& name)
 
 bool desktopComposes()
 {
+    // The offscreen platform has this interface too, but no X server behind it.
     const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (!x11)
+    if (!x11 || QGuiApplication::platformName() != QStringLiteral("xcb"))
         return QGuiApplication::platformName().startsWith(QStringLiteral("wayland"));
     xcb_connection_t* connection = x11->connection();
     // A compositing manager owns this selection (EWMH). Qt's windows are all on the first X screen.

@@ -1,0 +1,112 @@
+#include "Tallyfox/Shell/PopoverWindow.h"
+
+#include "Tallyfox/Platform/Compositing.h"
+#include "Tallyfox/Shell/PopoverPlacement.h"
+#include "Tallyfox/TallyfoxTheme.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QMouseEvent>
+#include <QScreen>
+#include <QVBoxLayout>
+
+namespace tallyfox {
+
+namespace {
+
+constexpr int fadeMilliseconds = 120;
+
+/// How long after a press a panel may take to report the click: it waits for the release.
+constexpr qint64 clickMilliseconds = 400;
+
+/// A Wayland client cannot say where its window goes, and may open popups only from a window of its own: there the
+/// popover is an ordinary window that closes when another one gets the focus.
+bool canPlaceItself()
+{
+    return !QGuiApplication::platformName().startsWith(QStringLiteral("wayland"));
+}
+
+const QScreen& screenAt(const QPoint& position)
+{
+    const QScreen* screen = QGuiApplication::screenAt(position);
+    return screen ? *screen : *QGuiApplication::primaryScreen();
+}
+
+QPoint positionFor(std::optional<QPoint> click, const QSize& size)
+{
+    const QScreen& screen = screenAt(click.value_or(QCursor::pos()));
+    const ScreenArea area{screen.geometry(), screen.availableGeometry()};
+    if (click)
+        return popoverPosition(*click, area, size);
+    return popoverPosition(area, size).value_or(centredPosition(area, size));
+}
+
+} // namespace
+
+PopoverWindow::PopoverWindow(QWidget* parent)
+    : QWidget(parent, (canPlaceItself() ? Qt::Popup : Qt::Window) | Qt::FramelessWindowHint)
+    , m_view(new PopoverView{PopoverTab::overview, this})
+    , m_fade(this, "windowOpacity")
+{
+    setObjectName(QStringLiteral("popover"));
+    setWindowTitle(QStringLiteral("Tallyfox"));
+    setFixedSize(Theme::popoverWidth, Theme::popoverHeight);
+    auto* layout = new QVBoxLayout{this};
+    layout->setContentsMargins({});
+    layout->addWidget(m_view);
+    m_fade.setDuration(fadeMilliseconds);
+    m_fade.setStartValue(0.0);
+    m_fade.setEndValue(1.0);
+}
+
+void PopoverWindow::open(std::optional<QPoint> click)
+{
+    m_sinceClosingClick.invalidate();
+    move(positionFor(click, size()));
+    const bool fades = desktopComposes();
+    setWindowOpacity(fades ? 0 : 1);
+    show();
+    raise();
+    activateWindow();
+    // A popup gets the keyboard, but no widget in it the focus, by itself. Screen readers follow the focus.
+    m_view->setFocus(Qt::PopupFocusReason);
+    if (fades)
+        m_fade.start();
+    Q_EMIT opened();
+}
+
+bool PopoverWindow::wasJustClosedByClick() const
+{
+    return m_sinceClosingClick.isValid() && m_sinceClosingClick.elapsed() < clickMilliseconds;
+}
+
+void PopoverWindow::mousePressEvent(QMouseEvent* event)
+{
+    if (!rect().contains(event->position().toPoint()))
+        m_sinceClosingClick.start();
+    QWidget::mousePressEvent(event);
+}
+
+void PopoverWindow::keyPressEvent(QKeyEvent* event)
+{
+    if (event->matches(QKeySequence::Cancel))
+        hide();
+    else
+        QWidget::keyPressEvent(event);
+}
+
+bool PopoverWindow::event(QEvent* event)
+{
+    if (event->type() == QEvent::WindowDeactivate && windowType() != Qt::Popup)
+        hide();
+    return QWidget::event(event);
+}
+
+void PopoverWindow::hideEvent(QHideEvent* event)
+{
+    m_fade.stop();
+    QWidget::hideEvent(event);
+    Q_EMIT closed();
+}
+
+} // namespace tallyfox

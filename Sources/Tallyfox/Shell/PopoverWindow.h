@@ -1,0 +1,50 @@
+#pragma once
+
+#include "Tallyfox/Popover/PopoverView.h"
+
+#include <QElapsedTimer>
+#include <QPropertyAnimation>
+#include <QWidget>
+
+#include <optional>
+
+namespace tallyfox {
+
+/// The window of the popover: opens beside the status item, has the keyboard at once, and closes on a click outside
+/// and on Escape. Made once, then hidden and shown again.
+class PopoverWindow : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit PopoverWindow(QWidget* parent = nullptr);
+
+    [[nodiscard]] PopoverView& view()
+    {
+        return *m_view;
+    }
+
+    /// Opens it beside a click on the status item; without one, at the end of the panel, or in the middle of the
+    /// screen with the pointer where there is no panel.
+    void open(std::optional<QPoint> click);
+
+    /// Whether it has just been closed by a click outside of it. Where that click was one on the status item, the
+    /// panel reports it afterwards, and it must not open the popover again.
+    [[nodiscard]] bool wasJustClosedByClick() const;
+
+Q_SIGNALS:
+    void opened();
+    void closed();
+
+protected:
+    bool event(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
+private:
+    PopoverView* m_view;
+    QPropertyAnimation m_fade;
+    QElapsedTimer m_sinceClosingClick;
+};
+
+} // namespace tallyfox
