@@ -1,0 +1,21 @@
+#pragma once
+
+#include "Tallyfox/Store/UsageSnapshot.h"
+
+#include <QString>
+
+#include <vector>
+
+namespace tallyfox::gallery {
+
+/// One situation that the views are looked at in.
+struct GalleryState {
+    QString name; ///< part of the picture's file name
+    UsageSnapshot usage;
+};
+
+/// The situations that differ in what is drawn, the same ones at every run: no data, local history, a partial scan, a
+/// quota with a weekly window, a stale quota, no permission, and figures and texts as long as they get.
+std::vector<GalleryState> galleryStates();
+
+} // namespace tallyfox::gallery

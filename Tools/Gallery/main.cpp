@@ -1,0 +1,103 @@
+// Draws every view in every situation into PNG files, without a display: to be looked at, and compared with.
+//
+//   gallery DIR [--home HOME]
+//
+// The scale is that of QT_SCALE_FACTOR and becomes part of the names. With a home folder, the views show its figures.
+
+#include "Gallery/GalleryStates.h"
+#include "Tallyfox/Platform/SystemCalendar.h"
+#include "Tallyfox/Popover/PopoverView.h"
+#include "Tallyfox/Store/StoreEnvironment.h"
+#include "Tallyfox/TallyfoxTheme.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QDir>
+#include <QLocale>
+#include <QTextStream>
+
+#include <algorithm>
+
+namespace {
+
+using namespace tallyfox;
+using tallyfox::gallery::GalleryState;
+
+/// The figures of real histories, and a quota as `codex` would report it.
+GalleryState stateOfHome(const QString& home)
+{
+    StoreEnvironmentOptions options;
+    options.home = home.toStdString();
+    options.fetchQuota = false;
+    UsageStoreEnvironment environment = systemEnvironment(options);
+    environment.fetchQuota = [now = environment.now](const std::stop_token&) {
+        const auto states = gallery::galleryStates();
+        const auto withQuota = std::find_if(states.begin(), states.end(), [](const GalleryState& state) {
+            return state.name == QStringLiteral("quota");
+        });
+        QuotaSnapshot quota = *withQuota->usage.states.back().quota;
+        const auto shift = now() - withQuota->usage.now;
+        quota.primary.resetsAt = *quota.primary.resetsAt + shift;
+        quota.secondary->resetsAt = *quota.secondary->resetsAt + shift;
+        return std::variant<QuotaSnapshot, QuotaError>{quota};
+    };
+    UsageStore store{environment};
+    QObject::connect(&store, &UsageStore::isRefreshingPublished, &store, [](bool isRefreshing) {
+        if (!isRefreshing)
+            QCoreApplication::quit();
+    });
+    store.refresh();
+    QCoreApplication::exec();
+    return {.name = QStringLiteral("home"), .usage = usageSnapshot(store, environment.now(), systemCalendar())};
+}
+
+bool save(QWidget& widget, const QDir& folder, const QString& name)
+{
+    const QString scale = QString::number(widget.devicePixelRatioF()).replace(QLatin1Char('.'), QLatin1Char('_'));
+    const QString file = folder.filePath(name + QStringLiteral("@%1x.png").arg(scale));
+    if (widget.grab().save(file))
+        return true;
+    QTextStream{stderr} << "gallery: cannot write " << file << '\n';
+    return false;
+}
+
+bool drawPopover(const GalleryState& state, const QDir& folder)
+{
+    return std::all_of(allPopoverTabs.begin(), allPopoverTabs.end(), [&](PopoverTab tab) {
+        PopoverView view{tab};
+        view.setAttribute(Qt::WA_DontShowOnScreen);
+        view.setUsage(state.usage);
+        view.show();
+        QCoreApplication::sendPostedEvents(); // the layout is made when the event loop comes round
+        const QString tabName = QString::fromLatin1(rawValue(tab)).toLower();
+        return save(view, folder, QStringLiteral("popover-%1-%2").arg(tabName, state.name));
+    });
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application{argc, argv};
+    QLocale::setDefault(QLocale{QLocale::English, QLocale::UnitedStates});
+    QCommandLineParser parser;
+    parser.addPositionalArgument(QStringLiteral("DIR"), QStringLiteral("where the pictures go"));
+    const QCommandLineOption home{QStringLiteral("home"), QStringLiteral("show this folder's figures"),
+                                  QStringLiteral("HOME")};
+    const QCommandLineOption font{QStringLiteral("font"), QStringLiteral("font family"), QStringLiteral("FAMILY"),
+                                  QStringLiteral("DejaVu Sans")};
+    parser.addOptions({home, font});
+    parser.addHelpOption();
+    parser.process(application);
+    if (parser.positionalArguments().size() != 1 || !QDir{}.mkpath(parser.positionalArguments().constFirst()))
+        parser.showHelp(2);
+    QApplication::setFont(QFont{parser.value(font)});
+    Theme::apply(application);
+
+    const QDir folder{parser.positionalArguments().constFirst()};
+    const auto states = parser.isSet(home) ? std::vector{stateOfHome(parser.value(home))} : gallery::galleryStates();
+    const bool isDrawn = std::all_of(states.begin(), states.end(),
+                                     [&](const GalleryState& state) { return drawPopover(state, folder); });
+    return isDrawn ? 0 : 1;
+}
