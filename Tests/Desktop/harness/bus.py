@@ -1,0 +1,115 @@
+"""A session bus of the test's own, a real one, that starts no service but those a desktop of these tests is made of."""
+
+import os
+
+import gi
+
+gi.require_version("Gio", "2.0")
+from gi.repository import Gio, GLib
+
+from .waiting import Failure, until
+
+CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+ "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
+<busconfig>
+  <type>session</type>
+  <listen>unix:tmpdir={folder}</listen>
+  <servicedir>{services}</servicedir>
+  <policy context="default">
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow eavesdrop="true"/>
+    <allow own="*"/>
+  </policy>
+</busconfig>
+"""
+
+CALL_LIMIT = 10_000  # milliseconds
+
+
+class Bus:
+    def __init__(self, processes, services):
+        """`services`: names of the service files of this machine that the bus may start."""
+        folder = os.path.join(processes.folder, "bus")
+        links = os.path.join(folder, "services")
+        os.makedirs(links)
+        for service in services:
+            source = f"/usr/share/dbus-1/services/{service}.service"
+            if not os.path.exists(source):
+                raise Failure(f"{source} is not installed: run scripts/bootstrap")
+            os.symlink(source, os.path.join(links, f"{service}.service"))
+        configuration = os.path.join(folder, "bus.conf")
+        with open(configuration, "w", encoding="utf-8") as file:
+            file.write(CONFIGURATION.format(folder=folder, services=links))
+        reader, writer = os.pipe()
+        processes.start("bus", ["dbus-daemon", "--nofork", f"--config-file={configuration}",
+                                f"--print-address={writer}"], pass_fds=[writer])
+        os.close(writer)
+        with os.fdopen(reader, encoding="utf-8") as addresses:
+            self.address = addresses.readline().strip()
+        if not self.address:
+            raise Failure("dbus-daemon printed no address")
+        self._connection = self.connect()
+
+    def connect(self):
+        flags = Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION
+        return Gio.DBusConnection.new_for_address_sync(self.address, flags, None, None)
+
+    def call(self, name, path, interface, method, arguments=None, limit=CALL_LIMIT):
+        """Calls a method and returns what it returns, as a tuple; an error reply is a GLib.Error."""
+        reply = self._connection.call_sync(name, path, interface, method, arguments, None,
+                                           Gio.DBusCallFlags.NO_AUTO_START, limit, None)
+        return reply.unpack()
+
+    def property(self, name, path, interface, member):
+        return self.call(name, path, "org.freedesktop.DBus.Properties", "Get",
+                         GLib.Variant("(ss)", (interface, member)))[0]
+
+    def count_signals(self, interface, member):
+        """Counts signals of a name from now on; returns a function that gives the number so far."""
+        seen = []
+        self._connection.signal_subscribe(None, interface, member, None, None, Gio.DBusSignalFlags.NONE,
+                                          lambda *signal: seen.append(signal))
+        context = GLib.MainContext.default()
+
+        def count():
+            while context.iteration(False):
+                pass
+            return len(seen)
+        return count
+
+    def has(self, name):
+        return self.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "NameHasOwner",
+                         GLib.Variant("(s)", (name,)))[0]
+
+    def process_of(self, name):
+        return self.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+                         "GetConnectionUnixProcessID", GLib.Variant("(s)", (name,)))[0]
+
+
+class StatusItems:
+    """The status items as the watcher of the panel knows them."""
+
+    WATCHER = "org.kde.StatusNotifierWatcher"
+    ITEM = "org.kde.StatusNotifierItem"
+
+    def __init__(self, bus):
+        self._bus = bus
+
+    def addresses(self):
+        """The bus name and object path of each registered item; none without a watcher."""
+        try:
+            items = self._bus.property(self.WATCHER, "/StatusNotifierWatcher", self.WATCHER,
+                                       "RegisteredStatusNotifierItems")
+        except GLib.Error:
+            return []
+        return [(item.partition("/")[0], "/" + item.partition("/")[2]) for item in items]
+
+    def one(self):
+        """Waits for an item and returns its address; fails when there are several."""
+        found = until("a status item is registered", self.addresses)
+        if len(found) != 1:
+            raise Failure(f"{len(found)} status items are registered: {found}")
+        return found[0]
+
+    def property(self, address, member):
+        return self._bus.property(*address, self.ITEM, member)

@@ -1,0 +1,197 @@
+"""One desktop of a test's own: an X server, a session bus, a window manager, a panel, and the program in it."""
+
+import os
+import signal
+import stat
+import time
+import uuid
+
+from .bus import Bus, StatusItems
+from .codex import FakeCodex
+from .display import Display, virtual_server
+from .panels import BACKGROUND
+from .processes import SUBJECT_MARK, Processes, command_line
+from .waiting import expect, expect_equal, settled, until
+
+POPOVER_SIZE = (420, 680)  # logical pixels
+
+
+class Surroundings:
+    """What the environment of a test is made of, whatever desktop runs in it. The home folder of the account is empty
+    but for `codex`; histories are in the sample home."""
+
+    def __init__(self, folder, options):
+        self.folder = folder
+        self.options = options
+        self.desktop = None  # the one that was made last
+        self.config_home = os.path.join(folder, "config")
+        home = os.path.join(folder, "home")
+        runtime = os.path.join(folder, "runtime")
+        for path in (self.config_home, home, runtime):
+            os.mkdir(path, stat.S_IRWXU)
+        self.codex = FakeCodex(home)
+        environment = {
+            "PATH": "/usr/local/bin:/usr/bin:/bin", "HOME": home, "LC_ALL": "C.UTF-8", "TMPDIR": folder,
+            "XDG_CONFIG_HOME": self.config_home, "XDG_RUNTIME_DIR": runtime,
+            "XDG_CACHE_HOME": os.path.join(folder, "cache"), "XDG_DATA_HOME": os.path.join(folder, "data"),
+            "XDG_STATE_HOME": os.path.join(folder, "state"), "XDG_SESSION_TYPE": "x11",
+            "NO_AT_BRIDGE": "1",  # the panels speak to no screen reader
+        }
+        environment.update({key: value for key, value in os.environ.items() if key.endswith("SAN_OPTIONS")})
+        self.processes = Processes(folder, environment)
+
+    def screenshot_path(self, name):
+        return os.path.join(self.options.screenshots, "-".join(filter(None, (self.options.test, name))) + ".png")
+
+    def log(self, name):
+        path = os.path.join(self.folder, f"{name}.log")
+        if not os.path.exists(path):
+            return ""
+        with open(path, encoding="utf-8", errors="replace") as file:
+            return file.read()
+
+
+class Desktop:
+    """Without a panel at first. `bus`: whether there is a session bus."""
+
+    def __init__(self, surroundings, panel=None, display=None, bus=True, window_manager=True, services=()):
+        self.surroundings = surroundings
+        self.processes = surroundings.processes
+        self.panel = panel
+        self.display = display or Display(self.processes, virtual_server("1280x800"))
+        environment = self.processes.environment
+        environment["DISPLAY"] = self.display.name
+        environment["DBUS_SESSION_BUS_ADDRESS"] = f"unix:path={surroundings.folder}/no-such-bus"
+        if panel:
+            environment.update(panel.environment)
+            panel.configure(surroundings.config_home)
+        self.bus = None
+        if bus:
+            self.bus = Bus(self.processes, [*services, *(panel.services if panel else ())])
+            environment["DBUS_SESSION_BUS_ADDRESS"] = self.bus.address
+            self.items = StatusItems(self.bus)
+        if window_manager:
+            self.processes.start("openbox", ["openbox", "--sm-disable"])
+            until("the window manager runs", lambda: self.display.root_property("_NET_SUPPORTING_WM_CHECK"))
+
+        surroundings.desktop = self
+
+    def screenshot(self, name=""):
+        """Leaves a picture of the whole screen beside those of the other tests."""
+        self.display.picture().save(self.surroundings.screenshot_path(name))
+
+    # ---- The panel ----
+
+    @property
+    def bar(self):
+        return self.panel.bar(self.panel.screen or self.display.box)
+
+    @property
+    def work_area(self):
+        return self.panel.work_area(self.panel.screen or self.display.box)
+
+    def start_panel(self):
+        self.processes.start("panel", self.panel.command(self.surroundings.config_home))
+        until("the panel has a place for items", self._has_tray)
+
+    def _has_tray(self):
+        if self.panel.has_watcher:
+            return self.bus.has(StatusItems.WATCHER)
+        return self.display.has_tray()
+
+    def kill_panel(self):
+        """Ends the panel as a crash does."""
+        self.processes.end(pid for program in (self.panel.program, *self.panel.helpers)
+                           for pid in self.processes.named(program))
+        until("the panel is gone", lambda: not self._has_tray() and not self.display.picture(self.bar).share(BACKGROUND))
+
+    def _drawn_item(self):
+        """Where the item is in the panel, and what it looks like; None while the bar is empty or not drawn."""
+        picture = self.display.picture(self.bar)
+        outline = picture.outline(BACKGROUND) if picture.share(BACKGROUND) > 0.8 else None
+        return (outline, picture.data) if outline else None
+
+    def has_item(self):
+        return self._drawn_item() is not None
+
+    def item_picture(self):
+        """Waits until the item is drawn, and no more changes, and returns the picture of the bar around it. The
+        pointer must be elsewhere, as panels mark what it is on."""
+        outline, _ = settled("the item is drawn in the panel", self._drawn_item)
+        return self.display.picture(outline)
+
+    def item_box(self):
+        return self.item_picture().box
+
+    # ---- The program ----
+
+    def start_agent(self, *arguments, name="agent", environment=None):
+        options = self.surroundings.options
+        home = ["--home", options.home] if options.home and "--toggle" not in arguments else []
+        environment = {**(environment or {}), SUBJECT_MARK: uuid.uuid4().hex}
+        process = self.processes.start(name, [options.program, *home, *arguments], environment)
+        return Agent(self, process, name, environment[SUBJECT_MARK])
+
+    def run(self, *arguments, name="second"):
+        """Starts the program once more and waits for its end; returns its status, what it printed, and seconds."""
+        begin = time.monotonic()
+        agent = self.start_agent(*arguments, name=name)
+        status = agent.wait()
+        return status, self.surroundings.log(name), time.monotonic() - begin
+
+
+class Agent:
+    """The program as it runs on a desktop."""
+
+    def __init__(self, desktop, process, name, mark):
+        self._desktop = desktop
+        self._process = process
+        self._name = name
+        self._mark = mark
+        self.pid = process.pid
+
+    @property
+    def output(self):
+        return self._desktop.surroundings.log(self._name)
+
+    def is_running(self):
+        return self._process.poll() is None
+
+    def wait(self):
+        until("the program has ended", lambda: not self.is_running())
+        return self._process.returncode
+
+    def popover(self, scale=1):
+        """Where the popover is on the screen, in device pixels; None while it is not open."""
+        size = tuple(round(length * scale) for length in POPOVER_SIZE)
+        boxes = [box for _, box in self._desktop.display.windows_of(self.pid) if (box.width, box.height) == size]
+        expect(len(boxes) <= 1, f"several popovers: {boxes}")
+        return boxes[0] if boxes else None
+
+    def opened_popover(self, scale=1):
+        def box():
+            expect(self.is_running(), f"the program has ended: {self.output}")
+            return self.popover(scale)
+        return until("the popover is open", box)
+
+    def closed_popover(self):
+        """Waits until the popover is closed, and makes sure that nothing opens it again."""
+        until("the popover is closed", lambda: not self.popover())
+        end = time.monotonic() + 0.4
+        while time.monotonic() < end:
+            expect(not self.popover(), "the popover opened again by itself")
+        expect(self.is_running(), f"the program has ended: {self.output}")
+
+    def end(self, by=signal.SIGTERM):
+        """Asks the program to end, and expects that it does so cleanly, with all that it started. Seconds it took."""
+        begin = time.monotonic()
+        os.kill(self.pid, by)
+        status = self.wait()
+        seconds = time.monotonic() - begin
+        expect(status in (0, -by), f"status {status} after signal {by}")
+        left = self._desktop.processes.marked(SUBJECT_MARK, self._mark)
+        expect(not left, f"the program left processes behind: {[command_line(pid) for pid in left]}")
+        return seconds
+
+    def expect_output(self, lines):
+        expect_equal(self.output.splitlines(), lines, "what the program printed")

@@ -1,0 +1,149 @@
+"""The panels of three desktops, each as small as it can be configured: a bar with nothing but the status area."""
+
+import os
+
+from .display import Box
+
+BAR = 30  # pixels: the height of every bar
+BACKGROUND = (51, 51, 51)  # the colour of every bar, so that whatever else is there is the item
+
+
+def write(folder, path, text):
+    path = os.path.join(folder, path)
+    os.makedirs(os.path.dirname(path), exist_ok=True)
+    with open(path, "w", encoding="utf-8") as file:
+        file.write(text)
+    return path
+
+
+class Panel:
+    """A bar along the upper or lower edge of the screen. `name` is its name in the names of tests."""
+
+    name = ""
+    program = ""
+    helpers = ()  # programs that run beside it and end with it
+    services = ()  # service files that the session bus needs
+    environment = {}
+    has_watcher = True  # speaks StatusNotifierItem; else only the older tray of X11
+    at_bottom = False
+    screen = None  # the box of the screen to stand on; the only one
+
+    def bar(self, screen):
+        """Where the bar stands on a screen of that box."""
+        return Box(screen.x, screen.bottom - BAR if self.at_bottom else screen.y, screen.width, BAR)
+
+    def work_area(self, screen):
+        return Box(screen.x, screen.y + (0 if self.at_bottom else BAR), screen.width, screen.height - BAR)
+
+    def configure(self, config_home):
+        """Writes what the panel reads below `XDG_CONFIG_HOME`."""
+        raise NotImplementedError
+
+    def command(self, config_home):
+        return [self.program]
+
+
+class Xfce(Panel):
+    name = "xfce"
+    program = "xfce4-panel"
+    helpers = ("wrapper-2.0",)
+    services = ("org.xfce.Xfconf",)
+    environment = {"XDG_CURRENT_DESKTOP": "XFCE"}
+    output = "Automatic"  # the screen, by the name of its output
+
+    def configure(self, config_home):
+        write(config_home, "xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml", f"""<?xml version="1.0" encoding="UTF-8"?>
+<channel name="xfce4-panel" version="1.0">
+  <property name="configver" type="int" value="2"/>
+  <property name="panels" type="array">
+    <value type="int" value="1"/>
+    <property name="dark-mode" type="bool" value="false"/>
+    <property name="panel-1" type="empty">
+      <property name="position" type="string" value="p={8 if self.at_bottom else 6};x=0;y=0"/>
+      <property name="output-name" type="string" value="{self.output}"/>
+      <property name="length" type="uint" value="100"/>
+      <property name="position-locked" type="bool" value="true"/>
+      <property name="size" type="uint" value="{BAR}"/>
+      <property name="background-style" type="uint" value="1"/>
+      <property name="background-rgba" type="array">
+        <value type="double" value="0.2"/><value type="double" value="0.2"/>
+        <value type="double" value="0.2"/><value type="double" value="1"/>
+      </property>
+      <property name="plugin-ids" type="array">
+        <value type="int" value="1"/>
+        <value type="int" value="2"/>
+      </property>
+    </property>
+  </property>
+  <property name="plugins" type="empty">
+    <property name="plugin-1" type="string" value="separator">
+      <property name="expand" type="bool" value="true"/>
+      <property name="style" type="uint" value="0"/>
+    </property>
+    <property name="plugin-2" type="string" value="systray"/>
+  </property>
+</channel>
+""")
+
+    def command(self, config_home):
+        return [self.program, "--disable-wm-check"]
+
+
+class Mate(Panel):
+    name = "mate"
+    program = "mate-panel"
+    services = ("org.mate.panel.applet.NotificationAreaAppletFactory",)
+    helpers = ("notification-area-applet",)
+    environment = {"XDG_CURRENT_DESKTOP": "MATE", "GSETTINGS_BACKEND": "keyfile"}
+
+    def configure(self, config_home):
+        write(config_home, "glib-2.0/settings/keyfile", f"""[org/mate/panel/general]
+toplevel-id-list=['bar']
+object-id-list=['tray']
+
+[org/mate/panel/toplevels/bar]
+expand=true
+orientation='{'bottom' if self.at_bottom else 'top'}'
+size={BAR}
+screen=0
+monitor=0
+
+[org/mate/panel/toplevels/bar/background]
+type='color'
+color='rgb(51,51,51)'
+
+[org/mate/panel/objects/tray]
+object-type='applet'
+applet-iid='NotificationAreaAppletFactory::NotificationArea'
+toplevel-id='bar'
+position=0
+panel-right-stick=true
+locked=true
+""")
+
+
+class Tint2(Panel):
+    name = "tint2"
+    program = "tint2"
+    has_watcher = False
+
+    def configure(self, config_home):
+        write(config_home, "tint2/tint2rc", f"""rounded = 0
+border_width = 0
+background_color = #333333 100
+panel_items = FS
+panel_size = 100% {BAR}
+panel_position = {'bottom' if self.at_bottom else 'top'} center horizontal
+panel_background_id = 1
+panel_dock = 0
+wm_menu = 0
+strut_policy = follow_size
+systray_padding = 2 2 2
+systray_icon_size = 24
+""")
+
+    def command(self, config_home):
+        return [self.program, "-c", os.path.join(config_home, "tint2/tint2rc")]
+
+
+PANELS = {panel.name: panel for panel in (Xfce, Mate, Tint2)}
