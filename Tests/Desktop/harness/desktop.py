@@ -126,10 +126,14 @@ class Desktop:
     # ---- The program ----
 
     def start_agent(self, *arguments, name="agent", environment=None):
+        """Starts the program as the agent, with the home folder of the test."""
         options = self.surroundings.options
         home = ["--home", options.home] if options.home and "--toggle" not in arguments else []
+        return self.start(options.program, *home, *arguments, name=name, environment=environment)
+
+    def start(self, program, *arguments, name, environment=None):
         environment = {**(environment or {}), SUBJECT_MARK: uuid.uuid4().hex}
-        process = self.processes.start(name, [options.program, *home, *arguments], environment)
+        process = self.processes.start(name, [program, *arguments], environment)
         return Agent(self, process, name, environment[SUBJECT_MARK])
 
     def run(self, *arguments, name="second"):
@@ -172,7 +176,9 @@ class Agent:
         def box():
             expect(self.is_running(), f"the program has ended: {self.output}")
             return self.popover(scale)
-        return until("the popover is open", box)
+        opened = until("the popover is open", box)
+        until("the popover has the keyboard", self._desktop.display.keyboard_is_taken)
+        return opened
 
     def closed_popover(self):
         """Waits until the popover is closed, and makes sure that nothing opens it again."""

@@ -168,7 +168,35 @@ class Display:
                 found.append(window.id)
         return found
 
+    def watch_maps(self):
+        """From now on the server tells of windows that appear; those of before are forgotten."""
+        self.root.change_attributes(event_mask=X.SubstructureNotifyMask)
+        self.x.sync()
+        while self.x.pending_events():
+            self.x.next_event()
+
+    def has_mapped(self, size):
+        """Whether a window of that width and height has appeared that was not asked for yet."""
+        while self.x.pending_events():
+            event = self.x.next_event()
+            if event.type == X.MapNotify:
+                geometry = event.window.get_geometry()
+                if (geometry.width, geometry.height) == size:
+                    return True
+        return False
+
     # ---- Pointer and keyboard ----
+
+    def keyboard_is_taken(self):
+        """Whether a program has taken all keys for itself, as an open popup does."""
+        self.x.grab_server()  # so that the attempt stands in nobody's way
+        try:
+            answer = self.root.grab_keyboard(False, X.GrabModeAsync, X.GrabModeAsync, X.CurrentTime)
+            self.x.ungrab_keyboard(X.CurrentTime)
+        finally:
+            self.x.ungrab_server()
+            self.x.sync()
+        return answer == X.AlreadyGrabbed
 
     def move(self, place):
         xtest.fake_input(self.x, X.MotionNotify, x=place[0], y=place[1])

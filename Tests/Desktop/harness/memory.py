@@ -22,3 +22,25 @@ class Footprint(NamedTuple):
 
     def rounded(self):
         return self._replace(private=round(self.private, 1), proportional=round(self.proportional, 1))
+
+
+class Activity:
+    """What the threads of a process have done so far. Threads that end meanwhile are left out of a difference."""
+
+    def __init__(self, pid):
+        self._threads = {}
+        for task in os.listdir(f"/proc/{pid}/task"):
+            with open(f"/proc/{pid}/task/{task}/schedstat", encoding="ascii") as file:
+                nanoseconds = int(file.read().split()[0])
+            with open(f"/proc/{pid}/task/{task}/status", encoding="utf-8") as file:
+                switches = sum(int(line.split()[1]) for line in file if "ctxt_switches" in line)
+            self._threads[task] = (nanoseconds, switches)
+
+    def __eq__(self, other):
+        return isinstance(other, Activity) and self._threads == other._threads
+
+    def since(self, before):
+        """Seconds of CPU, and switches of context, since an earlier moment."""
+        grown = [(now[0] - then[0], now[1] - then[1]) for task, now in self._threads.items()
+                 for then in [before._threads.get(task, (0, 0))]]
+        return sum(growth[0] for growth in grown) / 1e9, sum(growth[1] for growth in grown)
