@@ -3,13 +3,11 @@
 import signal
 
 from harness.desktop import Desktop
-from harness.display import Box, Display, virtual_server
 from harness.memory import Footprint
 from harness.panels import PANELS
-from harness.screens import SeveralScreens
-from harness.waiting import expect, expect_equal, settled, stays, until
+from harness.waiting import expect, expect_equal, settled, until
 
-from panelCases import expect_beside_item, opened, started
+from panelCases import opened, started
 
 
 def in_the_middle(popover, screen):
@@ -71,6 +69,47 @@ def test_toggleWithoutAgentFailsWithOneLine(surroundings):
         expect(output.startswith("tallyfox: "), output)
 
 
+def test_twoStartsAtOnceLeaveOneAgent(surroundings):
+    for bus in (True, False):
+        desktop = Desktop(surroundings, bus=bus)
+        agents = [desktop.start_agent(name=f"agent-{bus}-{number}") for number in range(4)]
+        until("all but one have ended", lambda: sum(agent.is_running() for agent in agents) == 1)
+        for agent in agents:
+            if agent.is_running():
+                agent.opened_popover()
+                agent.end()
+            else:
+                expect_equal(agent.wait(), 0, "status of a later start")
+
+
+def test_busThatDiesLeavesTheProgramUsable(surroundings):
+    desktop, agent = started(surroundings, PANELS["tint2"]())
+    desktop.processes.end(desktop.processes.named("dbus-daemon"))
+    item = desktop.item_box()
+    for _ in range(2):
+        opened(desktop, agent, item)
+        desktop.display.press("Escape")
+        agent.closed_popover()
+    agent.end()
+
+
+def test_settingsOpenOnceAndCloseAlone(surroundings):
+    desktop = Desktop(surroundings)
+    agent = desktop.start_agent("--settings")
+    title = "Tallyfox Settings"
+
+    def settings():
+        return desktop.display.titles_of(agent.pid).count(title)
+    until("the settings are open", settings)
+    for _ in range(2):
+        desktop.display.close(agent.pid, title)
+        until("the settings are closed", lambda: not settings())
+        for _ in range(2):
+            expect_equal(desktop.run("--settings")[0], 0, "status of --settings")
+            expect_equal(until("the settings are open", settings), 1, "windows of the settings")
+    agent.end()
+
+
 def test_silentCodexDoesNotHoldUpTheEnd(surroundings):
     surroundings.codex.set_percent("silent")
     desktop = Desktop(surroundings, PANELS["tint2"]())
@@ -82,64 +121,6 @@ def test_silentCodexDoesNotHoldUpTheEnd(surroundings):
         seconds = agent.end(by)
         expect(seconds < 8, f"the end took {seconds:.1f} s, as long as the exchange with codex")
         agent.expect_output([])
-
-
-def test_fractionalScaleGivesTheScaledPopover(surroundings):
-    desktop = Desktop(surroundings, PANELS["xfce"](), Display(surroundings.processes, virtual_server("1600x1000")))
-    desktop.start_panel()
-    agent = desktop.start_agent(environment={"QT_SCALE_FACTOR": "1.25"})
-    item = desktop.item_box()
-    desktop.display.click(item.middle)
-    popover = agent.opened_popover(1.25)
-    expect_beside_item(desktop, popover, item)
-    desktop.display.press("Escape")
-    agent.closed_popover()
-
-
-def test_popoverOpensOnTheScreenOfTheItem(surroundings):
-    left, right = Box(0, 0, 1280, 800), Box(1280, 0, 1024, 768)
-    display = SeveralScreens(surroundings.processes, [left, right])
-    panel = PANELS["xfce"]()
-    panel.output, panel.screen = display.output(1), right
-    desktop = Desktop(surroundings, panel, display)
-    desktop.start_panel()
-    agent = desktop.start_agent()
-    popover = opened(desktop, agent, desktop.item_box())
-    expect(right.contains(popover), f"the popover at {popover} is not on the screen of the item, {right}")
-
-
-def test_screenThatDisappearsLeavesThePopoverReachable(surroundings):
-    left, right = Box(0, 0, 1280, 800), Box(1280, 0, 1024, 768)
-    display = SeveralScreens(surroundings.processes, [left, right])
-    desktop = Desktop(surroundings, display=display)
-    agent = desktop.start_agent()
-    until("the program says that there is no tray", lambda: agent.output)
-    display.move(right.middle)
-    desktop.run("--toggle")
-    agent.opened_popover()
-    display.set_screens([left])
-    until("one screen is left", lambda: display.box == left)
-    stays("the program goes on", agent.is_running, 0.5)
-    desktop.run()
-    until("the popover is on the screen that is left",
-          lambda: agent.popover() and left.contains(agent.popover()))
-    display.press("Escape")
-    agent.closed_popover()
-
-
-def test_shortcutFollowsTheKeyboardLayout(surroundings):
-    desktop = Desktop(surroundings)
-    agent = desktop.start_agent()
-    until("the program says that there is no tray", lambda: agent.output)
-    former = desktop.display.key("b")
-    desktop.display.set_layout("us", "dvorak")
-    expect(desktop.display.key("b") != former, "the layout has the key at the same place")
-    desktop.display.press("Super_L", "Alt_L", former)
-    stays("the former key does nothing", lambda: not agent.popover(), 0.3)
-    desktop.display.press("Super_L", "Alt_L", "b")
-    agent.opened_popover()
-    desktop.display.press("Super_L", "Alt_L", "b")
-    agent.closed_popover()
 
 
 def test_openAndCloseLeavesNothingBehind(surroundings):

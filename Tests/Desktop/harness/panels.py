@@ -2,7 +2,7 @@
 
 import os
 
-from .display import Box
+from .pictures import Box
 
 BAR = 30  # pixels: the height of every bar
 BACKGROUND = (51, 51, 51)  # the colour of every bar, so that whatever else is there is the item

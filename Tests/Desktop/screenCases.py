@@ -1,0 +1,68 @@
+"""The popover on screens that are scaled, several, or gone, and the shortcut on another keyboard."""
+
+from harness.desktop import Desktop
+from harness.display import Display, virtual_server
+from harness.panels import PANELS
+from harness.pictures import Box
+from harness.screens import SeveralScreens
+from harness.waiting import expect, stays, until
+
+from panelCases import expect_beside_item, opened
+
+
+def test_fractionalScaleGivesTheScaledPopover(surroundings):
+    desktop = Desktop(surroundings, PANELS["xfce"](), Display(surroundings.processes, virtual_server("1600x1000")))
+    desktop.start_panel()
+    agent = desktop.start_agent(environment={"QT_SCALE_FACTOR": "1.25"})
+    item = desktop.item_box()
+    desktop.display.click(item.middle)
+    popover = agent.opened_popover(1.25)
+    expect_beside_item(desktop, popover, item)
+    desktop.display.press("Escape")
+    agent.closed_popover()
+
+
+def test_popoverOpensOnTheScreenOfTheItem(surroundings):
+    left, right = Box(0, 0, 1280, 800), Box(1280, 0, 1024, 768)
+    display = SeveralScreens(surroundings.processes, [left, right])
+    panel = PANELS["xfce"]()
+    panel.output, panel.screen = display.output(1), right
+    desktop = Desktop(surroundings, panel, display)
+    desktop.start_panel()
+    agent = desktop.start_agent()
+    popover = opened(desktop, agent, desktop.item_box())
+    expect(right.contains(popover), f"the popover at {popover} is not on the screen of the item, {right}")
+
+
+def test_screenThatDisappearsLeavesThePopoverReachable(surroundings):
+    left, right = Box(0, 0, 1280, 800), Box(1280, 0, 1024, 768)
+    display = SeveralScreens(surroundings.processes, [left, right])
+    desktop = Desktop(surroundings, display=display)
+    agent = desktop.start_agent()
+    until("the program says that there is no tray", lambda: agent.output)
+    display.move(right.middle)
+    desktop.run("--toggle")
+    agent.opened_popover()
+    display.set_screens([left])
+    until("one screen is left", lambda: display.box == left)
+    stays("the program goes on", agent.is_running, 0.5)
+    desktop.run()
+    until("the popover is on the screen that is left",
+          lambda: agent.popover() and left.contains(agent.popover()))
+    display.press("Escape")
+    agent.closed_popover()
+
+
+def test_shortcutFollowsTheKeyboardLayout(surroundings):
+    desktop = Desktop(surroundings)
+    agent = desktop.start_agent()
+    until("the program says that there is no tray", lambda: agent.output)
+    former = desktop.display.key("b")
+    desktop.display.set_layout("us", "dvorak")
+    expect(desktop.display.key("b") != former, "the layout has the key at the same place")
+    desktop.display.press("Super_L", "Alt_L", former)
+    stays("the former key does nothing", lambda: not agent.popover(), 0.3)
+    desktop.display.press("Super_L", "Alt_L", "b")
+    agent.opened_popover()
+    desktop.display.press("Super_L", "Alt_L", "b")
+    agent.closed_popover()
