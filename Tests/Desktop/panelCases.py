@@ -87,10 +87,10 @@ def test_clickOpensAndClosesThePopover(surroundings, panel):
     agent.expect_output([])
 
 
-def test_everyButtonToggles(surroundings, panel):
+def test_everyButtonThatThePanelPassesOnToggles(surroundings, panel):
     desktop, agent = started(surroundings, panel)
     item = desktop.item_box()
-    for button in (2, 3):
+    for button in panel.further_buttons:
         desktop.display.click(item.middle, button)
         agent.opened_popover()
         desktop.display.click(item.middle, button)

@@ -5,7 +5,7 @@ from typing import NamedTuple
 
 
 class Footprint(NamedTuple):
-    private: float  # MiB that only this process uses
+    anonymous: float  # MiB of the process's own making, whoever else runs
     proportional: float  # MiB, shared pages divided among their users
     descriptors: int
     threads: int
@@ -17,11 +17,11 @@ class Footprint(NamedTuple):
             for line in file.readlines()[1:]:
                 name, value, *_ = line.split()
                 sums[name.rstrip(":")] = int(value) / 1024
-        return cls(sums["Private_Clean"] + sums["Private_Dirty"], sums["Pss"],
+        return cls(sums["Anonymous"] + sums["Swap"], sums["Pss"],
                    len(os.listdir(f"/proc/{pid}/fd")), len(os.listdir(f"/proc/{pid}/task")))
 
     def rounded(self):
-        return self._replace(private=round(self.private, 1), proportional=round(self.proportional, 1))
+        return self._replace(anonymous=round(self.anonymous, 1), proportional=round(self.proportional, 1))
 
 
 class Activity:

@@ -25,6 +25,7 @@ class Panel:
     services = ()  # service files that the session bus needs
     environment = {}
     has_watcher = True  # speaks StatusNotifierItem; else only the older tray of X11
+    further_buttons = (2, 3)  # of the pointer, which the item hears of beside the first
     at_bottom = False
     screen = None  # the box of the screen to stand on; the only one
 
@@ -49,6 +50,7 @@ class Xfce(Panel):
     helpers = ("wrapper-2.0",)
     services = ("org.xfce.Xfconf",)
     environment = {"XDG_CURRENT_DESKTOP": "XFCE"}
+    further_buttons = (2,)  # the third opens the panel's own menu
     output = "Automatic"  # the screen, by the name of its output
 
     def configure(self, config_home):
