@@ -69,17 +69,18 @@ def test_toggleWithoutAgentFailsWithOneLine(surroundings):
         expect(output.startswith("tallyfox: "), output)
 
 
-def test_twoStartsAtOnceLeaveOneAgent(surroundings):
+def test_startsAtOnceLeaveOneAgent(surroundings):
     for bus in (True, False):
         desktop = Desktop(surroundings, bus=bus)
         agents = [desktop.start_agent(name=f"agent-{bus}-{number}") for number in range(4)]
         until("all but one have ended", lambda: sum(agent.is_running() for agent in agents) == 1)
         for agent in agents:
+            # A start need not wait for another that is not ready yet.
+            expect(agent.is_running() or agent.wait() in (0, 1), "a later start has crashed")
             if agent.is_running():
+                desktop.run()
                 agent.opened_popover()
                 agent.end()
-            else:
-                expect_equal(agent.wait(), 0, "status of a later start")
 
 
 def test_busThatDiesLeavesTheProgramUsable(surroundings):
@@ -133,7 +134,7 @@ def test_openAndCloseLeavesNothingBehind(surroundings):
             desktop.display.click(item.middle)
             agent.opened_popover()
             desktop.display.press("Escape")
-            until("the popover is closed", lambda: not agent.popover())
+            agent.wait_for_closing()
         return settled("the program is at rest", lambda: Footprint.of(agent.pid).rounded(), quiet=1)
 
     before = run(cycles // 3)
@@ -142,4 +143,4 @@ def test_openAndCloseLeavesNothingBehind(surroundings):
     expect(after.descriptors <= before.descriptors, f"descriptors grew: {before} -> {after}")
     expect(after.threads <= before.threads, f"threads grew: {before} -> {after}")
     if not surroundings.options.sanitized:  # what is freed stays in a sanitizer's quarantine
-        expect(after.anonymous <= before.anonymous + 1, f"memory grew: {before} -> {after}")
+        expect(after.anonymous <= before.anonymous + 2, f"memory grew: {before} -> {after}")

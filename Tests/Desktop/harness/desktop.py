@@ -180,9 +180,13 @@ class Agent:
         until("the popover has the keyboard", self._desktop.display.keyboard_is_taken)
         return opened
 
+    def wait_for_closing(self):
+        until("the popover is closed", lambda: not self.popover())
+        until("the popover has let go of the keyboard", lambda: not self._desktop.display.keyboard_is_taken())
+
     def closed_popover(self):
         """Waits until the popover is closed, and makes sure that nothing opens it again."""
-        until("the popover is closed", lambda: not self.popover())
+        self.wait_for_closing()
         end = time.monotonic() + 0.4
         while time.monotonic() < end:
             expect(not self.popover(), "the popover opened again by itself")
