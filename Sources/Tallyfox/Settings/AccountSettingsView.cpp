@@ -3,8 +3,6 @@
 #include "Tallyfox/Controls/PushButton.h"
 #include "Tallyfox/Settings/AccountRow.h"
 
-#include <QLabel>
-
 namespace tallyfox {
 
 AccountSettingsView::AccountSettingsView(QWidget* parent)
@@ -73,7 +71,7 @@ void AccountSettingsView::showRefreshing(bool isRefreshing)
 
 void AccountSettingsView::showHomeAccess(bool hasHomeAccess)
 {
-    m_homeAccess->setText(hasHomeAccess ? tr("Allowed") : tr("Required"));
+    m_homeAccess->setValue(hasHomeAccess ? tr("Allowed") : tr("Required"));
     m_grantRow->setVisible(!hasHomeAccess);
 }
 

@@ -7,8 +7,6 @@
 
 #include <vector>
 
-class QLabel;
-
 namespace tallyfox {
 
 class AccountRow;
@@ -38,7 +36,7 @@ private:
     std::vector<AccountRow*> m_rows;
     PushButton* m_sync;
     QPointer<QWidget> m_focusWhileRefreshing; ///< who got the focus when it was taken from the button
-    QLabel* m_homeAccess = nullptr;
+    SettingsValue* m_homeAccess = nullptr;
     QWidget* m_grantRow = nullptr;
 };
 

@@ -2,7 +2,6 @@
 
 #include "Tallyfox/Controls/Card.h"
 #include "Tallyfox/Controls/PixelGrid.h"
-#include "Tallyfox/Controls/TextLabel.h"
 #include "Tallyfox/Controls/ToggleSwitch.h"
 #include "Tallyfox/TallyfoxTheme.h"
 
@@ -56,6 +55,17 @@ private:
 
 } // namespace
 
+SettingsValue::SettingsValue(const QString& label, QWidget* parent)
+    : TextLabel(Theme::body(), Theme::muted(), parent)
+    , m_label(label)
+{ }
+
+void SettingsValue::setValue(const QString& value)
+{
+    setText(value);
+    setAccessibleName(m_label + QStringLiteral(": ") + value);
+}
+
 SettingsSection::SettingsSection(const QString& title, QWidget* parent)
     : QWidget(parent)
 {
@@ -103,10 +113,10 @@ void SettingsSection::addRow(const QString& label, QWidget* control, int overhan
         control->setAccessibleName(label);
 }
 
-QLabel* SettingsSection::addValueRow(const QString& label, const QString& value)
+SettingsValue* SettingsSection::addValueRow(const QString& label, const QString& value)
 {
-    auto* const shown = new TextLabel{value, Theme::body(), Theme::muted(), this};
-    shown->setAccessibleName(label + QStringLiteral(": ") + value);
+    auto* const shown = new SettingsValue{label, this};
+    shown->setValue(value);
     addRow(label, shown);
     return shown;
 }

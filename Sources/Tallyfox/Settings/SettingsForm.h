@@ -1,13 +1,26 @@
 #pragma once
 
 #include "Tallyfox/Controls/OverlayScrollArea.h"
+#include "Tallyfox/Controls/TextLabel.h"
 
-class QLabel;
 class QVBoxLayout;
 
 namespace tallyfox {
 
 class ToggleSwitch;
+
+/// The value of a row that cannot be changed. A screen reader, which comes to it alone, hears what it is the value of.
+class SettingsValue : public TextLabel {
+    Q_OBJECT
+
+public:
+    explicit SettingsValue(const QString& label, QWidget* parent = nullptr);
+
+    void setValue(const QString& value);
+
+private:
+    QString m_label;
+};
 
 /// A titled group of rows on a card.
 class SettingsSection : public QWidget {
@@ -22,7 +35,7 @@ public:
     void addRow(const QString& label, QWidget* control, int overhang = 0);
     void addRow(const QString& label, ToggleSwitch* control);
     /// Adds a row with a value that cannot be changed; returns what shows it.
-    QLabel* addValueRow(const QString& label, const QString& value);
+    SettingsValue* addValueRow(const QString& label, const QString& value);
     /// Adds a row of text, in the small secondary style.
     void addCaptionRow(const QString& text);
     /// Adds a row of text, in the secondary style.
