@@ -1,43 +1,12 @@
 #include "TallyfoxCore/JsonReader.h"
 
-#include "TallyfoxCore/Platform/ByteScan.h"
+#include "TallyfoxCore/JsonScan.h"
 
 #include <array>
-#include <bit>
 
 namespace tallyfox {
 
 namespace {
-
-constexpr std::size_t unicodeEscapeSize = 6;
-
-bool isDigit(char character)
-{
-    return character >= '0' && character <= '9';
-}
-
-/// Whether `letter` makes an escape of two characters behind a backslash.
-bool isSimpleEscape(char letter)
-{
-    switch (letter) {
-    case '"':
-    case '\\':
-    case '/':
-    case 'b':
-    case 'f':
-    case 'n':
-    case 'r':
-    case 't':
-        return true;
-    default:
-        return false;
-    }
-}
-
-bool isHexDigit(char character)
-{
-    return isDigit(character) || (character >= 'a' && character <= 'f') || (character >= 'A' && character <= 'F');
-}
 
 /// The type of the value that begins with a byte.
 constexpr std::array<JsonReader::Type, 256> typesByFirstByte = [] {
@@ -115,82 +84,19 @@ bool JsonReader::beginObject()
     return nextType() == Type::object ? open(Type::object) : fail();
 }
 
-bool JsonReader::takeEscape()
+/// Goes on at `next`, which is null where the text broke the grammar.
+inline bool JsonReader::goTo(const char* next)
 {
-    m_tookEscape = true;
-    if (left() < 2)
+    if (next == nullptr)
         return fail();
-    if (isSimpleEscape(m_next[1])) [[likely]] {
-        m_next += 2;
-        return true;
-    }
-    if (left() < unicodeEscapeSize || m_next[1] != 'u' || !isHexDigit(m_next[2]) || !isHexDigit(m_next[3])
-        || !isHexDigit(m_next[4]) || !isHexDigit(m_next[5]))
-        return fail();
-    m_next += unicodeEscapeSize;
+    m_next = next;
     return true;
-}
-
-/// Steps over the escapes of one block whose specials are the bits of `specials`. Stops at the quotation mark that ends
-/// the string, or behind the last escape, or at the end of the block; false at what no string may hold.
-inline bool JsonReader::takeBlock(std::uint64_t specials)
-{
-    const char* const begin = m_next;
-    while (specials != 0) {
-        m_next = begin + std::countr_zero(specials);
-        if (*m_next == '"')
-            return true;
-        if (*m_next != '\\')
-            return fail();
-        if (!takeEscape())
-            return false;
-        if (m_next >= begin + jsonStringBlock)
-            return true;
-        specials &= ~std::uint64_t{0} << (m_next - begin);
-    }
-    m_next = begin + jsonStringBlock;
-    return true;
-}
-
-bool JsonReader::takeLongStringText()
-{
-    while (left() >= jsonStringBlock) {
-        const std::uint64_t specials = jsonStringSpecials(m_next);
-        if (!takeBlock(specials))
-            return false;
-        if (specials != 0 && peek() == '"')
-            return true;
-    }
-    while (!atEnd() && *m_next != '"') {
-        if (static_cast<unsigned char>(*m_next) < 0x20)
-            return fail();
-        if (*m_next != '\\')
-            ++m_next;
-        else if (!takeEscape())
-            return false;
-    }
-    return !atEnd() || fail();
-}
-
-/// Stops at the quotation mark that ends the string whose text begins here.
-inline bool JsonReader::takeStringText()
-{
-    // Most strings are keys and short values: they end within the first bytes, without an escape before.
-    if (left() >= byteScan::width) {
-        const std::uint64_t specials = byteScan::jsonStringSpecials(m_next);
-        const char* const first = m_next + std::countr_zero(specials | (std::uint64_t{1} << 63));
-        if (specials != 0 && *first == '"') {
-            m_next = first;
-            return true;
-        }
-    }
-    return takeLongStringText();
 }
 
 inline bool JsonReader::takeString()
 {
     m_atFirstMember = false;
-    if (!take('"') || !takeStringText())
+    if (!take('"') || !goTo(jsonScan::stringEnd(m_next, m_end, m_tookEscape)))
         return false;
     ++m_next;
     return true;
@@ -230,36 +136,10 @@ bool JsonReader::readString(JsonString& string)
     return true;
 }
 
-inline bool JsonReader::takeDigits()
-{
-    if (!isDigit(peek()))
-        return fail();
-    while (isDigit(peek()))
-        ++m_next;
-    return true;
-}
-
-bool JsonReader::takeNumber()
+inline bool JsonReader::takeNumber()
 {
     m_atFirstMember = false;
-    if (peek() == '-')
-        ++m_next;
-    if (peek() == '0')
-        ++m_next;
-    else if (!takeDigits())
-        return false;
-    if (peek() == '.') {
-        ++m_next;
-        if (!takeDigits())
-            return false;
-    }
-    if (peek() == 'e' || peek() == 'E') {
-        ++m_next;
-        if (peek() == '+' || peek() == '-')
-            ++m_next;
-        return takeDigits();
-    }
-    return true;
+    return goTo(jsonScan::numberEnd(m_next, m_end));
 }
 
 bool JsonReader::readNumber(JsonNumber& number)

@@ -4,7 +4,6 @@
 
 #include <bitset>
 #include <cstddef>
-#include <cstdint>
 #include <string_view>
 
 namespace tallyfox {
@@ -63,12 +62,8 @@ private:
     void skipWhiteSpace();
     bool take(char character);
     bool takeLiteral(std::string_view literal);
-    bool takeDigits();
+    bool goTo(const char* next);
     bool takeNumber();
-    bool takeEscape();
-    bool takeBlock(std::uint64_t specials);
-    bool takeStringText();
-    bool takeLongStringText();
     bool takeString();
     bool takeScalar(Type type);
     bool open(Type container);
