@@ -3,6 +3,7 @@
 #include "Tallyfox/AppDelegate.h"
 #include "Tallyfox/CommandLine/HomeOption.h"
 #include "Tallyfox/CommandLine/ToolkitMessages.h"
+#include "Tallyfox/Controls/AccessibleElements.h"
 #include "Tallyfox/Platform/ActivationPolicy.h"
 #include "Tallyfox/Platform/AgentProgram.h"
 #include "Tallyfox/Platform/Display.h"
@@ -55,9 +56,8 @@ InstanceRequest requestOf(AgentAction action)
 /// Before the first window: what desktops know the program by, and what ends it. Closing its last window does not.
 void introduce()
 {
-    QCoreApplication::setApplicationName(QStringLiteral("tallyfox"));
+    QCoreApplication::setApplicationName(QStringLiteral("Tallyfox"));
     QCoreApplication::setApplicationVersion(QStringLiteral(TALLYFOX_VERSION));
-    QGuiApplication::setApplicationDisplayName(QStringLiteral("Tallyfox"));
     QGuiApplication::setDesktopFileName(applicationId());
     QGuiApplication::setQuitOnLastWindowClosed(false);
 }
@@ -150,6 +150,7 @@ void TallyfoxApp::runAgent(const AgentRequest& request, const std::optional<std:
                            SingleInstance& instance)
 {
     Theme::apply(*qApp);
+    installAccessibleElements();
     StoreEnvironmentOptions options;
     options.home = home;
     options.fetchQuota = request.fetchesQuota;

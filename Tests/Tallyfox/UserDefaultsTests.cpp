@@ -372,4 +372,19 @@ TEST_F(UserDefaultsTest, standardPathFollowsTheConfigurationFolderWhenThatIsAbso
     EXPECT_EQ(UserDefaults::standardPath(), "/home/ada/.config/tallyfox/tallyfox.ini");
 }
 
+TEST_F(UserDefaultsTest, grantIsStoredInADamagedFileToo)
+{
+    using namespace std::string_view_literals;
+    for (const std::string_view damage :
+         {"\\ninshMinutes=15\n"sv, "a\\\\b=1\n"sv, "[x\\]\ny=2\n"sv, "a=\"b\", \"c\"\0\1\n"sv,
+          "a=@Variant(\\0\\0\\0\\x7f)\n"sv, "a=@Invalid()\n"sv, "a=\\xd800\n"sv, "=\n"sv, "[\n"sv, "\xFF\xFE\0\0"sv})
+    {
+        writeFile(file(), "refreshMinutes=15\n" + std::string{damage});
+        UserDefaults defaults{file()};
+        EXPECT_TRUE(defaults.setHomeFolderBookmark("token")) << testing::PrintToString(damage);
+        EXPECT_EQ(UserDefaults{file()}.homeFolderBookmark(), "token") << testing::PrintToString(damage);
+        EXPECT_EQ(UserDefaults{file()}.refreshMinutes(), 15) << testing::PrintToString(damage);
+    }
+}
+
 } // namespace tallyfox::test

@@ -11,6 +11,7 @@ enum class Side { top, bottom, left, right };
 
 /// Half of what a panel without reserved room takes at most, seen from a click on it.
 constexpr int clearance = 24;
+constexpr int thickestPanel = 2 * clearance;
 
 /// How far `point` is from each side of `rect`, in the order of `Side`; negative outside.
 std::array<int, 4> distances(const QPoint& point, const QRect& rect)
@@ -22,6 +23,18 @@ Side nearestSide(const QPoint& point, const QRect& rect)
 {
     const auto all = distances(point, rect);
     return static_cast<Side>(std::min_element(all.begin(), all.end()) - all.begin());
+}
+
+/// The side of a panel that reserves no room, or whose room the desktop does not tell of, as it is with several
+/// screens. Most panels lie along the top or the bottom, and end in a corner with their status items.
+Side sideOfUnknownPanel(const QPoint& click, const QRect& screen)
+{
+    const auto all = distances(click, screen);
+    for (const Side side : {Side::top, Side::bottom, Side::left, Side::right}) {
+        if (all.at(static_cast<std::size_t>(side)) < thickestPanel)
+            return side;
+    }
+    return nearestSide(click, screen);
 }
 
 QPoint clamped(const QPoint& position, const QRect& workArea, const QSize& size)
@@ -52,7 +65,7 @@ QPoint beside(const QPoint& click, Side side, int distance, const QSize& size)
 QPoint popoverPosition(const QPoint& click, const ScreenArea& area, const QSize& size)
 {
     const bool isOnReservedPanel = !area.workArea.contains(click);
-    const Side side = nearestSide(click, isOnReservedPanel ? area.workArea : area.screen);
+    const Side side = isOnReservedPanel ? nearestSide(click, area.workArea) : sideOfUnknownPanel(click, area.screen);
     // A reserved panel ends where the work area begins: clamping puts the popover against it.
     return clamped(beside(click, side, isOnReservedPanel ? 1 : clearance, size), area.workArea, size);
 }

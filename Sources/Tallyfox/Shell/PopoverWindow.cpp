@@ -36,7 +36,7 @@ QPoint positionFor(std::optional<QPoint> click, const QSize& size)
 {
     const QScreen& screen = screenAt(click.value_or(QCursor::pos()));
     const ScreenArea area{screen.geometry(), screen.availableGeometry()};
-    if (click)
+    if (click && area.screen.contains(*click))
         return popoverPosition(*click, area, size);
     return popoverPosition(area, size).value_or(centredPosition(area, size));
 }
@@ -54,6 +54,7 @@ PopoverWindow::PopoverWindow(QWidget* parent)
     auto* layout = new QVBoxLayout{this};
     layout->setContentsMargins({});
     layout->addWidget(m_view);
+    connect(qGuiApp, &QGuiApplication::screenRemoved, this, &PopoverWindow::stayOnScreen);
     m_fade.setDuration(fadeMilliseconds);
     m_fade.setStartValue(0.0);
     m_fade.setEndValue(1.0);
@@ -62,6 +63,7 @@ PopoverWindow::PopoverWindow(QWidget* parent)
 void PopoverWindow::open(std::optional<QPoint> click)
 {
     m_sinceClosingClick.invalidate();
+    m_click = click;
     move(positionFor(click, size()));
     const bool fades = desktopComposes();
     setWindowOpacity(fades ? 0 : 1);
@@ -73,6 +75,14 @@ void PopoverWindow::open(std::optional<QPoint> click)
     if (fades)
         m_fade.start();
     Q_EMIT opened();
+}
+
+void PopoverWindow::stayOnScreen()
+{
+    if (m_click && !QGuiApplication::screenAt(*m_click))
+        m_click.reset();
+    if (isVisible())
+        move(positionFor(m_click, size()));
 }
 
 bool PopoverWindow::wasJustClosedByClick() const

@@ -42,8 +42,11 @@ protected:
     void hideEvent(QHideEvent* event) override;
 
 private:
+    void stayOnScreen();
+
     PopoverView* m_view;
     QPropertyAnimation m_fade;
+    std::optional<QPoint> m_click; ///< what it was opened beside
     QElapsedTimer m_sinceClosingClick;
 };
 

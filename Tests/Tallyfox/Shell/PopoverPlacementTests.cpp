@@ -37,6 +37,13 @@ TEST(PopoverPlacement, panelWithoutReservedRoomIsKeptClear)
     EXPECT_EQ(popoverPosition(QPoint{1000, 1069}, {screen, screen}, size), QPoint(790, 1070 - 24 - 680));
 }
 
+TEST(PopoverPlacement, cornerBelongsToTheHorizontalPanel)
+{
+    EXPECT_EQ(popoverPosition(QPoint{1915, 15}, {screen, screen}, size), QPoint(1500, 39));
+    EXPECT_EQ(popoverPosition(QPoint{3, 1070}, {screen, screen}, size), QPoint(0, 1071 - 24 - 680));
+    EXPECT_EQ(popoverPosition(QPoint{3, 500}, {screen, screen}, size), QPoint(27, 160));
+}
+
 TEST(PopoverPlacement, secondScreenKeepsThePopoverToItself)
 {
     const QRect second{1920, 0, 1280, 1024};
