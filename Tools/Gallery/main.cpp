@@ -7,6 +7,7 @@
 #include "Gallery/GalleryStates.h"
 #include "Tallyfox/Platform/SystemCalendar.h"
 #include "Tallyfox/Popover/PopoverView.h"
+#include "Tallyfox/SettingsView.h"
 #include "Tallyfox/Store/StoreEnvironment.h"
 #include "Tallyfox/TallyfoxTheme.h"
 
@@ -14,6 +15,7 @@
 #include <QCommandLineParser>
 #include <QDir>
 #include <QLocale>
+#include <QTabBar>
 #include <QTextStream>
 
 #include <algorithm>
@@ -74,6 +76,25 @@ bool drawPopover(const GalleryState& state, const QDir& folder)
     });
 }
 
+/// The first of the tabs' names is the first tab's.
+bool drawSettings(const GalleryState& state, const QDir& folder)
+{
+    SettingsView view{QStringLiteral("0.1.0")};
+    view.setAttribute(Qt::WA_DontShowOnScreen);
+    view.setPreferences({});
+    view.setUsage(state.usage);
+    view.show();
+    auto* const tabs = view.findChild<QTabBar*>();
+    int index = 0;
+    for (const char* name : {"general", "accounts", "notifications", "about"}) {
+        tabs->setCurrentIndex(index++);
+        QCoreApplication::sendPostedEvents();
+        if (!save(view, folder, QStringLiteral("settings-%1-%2").arg(QLatin1String{name}, state.name)))
+            return false;
+    }
+    return true;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -97,7 +118,8 @@ int main(int argc, char** argv)
 
     const QDir folder{parser.positionalArguments().constFirst()};
     const auto states = parser.isSet(home) ? std::vector{stateOfHome(parser.value(home))} : gallery::galleryStates();
-    const bool isDrawn = std::all_of(states.begin(), states.end(),
-                                     [&](const GalleryState& state) { return drawPopover(state, folder); });
+    const bool isDrawn = std::all_of(states.begin(), states.end(), [&](const GalleryState& state) {
+        return drawPopover(state, folder) && drawSettings(state, folder);
+    });
     return isDrawn ? 0 : 1;
 }

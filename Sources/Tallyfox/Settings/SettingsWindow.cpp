@@ -1,6 +1,7 @@
 #include "Tallyfox/Settings/SettingsWindow.h"
 
 #include "Tallyfox/Platform/ActivationPolicy.h"
+#include "Tallyfox/TallyfoxTheme.h"
 
 #include <QCursor>
 #include <QGuiApplication>
@@ -10,9 +11,6 @@
 namespace tallyfox {
 
 namespace {
-
-constexpr int windowWidth = 900;
-constexpr int windowHeight = 480;
 
 const QScreen& screenWithPointer()
 {
@@ -31,7 +29,7 @@ SettingsWindow::SettingsWindow(const QString& version, const SettingsServices& s
 {
     setObjectName(QStringLiteral("settings"));
     setWindowTitle(tr("Tallyfox Settings"));
-    setFixedSize(windowWidth, windowHeight);
+    setFixedSize(Theme::settingsWidth, Theme::settingsHeight);
     auto* layout = new QVBoxLayout{this};
     layout->setContentsMargins({});
     layout->addWidget(m_view);
