@@ -36,7 +36,7 @@ def dumped_tabs(surroundings, *arguments):
     until("the dump waits for the popover", lambda: "open the popover" in surroundings.log("accessibility"))
     desktop.run("--toggle")
     agent.opened_popover()
-    until("the dump has ended", lambda: reader.poll() is not None)
+    until("the dump has ended", lambda: reader.poll() is not None, limit=90)  # it asks for every cell of a year
     output = surroundings.log("accessibility")
     expect_equal(reader.returncode, 0, f"status of the dump, which said {output[-300:]!r}")
     os.makedirs(surroundings.options.screenshots, exist_ok=True)
