@@ -1,4 +1,5 @@
 #include "Tallyfox/Platform/GlobalShortcut.h"
+#include "Tallyfox/Platform/SessionBus.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -11,6 +12,7 @@
 int main(int argumentCount, char** arguments)
 {
     const bool hasPopup = argumentCount > 1 && std::string_view{arguments[1]} == "--popup";
+    tallyfox::chooseSessionBus();
     QApplication application{argumentCount, arguments};
     QLabel popup{QStringLiteral("popup"), nullptr, Qt::Popup};
     const auto shortcut = tallyfox::registerGlobalShortcut();

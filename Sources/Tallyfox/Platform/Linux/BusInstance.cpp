@@ -29,7 +29,10 @@ BusInstance::BusInstance(const QDBusConnection& bus, const QString& id, QObject*
     , m_bus(bus)
     , m_id(id)
     , m_path(QLatin1Char('/') + QString{id}.replace(QLatin1Char('.'), QLatin1Char('/')))
-{ }
+{
+    // Later, so that the caller, who waits only a moment, is answered first.
+    connect(this, &BusInstance::asked, this, &SingleInstance::requested, Qt::QueuedConnection);
+}
 
 BusInstance::~BusInstance()
 {
@@ -73,27 +76,20 @@ bool BusInstance::send(InstanceRequest request, std::chrono::milliseconds limit)
 
 void BusInstance::Activate(const QVariantMap&)
 {
-    request(InstanceRequest::show);
+    Q_EMIT asked(InstanceRequest::show);
 }
 
 void BusInstance::Open(const QStringList&, const QVariantMap&)
 {
-    request(InstanceRequest::show);
+    Q_EMIT asked(InstanceRequest::show);
 }
 
 void BusInstance::ActivateAction(const QString& name, const QVariantList&, const QVariantMap&)
 {
     if (const auto named = requestNamed(name.left(16).toLatin1()))
-        request(*named);
+        Q_EMIT asked(*named);
     else
         sendErrorReply(QDBusError::InvalidArgs, QStringLiteral("no such action"));
-}
-
-void BusInstance::request(InstanceRequest request)
-{
-    // Later, so that the caller, who waits only a moment, is answered first.
-    QMetaObject::invokeMethod(
-        this, [this, request] { Q_EMIT requested(request); }, Qt::QueuedConnection);
 }
 
 } // namespace tallyfox

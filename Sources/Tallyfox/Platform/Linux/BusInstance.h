@@ -33,9 +33,10 @@ public Q_SLOTS:
     Q_SCRIPTABLE void ActivateAction(const QString& name, const QVariantList& parameters,
                                      const QVariantMap& platformData);
 
-private:
-    void request(InstanceRequest request);
+Q_SIGNALS:
+    void asked(InstanceRequest request); ///< of the bus; `requested` follows
 
+private:
     QDBusConnection m_bus;
     QString m_id;
     QString m_path;

@@ -22,14 +22,14 @@ Q_SIGNALS:
 protected:
     void grant()
     {
-        QMetaObject::invokeMethod(this, &InhibitionRequest::granted, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, "granted", Qt::QueuedConnection);
     }
     void fail()
     {
         if (m_hasFailed)
             return;
         m_hasFailed = true;
-        QMetaObject::invokeMethod(this, &InhibitionRequest::failed, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, "failed", Qt::QueuedConnection);
     }
 
 private:

@@ -82,6 +82,8 @@ bool oneAnswers(const QByteArray& address, const QDeadlineTimer& deadline)
 {
     const QByteArray path = valueOf("path", address);
     const QByteArray abstractName = valueOf("abstract", address);
+    if (address == noBusAddress)
+        return false;
     if (!address.startsWith("unix:") || (path.isNull() && abstractName.isNull()))
         return true;
     const auto socketAddress = path.isNull() ? localAddress(abstractName, true) : localAddress(path);
@@ -97,7 +99,7 @@ QDBusConnection noConnection()
 
 QByteArray sessionBusAddress()
 {
-    const QByteArray given = qgetenv("DBUS_SESSION_BUS_ADDRESS");
+    QByteArray given = qgetenv("DBUS_SESSION_BUS_ADDRESS");
     const QByteArray folder = qgetenv("XDG_RUNTIME_DIR");
     if (!given.isEmpty() || !folder.startsWith('/'))
         return given;

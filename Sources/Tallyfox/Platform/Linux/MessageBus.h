@@ -7,6 +7,9 @@
 
 namespace tallyfox {
 
+/// An address at which nobody can be reached.
+inline constexpr const char* noBusAddress = "disabled:";
+
 /// Where the session bus of this process is; empty when there is none. Never one that would first have to be started.
 QByteArray sessionBusAddress();
 QByteArray systemBusAddress();

@@ -109,8 +109,7 @@ void PortalRequest::respond(const QDBusMessage& response)
         return;
     }
     const auto results = qdbus_cast<QVariantMap>(outcome.at(1));
-    QMetaObject::invokeMethod(
-        this, [this, results] { Q_EMIT succeeded(results); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, "succeeded", Qt::QueuedConnection, Q_ARG(QVariantMap, results));
 }
 
 void PortalRequest::fail()
@@ -118,7 +117,7 @@ void PortalRequest::fail()
     if (m_hasFailed)
         return;
     m_hasFailed = true;
-    QMetaObject::invokeMethod(this, &PortalRequest::failed, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, "failed", Qt::QueuedConnection);
 }
 
 } // namespace tallyfox

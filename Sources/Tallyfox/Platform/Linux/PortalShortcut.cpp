@@ -138,7 +138,7 @@ void PortalShortcut::takeActivation(const QDBusMessage& activation)
     if (!m_isBound || activation.service() != m_portal || activation.signature() != QLatin1StringView{"osta{sv}"})
         return;
     if (arguments.at(0).value<QDBusObjectPath>().path() == m_session && arguments.at(1).toString() == shortcutId)
-        QMetaObject::invokeMethod(this, &GlobalShortcut::activated, Qt::QueuedConnection);
+        Q_EMIT activated();
 }
 
 void PortalShortcut::takeEnd(const QDBusMessage& end)

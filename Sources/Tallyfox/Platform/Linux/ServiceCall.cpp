@@ -1,32 +1,13 @@
 #include "Tallyfox/Platform/Linux/ServiceCall.h"
 
+#include "Tallyfox/Platform/Linux/BusEnd.h"
+
 #include <QDBusPendingCallWatcher>
 #include <QDBusServiceWatcher>
 
 #include <limits>
 
 namespace tallyfox {
-
-namespace {
-
-/// Hears of the end of a connection, which the bus library tells by a signal of its own making.
-class BusEnd : public QObject {
-    Q_OBJECT
-
-public:
-    BusEnd(QDBusConnection bus, QObject* parent)
-        : QObject(parent)
-    {
-        bus.connect(QString{}, QStringLiteral("/org/freedesktop/DBus/Local"),
-                    QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this,
-                    SIGNAL(happened()));
-    }
-
-Q_SIGNALS:
-    void happened();
-};
-
-} // namespace
 
 void callService(QObject& keeper, const QDBusConnection& bus, const QDBusMessage& call,
                  const std::function<void(const QDBusPendingCall&)>& handle)
@@ -60,5 +41,3 @@ void watchService(QObject& owner, const QDBusConnection& bus, const QString& ser
 }
 
 } // namespace tallyfox
-
-#include "ServiceCall.moc"

@@ -68,7 +68,7 @@ private:
 
     void end()
     {
-        QMetaObject::invokeMethod(this, &SleepInhibition::ended, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, "ended", Qt::QueuedConnection);
     }
 
     std::vector<Service> m_services;

@@ -5,7 +5,6 @@
 #include "Tallyfox/Platform/Linux/SocketPeer.h"
 
 #include <QSocketNotifier>
-#include <QTimer>
 
 #include <algorithm>
 #include <fcntl.h>
@@ -82,6 +81,8 @@ SingleInstance::Claim SocketInstance::claim()
     if (listen()) {
         m_newcomers = new QSocketNotifier(m_socket.get(), QSocketNotifier::Read, this);
         connect(m_newcomers, &QSocketNotifier::activated, this, &SocketInstance::accept);
+        m_pause.setSingleShot(true);
+        connect(&m_pause, &QTimer::timeout, this, &SocketInstance::resume);
     }
     return Claim::first;
 }
@@ -112,14 +113,20 @@ void SocketInstance::accept()
     m_newcomers->setEnabled(m_peers.size() < mostPeers);
     const SocketPeer* peer = m_peers.back().get();
     connect(peer, &SocketPeer::asked, this, &SocketInstance::requested, Qt::QueuedConnection);
-    connect(peer, &SocketPeer::finished, this, [this, peer] { forget(*peer); });
+    connect(
+        peer, &SocketPeer::finished, this, [this, peer] { forget(*peer); }, Qt::QueuedConnection);
 }
 
 void SocketInstance::pauseAfterFailure()
 {
     // A process without free descriptors would otherwise be told of the same newcomer for ever.
     m_newcomers->setEnabled(false);
-    QTimer::singleShot(pause, m_newcomers, [this] { m_newcomers->setEnabled(m_peers.size() < mostPeers); });
+    m_pause.start(pause);
+}
+
+void SocketInstance::resume()
+{
+    m_newcomers->setEnabled(m_peers.size() < mostPeers);
 }
 
 void SocketInstance::forget(const SocketPeer& peer)

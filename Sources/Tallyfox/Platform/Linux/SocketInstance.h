@@ -4,6 +4,7 @@
 #include "TallyfoxCore/FileDescriptor.h"
 
 #include <QByteArray>
+#include <QTimer>
 
 #include <chrono>
 #include <vector>
@@ -33,6 +34,7 @@ private:
     bool listen();
     void accept();
     void pauseAfterFailure();
+    void resume();
     void forget(const SocketPeer& peer);
 
     QByteArray m_folder;
@@ -41,6 +43,7 @@ private:
     FileDescriptor m_lock;
     FileDescriptor m_socket;
     QSocketNotifier* m_newcomers = nullptr;
+    QTimer m_pause;
     std::vector<std::unique_ptr<SocketPeer>> m_peers;
 };
 

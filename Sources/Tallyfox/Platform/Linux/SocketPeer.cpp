@@ -49,10 +49,12 @@ void SocketPeer::receive()
 
 void SocketPeer::finish()
 {
+    if (m_isFinished)
+        return;
+    m_isFinished = true;
     for (QSocketNotifier* notifier : findChildren<QSocketNotifier*>())
         notifier->setEnabled(false);
-    // Later, when nothing of this object is at work any more.
-    QMetaObject::invokeMethod(this, &SocketPeer::finished, Qt::QueuedConnection);
+    Q_EMIT finished();
 }
 
 } // namespace tallyfox

@@ -19,7 +19,7 @@ public:
 
 Q_SIGNALS:
     void asked(InstanceRequest request); ///< at most once, before `finished`
-    /// Nothing more is to come; the receiver may delete the object.
+    /// At most once: nothing more is to come. For a queued connection, after which the object may be deleted.
     void finished();
 
 private:
@@ -28,6 +28,7 @@ private:
 
     FileDescriptor m_socket;
     QByteArray m_received;
+    bool m_isFinished = false;
 };
 
 } // namespace tallyfox

@@ -71,7 +71,7 @@ bool X11Shortcut::take(const xcb_key_press_event_t& press)
         return false;
     // A key that is held is let go and pressed again by the server at one and the same moment.
     if (m_releaseTime != press.time)
-        QMetaObject::invokeMethod(this, &GlobalShortcut::activated, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, "activated", Qt::QueuedConnection);
     return true;
 }
 

@@ -1,4 +1,5 @@
 #include "Support/Desktop/PrivateBus.h"
+#include "Support/Desktop/PrivateDisplay.h"
 #include "Support/Desktop/Probe.h"
 #include "Support/Desktop/WaitUntil.h"
 #include "Tallyfox/Platform/Linux/LocalSocket.h"
@@ -235,6 +236,18 @@ TEST(SilentSessionBus, isReplacedByTheSocket)
         outcome = start("toggle")->nextLine().toStdString();
     EXPECT_EQ(outcome, "arrived");
     EXPECT_EQ(agent->nextLine().toStdString(), "toggle");
+}
+
+TEST(SilentSessionBus, isNotWaitedForByTheToolkit)
+{
+    const SilentBus bus;
+    const PrivateDisplay display;
+    Probe program{QStringLiteral(TALLYFOX_SHORTCUT_PROBE),
+                  {},
+                  bus.environment()
+                      + QStringList{QStringLiteral("DISPLAY=") + display.name(), QStringLiteral("QT_QPA_PLATFORM=xcb"),
+                                    QStringLiteral("WAYLAND_DISPLAY=wayland-0")}};
+    EXPECT_EQ(program.nextLine().toStdString(), "ready");
 }
 
 /// An agent behind a socket, in this process, and its clients in the same.
