@@ -1,7 +1,7 @@
 #include "TallyfoxCore/ClaudeUsageParser.h"
 
 #include "TallyfoxCore/Iso8601.h"
-#include "TallyfoxCore/JsonFields.h"
+#include "TallyfoxCore/JsonRecordReader.h"
 #include "TallyfoxCore/TokenSum.h"
 
 #include <algorithm>
@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <deque>
 #include <memory_resource>
+#include <span>
 #include <string>
 #include <unordered_map>
 
@@ -80,21 +81,23 @@ std::optional<std::string> modelOf(const ClaudeMessage& message)
 {
     if (!message.model.isPresent())
         return std::nullopt;
-    return message.model.value.decoded();
+    std::string storage;
+    return std::string(message.model.value.decoded(storage));
 }
 
-/// The samples of one file, at most one for each key.
+/// Appends the samples of one file, at most one for each key.
 class KeyedSamples {
 public:
-    explicit KeyedSamples(const HistoryLines& lines)
+    KeyedSamples(const HistoryLines& lines, std::vector<UsageSample>& samples)
         : m_lineCounter(lines)
+        , m_samples(samples)
+        , m_begin(samples.size())
     { }
 
-    void add(std::string_view line)
+    /// Adds what was read of `line`.
+    void add(std::string_view line, const ClaudeRecord& record)
     {
-        ClaudeRecord record;
-        if (!readJsonObject(line, record) || !hasRightTypes(record) || !isComplete(record)
-            || !record.hasAssistantUsage())
+        if (!hasRightTypes(record) || !isComplete(record) || !record.hasAssistantUsage())
             return;
         std::string storage;
         const std::string_view rawTimestamp = record.timestamp.value.decoded(storage);
@@ -111,10 +114,11 @@ public:
         place->model = modelOf(message);
     }
 
-    std::vector<UsageSample> takeSorted()
+    void sort()
     {
-        std::ranges::stable_sort(m_samples, {}, &UsageSample::timestamp);
-        return std::move(m_samples);
+        const auto added = std::span(m_samples).subspan(m_begin);
+        if (!std::ranges::is_sorted(added, {}, &UsageSample::timestamp))
+            std::ranges::stable_sort(added, {}, &UsageSample::timestamp);
     }
 
 private:
@@ -134,14 +138,25 @@ private:
     /// Where the sample is to be kept; null when the key has one at least as large, or as its first a negative one.
     UsageSample* placeFor(std::string_view key, const UsageSample& sample)
     {
-        const auto known = m_indexes.find(key);
-        if (known != m_indexes.end()) {
-            UsageSample& kept = m_samples[known->second];
-            return sample.totalTokens > kept.totalTokens ? &kept : nullptr;
+        // Mostly the lines of a message stand one behind the other.
+        if (key != m_lastKey || m_lastKey.data() == nullptr) {
+            const auto known = m_indexes.find(key);
+            if (known == m_indexes.end())
+                return newPlaceFor(key, sample);
+            m_lastKey = key;
+            m_lastIndex = known->second;
         }
+        UsageSample& kept = m_samples[m_lastIndex];
+        return sample.totalTokens > kept.totalTokens ? &kept : nullptr;
+    }
+
+    UsageSample* newPlaceFor(std::string_view key, const UsageSample& sample)
+    {
         if (sample.totalTokens < 0)
             return nullptr;
-        m_indexes.emplace(key, m_samples.size());
+        m_lastKey = key;
+        m_lastIndex = m_samples.size();
+        m_indexes.emplace(key, m_lastIndex);
         return &m_samples.emplace_back();
     }
 
@@ -150,16 +165,47 @@ private:
     std::pmr::monotonic_buffer_resource m_memory{m_firstMemory.data(), m_firstMemory.size()};
     std::deque<std::string> m_ownedKeys;
     std::pmr::unordered_map<std::string_view, std::size_t> m_indexes{&m_memory};
-    std::vector<UsageSample> m_samples;
+    std::string_view m_lastKey; ///< of the sample at `m_lastIndex`; null before the first one
+    std::size_t m_lastIndex = 0;
+    std::vector<UsageSample>& m_samples;
+    std::size_t m_begin; ///< of this file's samples
+};
+
+class ClaudeParser final : public HistoryParser {
+public:
+    explicit ClaudeParser(LineSelection selection)
+        : m_selection(selection)
+    { }
+
+    void parse(const HistoryLines& lines, std::vector<UsageSample>& samples) override
+    {
+        KeyedSamples keyed(lines, samples);
+        forEachLine(lines, m_selection, "usage", [&](std::string_view line) {
+            const ClaudeRecord* const record =
+                m_selection == LineSelection::all ? m_reader.readAlone(line) : m_reader.read(line);
+            if (record != nullptr)
+                keyed.add(line, *record);
+        });
+        keyed.sort();
+    }
+
+private:
+    LineSelection m_selection;
+    JsonRecordReader<ClaudeRecord> m_reader;
 };
 
 } // namespace
 
 std::vector<UsageSample> ClaudeUsageParser::parse(const HistoryLines& lines, LineSelection selection)
 {
-    KeyedSamples samples(lines);
-    forEachLine(lines, selection, "usage", [&samples](std::string_view line) { samples.add(line); });
-    return samples.takeSorted();
+    std::vector<UsageSample> samples;
+    make(selection)->parse(lines, samples);
+    return samples;
+}
+
+std::unique_ptr<HistoryParser> ClaudeUsageParser::make(LineSelection selection)
+{
+    return std::make_unique<ClaudeParser>(selection);
 }
 
 } // namespace tallyfox

@@ -1,7 +1,7 @@
 #include "TallyfoxCore/CodexUsageParser.h"
 
 #include "TallyfoxCore/Iso8601.h"
-#include "TallyfoxCore/JsonFields.h"
+#include "TallyfoxCore/JsonRecordReader.h"
 #include "TallyfoxCore/TokenSum.h"
 
 namespace tallyfox {
@@ -62,10 +62,9 @@ struct CodexRecord {
     }
 };
 
-std::optional<UsageSample> sampleOf(std::string_view line)
+std::optional<UsageSample> sampleOf(const CodexRecord& record)
 {
-    CodexRecord record;
-    if (!readJsonObject(line, record) || !hasRightTypes(record) || !isComplete(record) || !record.hasTokenCount())
+    if (!hasRightTypes(record) || !isComplete(record) || !record.hasTokenCount())
         return std::nullopt;
     std::string storage;
     const auto timestamp = parseISO8601(record.timestamp.value.decoded(storage));
@@ -86,16 +85,39 @@ std::optional<UsageSample> sampleOf(std::string_view line)
     return sample;
 }
 
+class CodexParser final : public HistoryParser {
+public:
+    explicit CodexParser(LineSelection selection)
+        : m_selection(selection)
+    { }
+
+    void parse(const HistoryLines& lines, std::vector<UsageSample>& samples) override
+    {
+        forEachLine(lines, m_selection, "last_token_usage", [&](std::string_view line) {
+            const CodexRecord* const record =
+                m_selection == LineSelection::all ? m_reader.readAlone(line) : m_reader.read(line);
+            if (const auto sample = record == nullptr ? std::nullopt : sampleOf(*record))
+                samples.push_back(*sample);
+        });
+    }
+
+private:
+    LineSelection m_selection;
+    JsonRecordReader<CodexRecord> m_reader;
+};
+
 } // namespace
 
 std::vector<UsageSample> CodexUsageParser::parse(const HistoryLines& lines, LineSelection selection)
 {
     std::vector<UsageSample> samples;
-    forEachLine(lines, selection, "last_token_usage", [&samples](std::string_view line) {
-        if (auto sample = sampleOf(line))
-            samples.push_back(std::move(*sample));
-    });
+    make(selection)->parse(lines, samples);
     return samples;
+}
+
+std::unique_ptr<HistoryParser> CodexUsageParser::make(LineSelection selection)
+{
+    return std::make_unique<CodexParser>(selection);
 }
 
 } // namespace tallyfox

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string_view>
 #include <tuple>
+#include <type_traits>
 
 /// Records of JSON objects: a struct of fields, with a static function `members` that lists them as a
 /// `std::tuple{requiredMember("timestamp", &Record::timestamp), optionalMember("message", &Record::message)}`.
@@ -50,6 +51,19 @@ template <typename Record> bool isComplete(const Record& record)
         return (!member.isRequired || field.isPresent()) && field.isComplete();
     };
     return std::apply([&](const auto&... member) { return (isMet(member) && ...); }, Record::members());
+}
+
+/// Calls `visit` with each scalar field of the record and of the records in it, always in the same order.
+template <typename Record, typename Visit> constexpr void forEachScalar(Record& record, const Visit& visit)
+{
+    const auto visitField = [&visit](auto& field) {
+        if constexpr (requires { field.record; })
+            forEachScalar(field.record, visit);
+        else
+            visit(field);
+    };
+    std::apply([&](const auto&... member) { (visitField(record.*member.field), ...); },
+               std::remove_const_t<Record>::members());
 }
 
 /// Reads the object that comes next; members that the record does not want are passed over.
@@ -100,6 +114,9 @@ protected:
 
 /// A field that holds one value.
 struct ScalarField : JsonField {
+    /// Where the text has the value that the field was read from; null if that was not of the field's JSON type.
+    const char* source = nullptr;
+
     [[nodiscard]] bool hasRightTypes() const
     {
         return state != FieldState::wrongType;
@@ -116,11 +133,19 @@ struct StringField : ScalarField {
 
     void read(JsonReader& reader)
     {
+        source = nullptr;
         const JsonReader::Type type = reader.nextType();
         if (type != JsonReader::Type::string)
             return refuse(reader, type);
+        JsonString string;
+        if (reader.readString(string))
+            assign(string);
+    }
+    void assign(const JsonString& string)
+    {
+        source = string.raw.data();
         state = FieldState::present;
-        reader.readString(value);
+        value = string;
     }
 };
 
@@ -130,23 +155,24 @@ template <typename Value, auto convert> struct NumberField : ScalarField {
 
     void read(JsonReader& reader)
     {
+        source = nullptr;
         const JsonReader::Type type = reader.nextType();
         if (type != JsonReader::Type::number)
             return refuse(reader, type);
         JsonNumber number;
         if (reader.readNumber(number))
-            assign((number.*convert)());
+            assign(number);
+    }
+    void assign(const JsonNumber& number)
+    {
+        const std::optional<Value> converted = (number.*convert)();
+        source = number.raw.data();
+        state = converted ? FieldState::present : FieldState::wrongType;
+        value = converted.value_or(0);
     }
     [[nodiscard]] Value valueOr(Value other) const
     {
         return isPresent() ? value : other;
-    }
-
-private:
-    void assign(std::optional<Value> converted)
-    {
-        state = converted ? FieldState::present : FieldState::wrongType;
-        value = converted.value_or(0);
     }
 };
 

@@ -91,6 +91,12 @@ const char* jsonScan::longStringEnd(const char* from, const char* end, bool& too
             return next;
         from = next;
     }
+    while (static_cast<std::size_t>(end - from) >= byteScan::width) {
+        const std::uint64_t specials = byteScan::jsonStringSpecials(from);
+        from += specials == 0 ? byteScan::width : static_cast<std::size_t>(std::countr_zero(specials));
+        if (specials != 0)
+            break;
+    }
     while (from != end && *from != '"') {
         if (static_cast<unsigned char>(*from) < 0x20)
             return nullptr;
@@ -103,7 +109,7 @@ const char* jsonScan::longStringEnd(const char* from, const char* end, bool& too
     return from == end ? nullptr : from;
 }
 
-const char* jsonScan::numberEnd(const char* from, const char* end)
+const char* jsonScan::anyNumberEnd(const char* from, const char* end)
 {
     if (from != end && *from == '-')
         ++from;

@@ -26,7 +26,39 @@ inline const char* stringEnd(const char* from, const char* end, bool& tookEscape
     return longStringEnd(from, end, tookEscape);
 }
 
+/// Whether a string whose text begins at `from` ends after `size` bytes and has no escape. False as well where there
+/// are few bytes behind it.
+inline bool isStringOfSize(std::size_t size, const char* from, const char* end)
+{
+    using byteScan::width;
+    if (static_cast<std::size_t>(end - from) < size + width)
+        return false;
+    std::size_t done = 0;
+    for (; done + width <= size; done += width) {
+        if (byteScan::jsonStringSpecials(from + done) != 0)
+            return false;
+    }
+    const std::uint64_t specials = byteScan::jsonStringSpecials(from + done);
+    const std::uint64_t closing = std::uint64_t{1} << (size - done);
+    return (specials & (2 * closing - 1)) == closing && from[size] == '"';
+}
+
+/// `numberEnd` for all numbers.
+const char* anyNumberEnd(const char* from, const char* end);
+
 /// The end of the number that begins at `from`; null if none does.
-const char* numberEnd(const char* from, const char* end);
+inline const char* numberEnd(const char* from, const char* end)
+{
+    // Most numbers are some digits and nothing else.
+    if (static_cast<std::size_t>(end - from) >= byteScan::width) {
+        const std::uint64_t others = byteScan::nonDigits(from);
+        const std::ptrdiff_t digits = std::countr_zero(others | (std::uint64_t{1} << 63));
+        const char behind = from[others != 0 ? digits : 0];
+        const bool isGrammatical = others != 0 && digits != 0 && (*from != '0' || digits == 1);
+        if (isGrammatical && behind != '.' && behind != 'e' && behind != 'E')
+            return from + digits;
+    }
+    return anyNumberEnd(from, end);
+}
 
 } // namespace tallyfox::jsonScan

@@ -6,15 +6,15 @@
 #include "TallyfoxCore/HistoryFiles.h"
 
 #include <algorithm>
-#include <iterator>
+#include <memory>
 
 namespace tallyfox {
 
 namespace {
 
-std::vector<UsageSample> parse(Provider provider, const HistoryLines& lines)
+std::unique_ptr<HistoryParser> parserFor(Provider provider)
 {
-    return provider == Provider::codex ? CodexUsageParser::parse(lines) : ClaudeUsageParser::parse(lines);
+    return provider == Provider::codex ? CodexUsageParser::make() : ClaudeUsageParser::make();
 }
 
 /// Sorts by timestamp; equal ones keep their order. Moves each sample once: sorting the records themselves would move
@@ -51,6 +51,7 @@ std::variant<LocalUsageScanResult, FileError> LocalUsageScanner::scanResult(Prov
         return result;
     const HistoryFiles files = jsonlFiles(folder);
     result.isPartial = files.isPartial;
+    const auto parser = parserFor(provider);
     TailReader reader;
     for (const std::string& path : files.paths) {
         const auto tail = reader.tailLines(folder, path);
@@ -58,7 +59,7 @@ std::variant<LocalUsageScanResult, FileError> LocalUsageScanner::scanResult(Prov
             return *error;
         const HistoryTail& read = std::get<HistoryTail>(tail);
         result.isPartial |= read.isPartial;
-        std::ranges::move(parse(provider, read.lines), std::back_inserter(result.samples));
+        parser->parse(read.lines, result.samples);
     }
     result.samples = sortedByTime(std::move(result.samples));
     return result;

@@ -59,7 +59,29 @@ inline std::uint64_t jsonStringSpecials(const char* bytes)
     return bits((block == '"') | (block == '\\') | (block < 0x20));
 }
 
+/// One bit for each of sixteen bytes: whether it is no decimal digit.
+inline std::uint64_t nonDigits(const char* bytes)
+{
+    const Bytes block = load(bytes);
+    return bits((block - '0') > 9);
+}
+
 } // namespace byteScan
+
+/// Whether the first `size` of the `left` bytes of `text` are those of `wanted`, behind which sixteen more bytes,
+/// whatever they are, can be read. `left` is at least `size`.
+inline bool equalsPadded(const char* text, std::size_t left, const char* wanted, std::size_t size)
+{
+    using byteScan::width;
+    for (; size > width; text += width, wanted += width, left -= width, size -= width) {
+        if (byteScan::bits(byteScan::load(text) != byteScan::load(wanted)) != 0)
+            return false;
+    }
+    if (left < width)
+        return std::memcmp(text, wanted, size) == 0;
+    const std::uint64_t differences = byteScan::bits(byteScan::load(text) != byteScan::load(wanted));
+    return (differences & ((std::uint64_t{1} << size) - 1)) == 0;
+}
 
 /// How many bytes `jsonStringSpecials` looks at.
 inline constexpr std::size_t jsonStringBlock = 4 * byteScan::width;
