@@ -4,6 +4,7 @@ import signal
 import time
 
 from Xlib import X
+from Xlib.ext import xtest
 
 from harness.bus import StatusItems
 from harness.desktop import Desktop
@@ -72,6 +73,21 @@ def test_pointerOverTheItemShowsTheTooltip(surroundings, panel):
             moved[0] = time.monotonic()
         return len(desktop.display.overlays()) > before
     until("a tooltip is shown", tooltip)
+
+
+def test_slowClickOpensAPopoverThatAClickOutsideCloses(surroundings, panel):
+    desktop, agent = started(surroundings, panel)
+    # Some panels tell of the press, while the pointer is still theirs, and some of the release.
+    desktop.display.move(desktop.item_box().middle)
+    xtest.fake_input(desktop.display.x, X.ButtonPress, 1)
+    desktop.display.x.sync()
+    stays("the program runs", agent.is_running, 0.5)
+    xtest.fake_input(desktop.display.x, X.ButtonRelease, 1)
+    desktop.display.x.sync()
+    agent.opened_popover()
+    stays("the popover is open", agent.popover, 0.5)
+    desktop.display.click((5, desktop.display.box.height - 60))
+    agent.closed_popover()
 
 
 def test_clickOpensAndClosesThePopover(surroundings, panel):
