@@ -38,7 +38,7 @@ def stays(what, condition, seconds):
         time.sleep(0.02)
 
 
-def settled(what, value, quiet=0.2):
+def settled(what, value, quiet=0.2, limit=HANG_LIMIT):
     """Waits until `value()` is truthy and has been the same for `quiet` seconds; returns it."""
     last = [None, time.monotonic()]
 
@@ -48,4 +48,4 @@ def settled(what, value, quiet=0.2):
             last[:] = [current, time.monotonic()]
         return current if current and time.monotonic() - last[1] >= quiet else None
 
-    return until(what, is_quiet, interval=0.03)
+    return until(what, is_quiet, limit, interval=0.03)
