@@ -188,22 +188,35 @@ JsonShapes::Piece* JsonShapes::append(const TextPiece& added)
 
 std::optional<std::size_t> JsonShapes::learn(std::string_view text)
 {
-    const Cut cut(text);
-    if (!cut.isWhole() || m_pieces.size() + cut.pieces().size() > mostPieces
-        || m_bytes.size() + text.size() > mostBytes)
+    if (m_refusals == mostRefusals)
         return std::nullopt;
+    const Piece* const last = lastPieceOf(text);
+    if (last == nullptr) {
+        ++m_refusals;
+        return std::nullopt;
+    }
+    return last->shape;
+}
+
+/// The piece with which `text` ends, learned with all those before it; null if there is no room.
+const JsonShapes::Piece* JsonShapes::lastPieceOf(std::string_view text)
+{
+    const Cut cut(text);
+    const bool fits = m_pieces.size() + cut.pieces().size() <= mostPieces && m_bytes.size() + text.size() <= mostBytes;
+    if (!cut.isWhole() || !fits)
+        return nullptr;
     Piece** link = &m_first;
     const Piece* last = nullptr;
     for (const TextPiece& piece : cut.pieces()) {
         link = linkTo(link, piece);
         if (link == nullptr)
-            return std::nullopt;
+            return nullptr;
         if (*link == nullptr)
             *link = append(piece);
         last = *link;
         link = &(*link)->child;
     }
-    return last->shape;
+    return last;
 }
 
 } // namespace tallyfox

@@ -26,6 +26,7 @@ public:
     static constexpr std::size_t mostPieces = 8192; ///< of all shapes
     static constexpr std::size_t mostBytes = 262'144; ///< of all pieces
     static constexpr std::size_t mostSiblings = 16; ///< pieces that may follow one piece
+    static constexpr std::size_t mostRefusals = 256; ///< texts there was no room for, before no more is learned
 
     /// The values of a text in their order: the raw text of strings and of numbers. Views of the text.
     using Values = std::array<JsonString, mostValues>;
@@ -74,11 +75,13 @@ private:
     static const char* takeValue(Piece& piece, const char* begin, const char* end, JsonString& value);
     Piece** linkTo(Piece** link, const TextPiece& wanted) const;
     Piece* append(const TextPiece& added);
+    const Piece* lastPieceOf(std::string_view text);
 
     std::deque<Piece> m_pieces; ///< which stay where they are
     std::vector<char> m_bytes; ///< of all pieces, and a block behind them, so that they can be compared in blocks
     Piece* m_first = nullptr;
     std::size_t m_size = 0;
+    std::size_t m_refusals = 0;
 };
 
 } // namespace tallyfox

@@ -204,6 +204,19 @@ TEST(JsonShapes, manyShapesAreRefusedAtSomePointAndTheFirstOnesStay)
     EXPECT_TRUE(shapes.match(chain(0), values));
 }
 
+TEST(JsonShapes, nothingIsLearnedAnyMoreAfterManyTextsThereWasNoRoomFor)
+{
+    JsonShapes shapes;
+    JsonShapes::Values values;
+    const std::string large = "{\"" + std::string(JsonShapes::mostBytes, 'k') + "\":1}";
+    for (std::size_t count = 1; count < JsonShapes::mostRefusals; ++count)
+        EXPECT_EQ(shapes.learn(large), std::nullopt);
+    EXPECT_EQ(shapes.learn(record), 0U);
+    EXPECT_EQ(shapes.learn(large), std::nullopt);
+    EXPECT_EQ(shapes.learn("[1]"), std::nullopt);
+    EXPECT_EQ(shapes.match(record, values), 0U);
+}
+
 TEST(JsonShapes, matchingTakesNothingFromTheHeap)
 {
     JsonShapes shapes;
