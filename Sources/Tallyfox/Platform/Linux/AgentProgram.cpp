@@ -35,7 +35,7 @@ std::filesystem::path command()
 {
     std::error_code error;
     const std::filesystem::path folder = folderOfThisProgram(error);
-    const std::filesystem::path built = folder / "tallyfox";
+    std::filesystem::path built = folder / "tallyfox";
     if (std::filesystem::is_regular_file(built, error))
         return built;
     return (folder / "../../bin/tallyfox").lexically_normal();
