@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Tallyfox/TallyfoxTheme.h"
+
 class QPainter;
 class QRectF;
 class QWidget;
@@ -10,6 +12,6 @@ namespace tallyfox {
 bool showsFocus(const QWidget& widget);
 
 /// Paints the ring that marks the control with the focus along the inside of `frame`.
-void paintFocusRing(QPainter& painter, const QRectF& frame, double radius);
+void paintFocusRing(QPainter& painter, const QRectF& frame, double radius, const QColor& color = Theme::accent());
 
 } // namespace tallyfox

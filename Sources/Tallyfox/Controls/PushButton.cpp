@@ -20,13 +20,6 @@ constexpr double radius = 6;
 constexpr int symbolSide = 14;
 constexpr int symbolSpacing = 6;
 
-QColor mixed(const QColor& color, const QColor& other, float share)
-{
-    const auto mix = [share](float one, float two) { return one + (two - one) * share; };
-    return QColor::fromRgbF(mix(color.redF(), other.redF()), mix(color.greenF(), other.greenF()),
-                            mix(color.blueF(), other.blueF()));
-}
-
 /// Rounded down, half of all texts would end in an ellipsis.
 int textWidth(const QString& text, const QFont& font)
 {
@@ -102,29 +95,36 @@ void PushButton::paintEvent(QPaintEvent* /*event*/)
     painter.setRenderHint(QPainter::Antialiasing);
     paintFrame(painter);
     paintLabel(painter);
-    if (!showsFocus(*this))
-        return;
-    paintFocusRing(painter, rect(), radius);
+    if (showsFocus(*this))
+        paintFocus(painter);
 }
 
 void PushButton::paintFrame(QPainter& painter) const
 {
-    const bool isHot = isEnabled() && (isDown() || underMouse());
-    const float strength = isDown() ? 0.25F : 0.12F;
-    QColor fill = Theme::surface();
-    painter.setPen(QPen{Theme::line(), 1});
-    if (m_style == ButtonStyle::borderedProminent) {
-        fill = isEnabled() ? Theme::accent() : Theme::surfaceStrong();
+    const QRectF frame = rect();
+    painter.setPen(Qt::NoPen);
+    if (m_style == ButtonStyle::bordered) {
+        painter.setPen(QPen{Theme::line(), 1});
+        painter.setBrush(Theme::surface());
+        painter.drawRoundedRect(frame.adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
         painter.setPen(Qt::NoPen);
-    } else if (m_style == ButtonStyle::plain) {
-        if (!isHot)
-            return;
-        fill = Theme::surfaceStrong();
-        painter.setPen(Qt::NoPen);
+    } else if (m_style == ButtonStyle::borderedProminent) {
+        painter.setBrush(isEnabled() ? Theme::accent() : Theme::surfaceStrong());
+        painter.drawRoundedRect(frame, radius, radius);
     }
-    painter.setBrush(isHot ? mixed(fill, Theme::ink(), strength / 2) : fill);
-    const double inset = painter.pen().style() == Qt::NoPen ? 0 : 0.5;
-    painter.drawRoundedRect(QRectF{rect()}.adjusted(inset, inset, -inset, -inset), radius, radius);
+    if (!isEnabled() || !(isDown() || underMouse()))
+        return;
+    painter.setBrush(Theme::withOpacity(Theme::ink(), isDown() ? 0.14 : 0.06));
+    painter.drawRoundedRect(frame, radius, radius);
+}
+
+/// On the accent a ring in the accent would not be seen.
+void PushButton::paintFocus(QPainter& painter) const
+{
+    if (m_style == ButtonStyle::borderedProminent)
+        paintFocusRing(painter, rect().adjusted(2, 2, -2, -2), radius - 2, Theme::cream());
+    else
+        paintFocusRing(painter, rect(), radius);
 }
 
 void PushButton::paintLabel(QPainter& painter) const

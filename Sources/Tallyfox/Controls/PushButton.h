@@ -38,6 +38,7 @@ private:
     [[nodiscard]] QColor textColor() const;
     [[nodiscard]] QString shownText() const;
     void paintFrame(QPainter& painter) const;
+    void paintFocus(QPainter& painter) const;
     void paintLabel(QPainter& painter) const;
 
     ButtonStyle m_style;

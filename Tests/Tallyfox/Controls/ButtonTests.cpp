@@ -134,6 +134,21 @@ TEST(PushButton, pressedOrDisabledLooksOtherwise)
     }
 }
 
+TEST(PushButton, focusIsSeenOnEveryStyle)
+{
+    for (const ButtonStyle style : {ButtonStyle::plain, ButtonStyle::bordered, ButtonStyle::borderedProminent}) {
+        PushButton button{QStringLiteral("Refresh"), style};
+        button.resize(button.sizeHint());
+        showActive(button);
+        button.setFocus();
+        const QColor& ring = style == ButtonStyle::borderedProminent ? Theme::cream() : Theme::accent();
+        const QPoint onRing{button.width() / 2, style == ButtonStyle::borderedProminent ? 3 : 1};
+        EXPECT_NE(pixelOf(button, onRing), ring.rgb());
+        button.setAttribute(Qt::WA_KeyboardFocusChange);
+        EXPECT_EQ(pixelOf(button, onRing), ring.rgb());
+    }
+}
+
 class CardButtonTest : public testing::Test {
 protected:
     CardButtonTest()
