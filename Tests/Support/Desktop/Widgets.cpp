@@ -47,6 +47,13 @@ void showActive(QWidget& window)
     spinUntil([&window] { return window.isActiveWindow(); });
 }
 
+void settle()
+{
+    constexpr int rounds = 4; // a child's layout, its parent's, and the scroll area's
+    for (int round = 0; round < rounds; ++round)
+        QApplication::processEvents(); // the test is the outermost loop here
+}
+
 void click(QWidget& widget, std::optional<QPoint> position)
 {
     const QPoint point = position.value_or(widget.rect().center());

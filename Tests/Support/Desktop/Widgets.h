@@ -15,6 +15,9 @@ namespace tallyfox::test {
 /// Shows `window` and waits until it is the active one, so that a widget of it can have the focus.
 void showActive(QWidget& window);
 
+/// Lets happen what waits for the event loop: layouts above all, which may ask for further ones.
+void settle();
+
 /// Presses and releases the left button in the middle of `widget`, or at `position` in it.
 void click(QWidget& widget, std::optional<QPoint> position = std::nullopt);
 

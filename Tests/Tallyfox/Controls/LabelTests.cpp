@@ -154,7 +154,7 @@ TEST(MetricRow, longValueIsCutInsideTheRowAndWholeForAScreenReader)
     row.setMetric(2, QStringLiteral("Confidence"), QStringLiteral("Observed"));
     row.resize(370, row.sizeHint().height());
     row.show();
-    QCoreApplication::processEvents(); // lays out the children's layouts
+    settle();
     EXPECT_FALSE(row.metrics().at(0)->value().isElided());
     EXPECT_TRUE(row.metrics().at(1)->value().isElided());
     EXPECT_FALSE(row.metrics().at(2)->value().isElided());
@@ -171,7 +171,7 @@ TEST(MetricRow, changedTextMovesTheColumns)
     row.show();
     EXPECT_EQ(row.metrics().at(1)->x(), 110);
     row.setMetric(1, QStringLiteral("Source"), QStringLiteral("Showing last successful"));
-    QCoreApplication::processEvents();
+    settle();
     EXPECT_LT(row.metrics().at(1)->x(), 110);
 }
 

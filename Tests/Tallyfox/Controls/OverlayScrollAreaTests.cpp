@@ -20,7 +20,7 @@ protected:
     {
         content->setMinimumHeight(height);
         area.show();
-        QCoreApplication::processEvents();
+        settle();
     }
 
     /// The bar that is drawn.

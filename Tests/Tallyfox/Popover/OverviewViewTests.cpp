@@ -10,7 +10,6 @@
 #include "Tallyfox/Popover/TrendCard.h"
 #include "Tallyfox/TallyfoxTheme.h"
 
-#include <QCoreApplication>
 #include <QLocale>
 #include <gtest/gtest.h>
 
@@ -31,7 +30,7 @@ protected:
         view.setUsage(snapshot);
         view.resize(420, 600);
         showActive(view);
-        QCoreApplication::processEvents();
+        settle();
     }
 
     [[nodiscard]] bool shows(const char* text) const

@@ -16,7 +16,6 @@
 #include "Tallyfox/Popover/TrendCard.h"
 #include "Tallyfox/TallyfoxTheme.h"
 
-#include <QApplication>
 #include <QPointer>
 #include <QRadioButton>
 #include <QScrollArea>
@@ -32,7 +31,7 @@ protected:
     {
         view.setUsage(snapshotOf({claudeState(), codexStateWithWeekly()}));
         showActive(view);
-        QCoreApplication::processEvents();
+        settle();
     }
 
     template <typename Part> [[nodiscard]] Part* part() const
@@ -225,7 +224,7 @@ TEST_F(PopoverViewTest, frameStaysWhateverTheContent)
         view.selectTab(tab);
         for (const UsageSnapshot& snapshot : {UsageSnapshot{.now = now}, snapshotOf(many)}) {
             view.setUsage(snapshot);
-            QCoreApplication::processEvents();
+            settle();
             EXPECT_EQ(view.size(), QSize(420, 680));
             EXPECT_EQ(view.sizeHint(), view.sizeHint().boundedTo({420, 680}));
             EXPECT_LE(part<TabView>()->minimumSizeHint().width(), 420) << rawValue(tab);
@@ -256,7 +255,7 @@ TEST_F(PopoverViewTest, newTabStartsAtItsTop)
     ASSERT_EQ(part<OverviewView>()->y(), -200);
     view.selectTab(PopoverTab::dashboard);
     view.selectTab(PopoverTab::overview);
-    QCoreApplication::processEvents();
+    settle();
     EXPECT_EQ(part<OverviewView>()->y(), 0);
 }
 
@@ -283,7 +282,7 @@ TEST_F(PopoverViewTest, everyTabStopOfEveryTabHasANameAndARole)
     view.setUsage({.states = {claudeState(), codexStateWithWeekly()}, .hasHomeAccess = false, .now = now});
     for (const PopoverTab tab : allPopoverTabs) {
         view.selectTab(tab);
-        QCoreApplication::processEvents();
+        settle();
         const std::vector<QWidget*> stops = tabStops(view);
         EXPECT_GE(stops.size(), 4U);
         for (QWidget* stop : stops) {

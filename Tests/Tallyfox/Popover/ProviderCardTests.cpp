@@ -7,7 +7,6 @@
 #include "Tallyfox/Popover/ProviderStates.h"
 #include "Tallyfox/TallyfoxTheme.h"
 
-#include <QCoreApplication>
 #include <QLocale>
 #include <gtest/gtest.h>
 
@@ -29,7 +28,7 @@ public:
         card.setModel(providerCardModel(state, now, QLocale{}));
         card.setFixedHeight(card.heightForWidth(396));
         card.show();
-        QCoreApplication::processEvents(); // lays it out
+        settle();
     }
 
     /// Every text that can be seen, from left to right and top to bottom as the widgets were made.
