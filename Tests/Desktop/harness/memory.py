@@ -30,11 +30,17 @@ class Activity:
     def __init__(self, pid):
         self._threads = {}
         for task in os.listdir(f"/proc/{pid}/task"):
-            with open(f"/proc/{pid}/task/{task}/schedstat", encoding="ascii") as file:
-                nanoseconds = int(file.read().split()[0])
-            with open(f"/proc/{pid}/task/{task}/status", encoding="utf-8") as file:
-                switches = sum(int(line.split()[1]) for line in file if "ctxt_switches" in line)
-            self._threads[task] = (nanoseconds, switches)
+            try:
+                self._threads[task] = self._of_thread(f"/proc/{pid}/task/{task}")
+            except (FileNotFoundError, ProcessLookupError):
+                continue  # it has ended since it was listed
+
+    @staticmethod
+    def _of_thread(folder):
+        with open(f"{folder}/schedstat", encoding="ascii") as file:
+            nanoseconds = int(file.read().split()[0])
+        with open(f"{folder}/status", encoding="utf-8") as file:
+            return nanoseconds, sum(int(line.split()[1]) for line in file if "ctxt_switches" in line)
 
     def __eq__(self, other):
         return isinstance(other, Activity) and self._threads == other._threads
