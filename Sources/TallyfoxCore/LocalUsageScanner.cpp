@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <utility>
 
 namespace tallyfox {
 
@@ -17,27 +18,43 @@ std::unique_ptr<HistoryParser> parserFor(Provider provider)
     return provider == Provider::codex ? CodexUsageParser::make() : ClaudeUsageParser::make();
 }
 
+struct SortKey {
+    Instant timestamp;
+    std::size_t index;
+    auto operator<=>(const SortKey&) const = default;
+};
+
+/// Moves each sample to the place of the key that names it, along the cycles of that permutation: a second list would
+/// be as much memory again.
+void arrange(std::vector<UsageSample>& samples, std::vector<SortKey>& keys)
+{
+    for (std::size_t begin = 0; begin < keys.size(); ++begin) {
+        if (keys[begin].index == begin)
+            continue;
+        UsageSample first = std::move(samples[begin]);
+        std::size_t hole = begin;
+        while (keys[hole].index != begin) {
+            const std::size_t next = std::exchange(keys[hole].index, hole);
+            samples[hole] = std::move(samples[next]);
+            hole = next;
+        }
+        samples[hole] = std::move(first);
+        keys[hole].index = hole;
+    }
+}
+
 /// Sorts by timestamp; equal ones keep their order. Moves each sample once: sorting the records themselves would move
 /// them over and over.
-std::vector<UsageSample> sortedByTime(std::vector<UsageSample> samples)
+void sortByTime(std::vector<UsageSample>& samples)
 {
-    struct Key {
-        Instant timestamp;
-        std::size_t index;
-        auto operator<=>(const Key&) const = default;
-    };
     if (std::ranges::is_sorted(samples, {}, &UsageSample::timestamp))
-        return samples;
-    std::vector<Key> keys;
+        return;
+    std::vector<SortKey> keys;
     keys.reserve(samples.size());
     for (const UsageSample& sample : samples)
         keys.push_back({sample.timestamp, keys.size()});
     std::ranges::sort(keys);
-    std::vector<UsageSample> sorted;
-    sorted.reserve(samples.size());
-    for (const Key& key : keys)
-        sorted.push_back(std::move(samples[key.index]));
-    return sorted;
+    arrange(samples, keys);
 }
 
 } // namespace
@@ -61,7 +78,7 @@ std::variant<LocalUsageScanResult, FileError> LocalUsageScanner::scanResult(Prov
         result.isPartial |= read.isPartial;
         parser->parse(read.lines, result.samples);
     }
-    result.samples = sortedByTime(std::move(result.samples));
+    sortByTime(result.samples);
     return result;
 }
 
