@@ -2,6 +2,8 @@
 
 #include "Tallyfox/Store/ProgrammingErrors.h"
 
+#include <QtGlobal>
+
 #include <algorithm>
 #include <cmath>
 
@@ -44,14 +46,16 @@ struct Verdict {
 Verdict verdict(const ProviderUpdate& update, const ProviderState& next)
 {
     if (next.isQuotaStale)
-        return {SourceHealth::stale, "Showing last successful quota"};
+        return {SourceHealth::stale, QT_TRANSLATE_NOOP("UsageStore", "Showing last successful quota")};
     if (update.quota)
-        return {SourceHealth::connected, "Official usage API"};
+        return {SourceHealth::connected, QT_TRANSLATE_NOOP("UsageStore", "Official usage API")};
     if (update.historyPermissionRequired)
-        return {SourceHealth::permissionRequired, "Home folder access required"};
+        return {SourceHealth::permissionRequired, QT_TRANSLATE_NOOP("UsageStore", "Home folder access required")};
     if (!hasHistory(next.summary))
-        return {SourceHealth::unavailable, "Log in via CLI and refresh"};
-    return {SourceHealth::localOnly, update.isPartialHistory ? "Partial local history" : "Observed from local history"};
+        return {SourceHealth::unavailable, QT_TRANSLATE_NOOP("UsageStore", "Log in via CLI and refresh")};
+    return {SourceHealth::localOnly,
+            update.isPartialHistory ? QT_TRANSLATE_NOOP("UsageStore", "Partial local history")
+                                    : QT_TRANSLATE_NOOP("UsageStore", "Observed from local history")};
 }
 
 std::int64_t roundedPercent(double percent)
@@ -69,17 +73,17 @@ std::string_view rawValue(SourceHealth health)
 {
     switch (health) {
     case SourceHealth::connected:
-        return "Connected";
+        return QT_TRANSLATE_NOOP("UsageStore", "Connected");
     case SourceHealth::localOnly:
-        return "Local history";
+        return QT_TRANSLATE_NOOP("UsageStore", "Local history");
     case SourceHealth::stale:
-        return "Stale";
+        return QT_TRANSLATE_NOOP("UsageStore", "Stale");
     case SourceHealth::permissionRequired:
-        return "Permission";
+        return QT_TRANSLATE_NOOP("UsageStore", "Permission");
     case SourceHealth::unavailable:
         break;
     }
-    return "Unavailable";
+    return QT_TRANSLATE_NOOP("UsageStore", "Unavailable");
 }
 
 ProviderState initialState(Provider provider, Instant now, const Calendar& calendar)
@@ -87,7 +91,7 @@ ProviderState initialState(Provider provider, Instant now, const Calendar& calen
     ProviderState state;
     state.provider = provider;
     state.summary = UsageSummary{{}, now, calendar};
-    state.detail = "Waiting for first refresh";
+    state.detail = QT_TRANSLATE_NOOP("UsageStore", "Waiting for first refresh");
     return state;
 }
 

@@ -13,7 +13,8 @@ namespace tallyfox {
 
 namespace {
 
-constexpr std::string_view accessMessage = "Choose your home folder to read Claude and Codex usage metadata.";
+constexpr std::string_view accessMessage =
+    QT_TRANSLATE_NOOP("UsageStore", "Choose your home folder to read Claude and Codex usage metadata.");
 
 const ProviderState* stateOf(Provider provider, const std::vector<ProviderState>& states)
 {
