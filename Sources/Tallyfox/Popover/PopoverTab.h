@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtGlobal>
+
 #include <array>
 
 namespace tallyfox {
@@ -15,13 +17,13 @@ constexpr const char* rawValue(PopoverTab tab)
 {
     switch (tab) {
     case PopoverTab::overview:
-        return "Overview";
+        return QT_TRANSLATE_NOOP("PopoverTab", "Overview");
     case PopoverTab::dashboard:
-        return "Dashboard";
+        return QT_TRANSLATE_NOOP("PopoverTab", "Dashboard");
     case PopoverTab::ranking:
-        return "Ranking";
+        return QT_TRANSLATE_NOOP("PopoverTab", "Ranking");
     case PopoverTab::services:
-        return "Services";
+        return QT_TRANSLATE_NOOP("PopoverTab", "Services");
     }
     return "";
 }
