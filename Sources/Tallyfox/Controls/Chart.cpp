@@ -6,6 +6,7 @@
 #include "TallyfoxCore/TokenSum.h"
 
 #include <QHelpEvent>
+#include <QLocale>
 #include <QPainter>
 #include <QToolTip>
 
@@ -19,7 +20,7 @@ constexpr int legendGap = 6; // between the plot and the legend
 
 QString shortText(std::int64_t tokens)
 {
-    return QString::fromStdString(tokenText(tokens));
+    return tokenText(tokens, QLocale{});
 }
 
 } // namespace
@@ -51,7 +52,7 @@ QString Chart::helpText(std::size_t day) const
     for (const ChartSeries& series : m_data.series) {
         for (const ChartValue& value : series.values) {
             if (value.day == day)
-                text += tr("\n%1: %2").arg(series.name, shortText(value.tokens));
+                text += QLatin1Char{'\n'} + tr("%1: %2").arg(series.name, shortText(value.tokens));
         }
     }
     return text;

@@ -6,6 +6,7 @@
 #include "Tallyfox/TokenText.h"
 
 #include <QHelpEvent>
+#include <QLocale>
 #include <QPainter>
 #include <QToolTip>
 
@@ -26,7 +27,7 @@ int rowsOf(std::size_t cells)
 /// "Nov 15, 2026: 1.2K": under the pointer, and to a screen reader.
 QString helpText(const HeatCell& cell, const DayFormat& format)
 {
-    return HeatMap::tr("%1: %2").arg(format.text(cell.day), QString::fromStdString(tokenText(cell.tokens)));
+    return HeatMap::tr("%1: %2").arg(format.text(cell.day), tokenText(cell.tokens, QLocale{}));
 }
 
 } // namespace
@@ -83,11 +84,8 @@ std::vector<AccessibleElement> HeatMap::accessibleElements() const
     elements.reserve(m_cells.size());
     for (std::size_t index = 0; index < m_cells.size(); ++index) {
         const HeatCell& cell = m_cells[index];
-        elements.push_back({helpText(cell, format),
-                            QString::fromStdString(tokenText(cell.tokens)),
-                            QAccessible::Graphic,
-                            cellFrame(index),
-                            {}});
+        elements.push_back(
+            {helpText(cell, format), tokenText(cell.tokens, QLocale{}), QAccessible::Graphic, cellFrame(index), {}});
     }
     return elements;
 }

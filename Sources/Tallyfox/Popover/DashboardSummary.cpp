@@ -65,8 +65,8 @@ void DashboardSummary::addDivider(QHBoxLayout& row)
 
 void DashboardSummary::setStates(std::span<const ProviderState> states)
 {
-    m_today->setText(QString::fromStdString(tokenText(DashboardModel::todayTokens(states))));
-    m_total->setText(QString::fromStdString(tokenText(DashboardModel::totalTokens(states))));
+    m_today->setText(tokenText(DashboardModel::todayTokens(states), locale()));
+    m_total->setText(tokenText(DashboardModel::totalTokens(states), locale()));
     m_cost->setText(QString::fromStdString(DashboardModel::hypotheticalCost(states)));
 }
 

@@ -96,7 +96,7 @@ private:
     void drawTotal()
     {
         const std::string_view board = RankingModel::boards.at(static_cast<std::size_t>(m_board->currentIndex()));
-        m_total->setText(QString::fromStdString(tokenText(RankingModel::monthlyTotal(m_states, board))));
+        m_total->setText(tokenText(RankingModel::monthlyTotal(m_states, board), m_total->locale()));
     }
 
     std::vector<ProviderState> m_states;
