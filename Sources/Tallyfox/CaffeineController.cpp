@@ -16,7 +16,8 @@ bool CaffeineController::isEnabled() const
 
 void CaffeineController::toggle()
 {
-    setActivity(m_activity ? nullptr : m_inhibitor.begin(QStringLiteral("Tallyfox Keep Mac Awake")));
+    setActivity(m_activity ? nullptr
+                           : m_inhibitor.begin(tr("Tallyfox Keep Mac Awake", "why the computer does not sleep")));
 }
 
 void CaffeineController::setActivity(std::unique_ptr<SleepInhibition> activity)

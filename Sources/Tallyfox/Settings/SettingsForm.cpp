@@ -63,7 +63,7 @@ SettingsValue::SettingsValue(const QString& label, QWidget* parent)
 void SettingsValue::setValue(const QString& value)
 {
     setText(value);
-    setAccessibleName(m_label + QStringLiteral(": ") + value);
+    setAccessibleName(tr("%1: %2", "a label and its value").arg(m_label, value));
 }
 
 SettingsSection::SettingsSection(const QString& title, QWidget* parent)

@@ -5,7 +5,6 @@
 #include "Tallyfox/Settings/Preferences.h"
 #include "Tallyfox/TallyfoxTheme.h"
 
-#include <QCoreApplication>
 #include <QHBoxLayout>
 
 namespace tallyfox {
@@ -20,7 +19,7 @@ constexpr int spacing = 8;
 
 QString thresholdText(double percent)
 {
-    return QCoreApplication::translate("ThresholdControl", "%1%").arg(static_cast<int>(percent));
+    return QString::number(static_cast<int>(percent)) + QLatin1Char{'%'};
 }
 
 ThresholdControl::ThresholdControl(const QString& name, QWidget* parent)

@@ -1,5 +1,7 @@
 #include "Tallyfox/Platform/Linux/FolderPicker.h"
 
+#include "Tallyfox/TranslatedText.h"
+
 #include <QFile>
 #include <QFileDialog>
 
@@ -38,7 +40,7 @@ void FolderPicker::begin(const Request& request, Completion completion)
 
 void FolderPicker::open(const Request& request)
 {
-    const QString message = QString::fromStdString(request.message);
+    const QString message = translatedText(request.message);
     const QString folder = QFile::decodeName(request.startFolder.c_str());
     m_dialog = std::make_unique<QFileDialog>(nullptr, message, folder);
     m_dialog->setFileMode(QFileDialog::Directory);
