@@ -1,9 +1,11 @@
-/// One or a few history lines, read by both parsers: passing over lines must never change what is found, and neither
-/// must knowing the shape of a line.
+/// One or a few history lines, read by both parsers: neither passing over lines nor knowing their shape may ever change
+/// what is found, and it must be what an oracle over another JSON reader finds.
 
 #include "FuzzSupport.h"
+#include "PlainLines.h"
 #include "TallyfoxCore/ClaudeUsageParser.h"
 #include "TallyfoxCore/CodexUsageParser.h"
+#include "UsageOracle.h"
 
 #include <optional>
 #include <string>
@@ -18,6 +20,7 @@ void tallyfox::stopBecauseTokenSumOverflows()
 namespace {
 
 using Parse = std::vector<UsageSample> (*)(const HistoryLines&, LineSelection);
+using Oracle = usageOracle::Verdict (*)(const std::vector<std::string>&);
 
 std::optional<std::vector<UsageSample>> outcome(Parse parse, std::string_view text, LineSelection selection)
 {
@@ -28,6 +31,17 @@ std::optional<std::vector<UsageSample>> outcome(Parse parse, std::string_view te
     }
 }
 
+void check(Parse parse, Oracle oracle, std::string_view text)
+{
+    const auto samples = outcome(parse, text, LineSelection::mentioning);
+    require(samples == outcome(parse, text, LineSelection::all), "both selections of lines give the same samples");
+    const usageOracle::Verdict expected = oracle(plainLines(text));
+    if (!expected.isKnown)
+        return;
+    require(expected.overflows == !samples.has_value(), "the program ends when the counts overflow, and only then");
+    require(!samples || *samples == expected.samples, "the samples are those that RapidJSON's documents give");
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
@@ -35,9 +49,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     // Twice, so that each line is read once more when its shape is known.
     const std::string once(textOf(data, size));
     const std::string text = once + '\n' + once;
-    for (const Parse parse : {&ClaudeUsageParser::parse, &CodexUsageParser::parse}) {
-        require(outcome(parse, text, LineSelection::mentioning) == outcome(parse, text, LineSelection::all),
-                "both selections of lines give the same samples");
-    }
+    check(&ClaudeUsageParser::parse, &usageOracle::claude, text);
+    check(&CodexUsageParser::parse, &usageOracle::codex, text);
     return 0;
 }

@@ -2,6 +2,7 @@
 /// what a naive one finds.
 
 #include "FuzzSupport.h"
+#include "PlainLines.h"
 #include "TallyfoxCore/HistoryLines.h"
 #include "TallyfoxCore/Platform/WordSearch.h"
 
@@ -11,21 +12,6 @@
 using namespace tallyfox;
 
 namespace {
-
-/// The rule, byte by byte.
-std::vector<std::string> plainLines(std::string_view text)
-{
-    std::vector<std::string> lines(1);
-    for (std::size_t index = 0; index < text.size(); ++index) {
-        const bool endsLine = text[index] == '\n' && (index == 0 || text[index - 1] != '\r');
-        if (endsLine)
-            lines.emplace_back();
-        else
-            lines.back().push_back(text[index]);
-    }
-    std::erase(lines, std::string{});
-    return lines;
-}
 
 std::vector<std::string> foundLines(const HistoryLines& lines)
 {

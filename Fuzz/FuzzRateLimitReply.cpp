@@ -1,10 +1,12 @@
-/// One line of the Codex app server: decoding it ends, and what it gives lies within its bounds.
+/// One line of the Codex app server: decoding it gives what an oracle over another JSON reader gives, within bounds.
 
 #include "FuzzSupport.h"
 #include "TallyfoxCore/CodexRateLimitParser.h"
 #include "TallyfoxCore/Utf8.h"
+#include "UsageOracle.h"
 
 #include <cmath>
+#include <string>
 
 using namespace tallyfox;
 
@@ -23,6 +25,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     const std::string_view text = textOf(data, size);
     const auto decoded = CodexRateLimitParser::decode(text);
+    const auto expected = usageOracle::reply(std::string{text});
+    require(!expected || decoded == *expected, "a reply says what RapidJSON's document says");
     if (const auto* const snapshot = std::get_if<QuotaSnapshot>(&decoded)) {
         require(isValidUtf8(text), "a decoded reply is UTF-8");
         requireBounds(snapshot->primary);

@@ -8,6 +8,9 @@
 #include <cstdlib>
 #include <string_view>
 
+/// What a target is for libFuzzer, for AFL++ (whose driver calls the same function), and for the replay of the corpus.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+
 /// Stops the fuzzer with the broken promise.
 inline void require(bool holds, const char* promise)
 {
