@@ -135,7 +135,7 @@ def test_openAndCloseLeavesNothingBehind(surroundings):
             agent.opened_popover()
             desktop.display.press("Escape")
             agent.wait_for_closing()
-        return settled("the program is at rest", lambda: Footprint.of(agent.pid).rounded(), quiet=1)
+        return settled("the program is at rest", lambda: Footprint.of(agent.pid).own(), quiet=1)
 
     before = run(cycles // 3)
     after = run(cycles - cycles // 3)

@@ -20,8 +20,9 @@ class Footprint(NamedTuple):
         return cls(sums["Anonymous"] + sums["Swap"], sums["Pss"],
                    len(os.listdir(f"/proc/{pid}/fd")), len(os.listdir(f"/proc/{pid}/task")))
 
-    def rounded(self):
-        return self._replace(anonymous=round(self.anonymous, 1), proportional=round(self.proportional, 1))
+    def own(self):
+        """Without what changes as other programs come and go."""
+        return self._replace(anonymous=round(self.anonymous, 1), proportional=0)
 
 
 class Activity:
