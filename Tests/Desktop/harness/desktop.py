@@ -183,6 +183,7 @@ class Agent:
     def wait_for_closing(self):
         until("the popover is closed", lambda: not self.popover())
         until("the popover has let go of the keyboard", lambda: not self._desktop.display.keyboard_is_taken())
+        until("the popover has let go of the pointer", lambda: not self._desktop.display.pointer_is_taken())
 
     def closed_popover(self):
         """Waits until the popover is closed, and makes sure that nothing opens it again."""
