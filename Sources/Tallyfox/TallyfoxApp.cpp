@@ -15,10 +15,12 @@
 #include "Tallyfox/Platform/TerminationSignals.h"
 #include "Tallyfox/Store/StoreEnvironment.h"
 #include "Tallyfox/TallyfoxTheme.h"
+#include "Tallyfox/Translations.h"
 #include "Tallyfox/UserDefaults.h"
 
 #include <QApplication>
 #include <QDBusConnection>
+#include <QLocale>
 
 #include <algorithm>
 #include <string>
@@ -149,6 +151,7 @@ ExitStatus TallyfoxApp::start(const AgentRequest& request, const std::optional<s
 void TallyfoxApp::runAgent(const AgentRequest& request, const std::optional<std::filesystem::path>& home,
                            SingleInstance& instance)
 {
+    installTranslations(*qApp, QLocale{});
     Theme::apply(*qApp);
     installAccessibleElements();
     StoreEnvironmentOptions options;
