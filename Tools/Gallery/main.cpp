@@ -1,8 +1,9 @@
 // Draws every view in every situation into PNG files, without a display: to be looked at, and compared with.
 //
-//   gallery DIR [--home HOME]
+//   gallery DIR [--home HOME] [--locale LOCALE]
 //
-// The scale is that of QT_SCALE_FACTOR and becomes part of the names. With a home folder, the views show its figures.
+// The scale is that of QT_SCALE_FACTOR and becomes part of the names. With a home folder, the views show its figures;
+// with a locale ("de", "de_AT"), they speak its language.
 
 #include "Gallery/GalleryStates.h"
 #include "Tallyfox/Platform/SystemCalendar.h"
@@ -10,6 +11,7 @@
 #include "Tallyfox/SettingsView.h"
 #include "Tallyfox/Store/StoreEnvironment.h"
 #include "Tallyfox/TallyfoxTheme.h"
+#include "Tallyfox/Translations.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -101,18 +103,21 @@ int main(int argc, char** argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application{argc, argv};
-    QLocale::setDefault(QLocale{QLocale::English, QLocale::UnitedStates});
     QCommandLineParser parser;
     parser.addPositionalArgument(QStringLiteral("DIR"), QStringLiteral("where the pictures go"));
     const QCommandLineOption home{QStringLiteral("home"), QStringLiteral("show this folder's figures"),
                                   QStringLiteral("HOME")};
     const QCommandLineOption font{QStringLiteral("font"), QStringLiteral("font family"), QStringLiteral("FAMILY"),
                                   QStringLiteral("DejaVu Sans")};
-    parser.addOptions({home, font});
+    const QCommandLineOption locale{QStringLiteral("locale"), QStringLiteral("language and formats"),
+                                    QStringLiteral("LOCALE"), QStringLiteral("en_US")};
+    parser.addOptions({home, font, locale});
     parser.addHelpOption();
     parser.process(application);
     if (parser.positionalArguments().size() != 1 || !QDir{}.mkpath(parser.positionalArguments().constFirst()))
         parser.showHelp(2);
+    QLocale::setDefault(QLocale{parser.value(locale)});
+    installTranslations(application, QLocale{});
     QApplication::setFont(QFont{parser.value(font)});
     Theme::apply(application);
 
