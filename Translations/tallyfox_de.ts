@@ -249,7 +249,7 @@
     </message>
     <message>
         <source>Allow Home Folder Access</source>
-        <translation>Zugriff auf persönlichen Ordner erlauben</translation>
+        <translation>Ordnerzugriff erlauben</translation>
     </message>
     <message>
         <source>Claude and Codex usage metadata is read in place and is never copied.</source>
@@ -538,7 +538,7 @@
     <name>tallyfox::ServicesView</name>
     <message>
         <source>Allow Home Folder Access</source>
-        <translation>Zugriff auf persönlichen Ordner erlauben</translation>
+        <translation>Ordnerzugriff erlauben</translation>
     </message>
     <message>
         <source>Connected Accounts (%1)</source>
