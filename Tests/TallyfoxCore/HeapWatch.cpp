@@ -15,9 +15,12 @@ thread_local std::size_t blocksOfThread = 0;
 thread_local std::size_t bytesOfThread = 0;
 thread_local long long heldByThread = 0;
 thread_local long long mostHeldByThread = 0;
+thread_local std::size_t blocksUntilFailure = 0; ///< 0: none is to fail
 
 void* allocateCounted(std::size_t size) noexcept
 {
+    if (blocksUntilFailure > 0 && --blocksUntilFailure == 0)
+        return nullptr;
     ++blocksOfThread;
     bytesOfThread += size;
     void* const memory = std::malloc(size == 0 ? 1 : size);
@@ -63,6 +66,26 @@ std::size_t HeapWatch::bytes() const
 std::size_t HeapWatch::peak() const
 {
     return static_cast<std::size_t>(mostHeldByThread - m_heldBefore);
+}
+
+long long HeapWatch::held() const
+{
+    return heldByThread - m_heldBefore;
+}
+
+FailingAllocation::FailingAllocation(std::size_t place)
+{
+    blocksUntilFailure = place;
+}
+
+FailingAllocation::~FailingAllocation()
+{
+    blocksUntilFailure = 0;
+}
+
+bool FailingAllocation::hasFailed() const
+{
+    return blocksUntilFailure == 0;
 }
 
 } // namespace tallyfox::test
