@@ -12,8 +12,10 @@
 #include "Tallyfox/UserDefaults.h"
 
 #include <QCoreApplication>
+#include <QTimer>
 
 #include <algorithm>
+#include <chrono>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -70,6 +72,10 @@ SummaryFigures figuresOfOneRefresh(const UsageStoreEnvironment& environment)
                 QCoreApplication::quit();
         });
         QObject::connect(&signals, &TerminationSignals::received, &store, &QCoreApplication::quit);
+        // What a load posts is looked at each second in any case: should the system fail to wake this thread, the
+        // result comes late, and not never.
+        QTimer heartbeat;
+        heartbeat.start(std::chrono::seconds{1});
         store.refresh();
         QCoreApplication::exec();
         figures = figuresOf(store, environment.calendar());
