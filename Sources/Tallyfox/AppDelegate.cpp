@@ -71,7 +71,7 @@ void AppDelegate::activateStatusItem(std::optional<QPoint> click)
 {
     if (click)
         m_lastClick = click;
-    if (!m_popover.wasJustClosedByClick())
+    if (!m_popover.hasJustLostFocus())
         togglePopover();
 }
 

@@ -42,7 +42,10 @@ QString refreshStatusText(std::optional<Instant> lastUpdated, const Calendar& ca
 {
     if (!lastUpdated)
         return FooterText::tr("Not updated");
-    const QString time = locale.toString(timeOfDay(*lastUpdated, calendar), QLocale::ShortFormat);
+    const QTime clock = timeOfDay(*lastUpdated, calendar);
+    // The short format of the C locale shows seconds, which say nothing here.
+    const QString time = locale.language() == QLocale::C ? clock.toString(QStringLiteral("HH:mm"))
+                                                         : locale.toString(clock, QLocale::ShortFormat);
     return FooterText::tr("Refreshed %1", "%1: a time of day").arg(time);
 }
 

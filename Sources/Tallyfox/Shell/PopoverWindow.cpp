@@ -10,13 +10,15 @@
 #include <QScreen>
 #include <QVBoxLayout>
 
+#include <utility>
+
 namespace tallyfox {
 
 namespace {
 
 constexpr int fadeMilliseconds = 120;
 
-/// How long after a press a panel may take to report the click: it waits for the release.
+/// How long after the press of a button, which takes the focus away, a panel may take to report the click.
 constexpr qint64 clickMilliseconds = 400;
 
 /// A Wayland client cannot say where its window goes, and may open popups only from a window of its own: there the
@@ -62,7 +64,8 @@ PopoverWindow::PopoverWindow(QWidget* parent)
 
 void PopoverWindow::open(std::optional<QPoint> click)
 {
-    m_sinceClosingClick.invalidate();
+    m_sinceDeactivation.invalidate();
+    m_isClickedOutside = false;
     m_click = click;
     move(positionFor(click, size()));
     const bool fades = desktopComposes();
@@ -85,16 +88,27 @@ void PopoverWindow::stayOnScreen()
         move(positionFor(m_click, size()));
 }
 
-bool PopoverWindow::wasJustClosedByClick() const
+bool PopoverWindow::hasJustLostFocus() const
 {
-    return m_sinceClosingClick.isValid() && m_sinceClosingClick.elapsed() < clickMilliseconds;
+    return m_sinceDeactivation.isValid() && m_sinceDeactivation.elapsed() < clickMilliseconds;
 }
 
 void PopoverWindow::mousePressEvent(QMouseEvent* event)
 {
-    if (!rect().contains(event->position().toPoint()))
-        m_sinceClosingClick.start();
-    QWidget::mousePressEvent(event);
+    m_isClickedOutside = windowType() == Qt::Popup && !rect().contains(event->position().toPoint());
+    if (!m_isClickedOutside)
+        QWidget::mousePressEvent(event);
+}
+
+void PopoverWindow::mouseReleaseEvent(QMouseEvent* event)
+{
+    // Until here the pointer was the popup's. A popup that closes at the press leaves the release to the panel, and
+    // where that was over the status item, the panel takes it for a click on the item, which would open the popover
+    // again.
+    if (std::exchange(m_isClickedOutside, false))
+        hide();
+    else
+        QWidget::mouseReleaseEvent(event);
 }
 
 void PopoverWindow::keyPressEvent(QKeyEvent* event)
@@ -107,8 +121,10 @@ void PopoverWindow::keyPressEvent(QKeyEvent* event)
 
 bool PopoverWindow::event(QEvent* event)
 {
-    if (event->type() == QEvent::WindowDeactivate && windowType() != Qt::Popup)
+    if (event->type() == QEvent::WindowDeactivate && windowType() != Qt::Popup) {
+        m_sinceDeactivation.start();
         hide();
+    }
     return QWidget::event(event);
 }
 

@@ -27,9 +27,9 @@ public:
     /// screen with the pointer where there is no panel.
     void open(std::optional<QPoint> click);
 
-    /// Whether it has just been closed by a click outside of it. Where that click was one on the status item, the
-    /// panel reports it afterwards, and it must not open the popover again.
-    [[nodiscard]] bool wasJustClosedByClick() const;
+    /// Where it is an ordinary window: whether it has just been closed because another window took the focus. Where that
+    /// was by a click on the status item, the panel reports it afterwards, and it must not open the popover again.
+    [[nodiscard]] bool hasJustLostFocus() const;
 
 Q_SIGNALS:
     void opened();
@@ -39,6 +39,7 @@ protected:
     bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
     void hideEvent(QHideEvent* event) override;
 
 private:
@@ -47,7 +48,8 @@ private:
     PopoverView* m_view;
     QPropertyAnimation m_fade;
     std::optional<QPoint> m_click; ///< what it was opened beside
-    QElapsedTimer m_sinceClosingClick;
+    bool m_isClickedOutside = false; ///< a button is down that was pressed outside
+    QElapsedTimer m_sinceDeactivation;
 };
 
 } // namespace tallyfox

@@ -204,6 +204,7 @@ TEST(RefreshStatusText, timeOfDayIsThatOfTheZoneAndTheLocale)
 {
     EXPECT_EQ(status(std::nullopt, Calendar::utc(), QLocale::English), "Not updated");
     EXPECT_EQ(status(now, Calendar::utc(), QLocale::German), "Refreshed 14:05");
+    EXPECT_EQ(status(now, Calendar::utc(), QLocale::C), "Refreshed 14:05");
     EXPECT_EQ(status(now, Calendar::utc(), QLocale::English), "Refreshed 2:05 PM");
     EXPECT_EQ(status(now, zone("Asia/Tokyo"), QLocale::German), "Refreshed 23:05");
     EXPECT_EQ(status(now, zone("Pacific/Auckland"), QLocale::German), "Refreshed 03:05");

@@ -55,13 +55,13 @@ protected:
         return visibleWindow(QStringLiteral("settings"));
     }
 
-    /// What Qt tells a popup of a press somewhere else on the desktop.
-    static void pressOutside(QWidget& popup)
+    /// What Qt tells a popup of a button somewhere else on the desktop.
+    static void sendOutside(QWidget& popup, QEvent::Type type)
     {
         const QPointF outside{-20, -20};
-        QMouseEvent press{QEvent::MouseButtonPress, outside,        popup.mapToGlobal(outside),
-                          Qt::LeftButton,           Qt::LeftButton, Qt::NoModifier};
-        QApplication::sendEvent(&popup, &press);
+        const auto buttons = type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton;
+        QMouseEvent event{type, outside, popup.mapToGlobal(outside), Qt::LeftButton, buttons, Qt::NoModifier};
+        QApplication::sendEvent(&popup, &event);
     }
 
     double percent = 42.5;
@@ -122,21 +122,35 @@ TEST_F(AppDelegateTest, shortcutOpensAndCloses)
     EXPECT_EQ(popover(), nullptr);
 }
 
-TEST_F(AppDelegateTest, clickThatClosedThePopoverDoesNotOpenItAgain)
+TEST_F(AppDelegateTest, clickOutsideClosesThePopoverWhenTheButtonIsUpAgain)
 {
     const auto delegate = launched();
     delegate->togglePopover();
-    pressOutside(*popover());
-    ASSERT_EQ(popover(), nullptr);
-    Q_EMIT desktop.statusItem->activated(QPoint{700, 5});
-    EXPECT_EQ(popover(), nullptr);
+    QWidget* const popup = popover();
+    ASSERT_NE(popup, nullptr);
+    sendOutside(*popup, QEvent::MouseButtonPress);
+    EXPECT_TRUE(popup->isVisible());
+    sendOutside(*popup, QEvent::MouseButtonRelease);
+    EXPECT_FALSE(popup->isVisible());
+}
+
+TEST_F(AppDelegateTest, buttonThatWasPressedInsideMayBeReleasedOutside)
+{
+    const auto delegate = launched();
+    delegate->togglePopover();
+    ASSERT_NE(popover(), nullptr);
+    sendOutside(*popover(), QEvent::MouseButtonRelease);
+    EXPECT_NE(popover(), nullptr);
 }
 
 TEST_F(AppDelegateTest, shortcutAfterAClosingClickOpensAgain)
 {
     const auto delegate = launched();
     delegate->togglePopover();
-    pressOutside(*popover());
+    QWidget* const popup = popover();
+    ASSERT_NE(popup, nullptr);
+    sendOutside(*popup, QEvent::MouseButtonPress);
+    sendOutside(*popup, QEvent::MouseButtonRelease);
     Q_EMIT desktop.shortcut->activated();
     EXPECT_NE(popover(), nullptr);
 }
