@@ -4,7 +4,8 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QStringList>
-#include <QTimer>
+
+#include <utility>
 
 namespace tallyfox {
 
@@ -23,12 +24,22 @@ QDBusMessage question()
 BusNotificationCenter::BusNotificationCenter(QDBusConnection bus, std::chrono::milliseconds longestWait)
     : m_bus(std::move(bus))
     , m_longestWait(longestWait)
-{ }
+{
+    m_refusal.setSingleShot(true);
+    connect(&m_refusal, &QTimer::timeout, this, &BusNotificationCenter::refuseWithoutBus);
+}
+
+void BusNotificationCenter::refuseWithoutBus()
+{
+    for (const Completion& completion : std::exchange(m_withoutBus, {}))
+        completion(false);
+}
 
 void BusNotificationCenter::requestAuthorization(NotificationOptions /*options*/, Completion completion)
 {
     if (!m_bus.isConnected()) { // a call would never end
-        QTimer::singleShot(0, this, [completion = std::move(completion)] { completion(false); });
+        m_withoutBus.push_back(std::move(completion));
+        m_refusal.start();
         return;
     }
     const auto* const answer =

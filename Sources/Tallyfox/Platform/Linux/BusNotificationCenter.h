@@ -4,8 +4,10 @@
 
 #include <QDBusConnection>
 #include <QObject>
+#include <QTimer>
 
 #include <chrono>
+#include <vector>
 
 namespace tallyfox {
 
@@ -23,8 +25,12 @@ public:
     void requestAuthorization(NotificationOptions options, Completion completion) override;
 
 private:
+    void refuseWithoutBus();
+
     QDBusConnection m_bus;
     std::chrono::milliseconds m_longestWait;
+    std::vector<Completion> m_withoutBus; ///< who asked in vain and has not been told yet
+    QTimer m_refusal;
 };
 
 } // namespace tallyfox

@@ -138,7 +138,7 @@ std::string execValue(const std::filesystem::path& program)
 {
     constexpr std::string_view reserved = " \t\n\"'\\><~|&;$*?#()`";
     constexpr std::string_view escapedInQuotes = "\"`$\\";
-    const std::string path = program.native();
+    const std::string& path = program.native();
     const bool needsQuotes = path.find_first_of(reserved) != std::string::npos;
     std::string value = needsQuotes ? "\"" : "";
     for (const char character : path) {
