@@ -3,10 +3,11 @@
 #include "Tallyfox/Controls/FocusRing.h"
 #include "Tallyfox/TallyfoxTheme.h"
 
-#include <QEvent>
+#include <QHelpEvent>
 #include <QPainter>
 #include <QRadioButton>
 #include <QStyle>
+#include <QToolTip>
 
 #include <algorithm>
 
@@ -40,6 +41,14 @@ protected:
         return rect().contains(position);
     }
 
+    bool event(QEvent* event) override
+    {
+        if (event->type() != QEvent::ToolTip || shownText() == text())
+            return QRadioButton::event(event);
+        QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), text(), this);
+        return true;
+    }
+
     void enterEvent(QEnterEvent* event) override
     {
         QRadioButton::enterEvent(event);
@@ -60,15 +69,19 @@ protected:
             paintRaised(painter);
         else if (isDown() || underMouse())
             paintHovered(painter);
-        const QFontMetrics metrics{font()};
         painter.setFont(font());
         painter.setPen(isEnabled() ? Theme::ink() : Theme::withOpacity(Theme::muted(), Theme::disabledOpacity));
-        painter.drawText(rect(), Qt::AlignCenter, metrics.elidedText(text(), Qt::ElideRight, width()));
+        painter.drawText(rect(), Qt::AlignCenter, shownText());
         if (showsFocus(*this))
             paintFocusRing(painter, rect(), segmentRadius);
     }
 
 private:
+    [[nodiscard]] QString shownText() const
+    {
+        return QFontMetrics{font()}.elidedText(text(), Qt::ElideRight, width());
+    }
+
     void paintRaised(QPainter& painter) const
     {
         painter.setBrush(Theme::surface());
