@@ -1,6 +1,7 @@
 #include "Tallyfox/Translations.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QTranslator>
@@ -11,37 +12,46 @@ namespace tallyfox {
 
 namespace {
 
-QString ownFolder()
-{
-    return QStringLiteral(":/translations");
-}
-
-bool install(QCoreApplication& application, const QString& name, const QString& folder)
+void install(QCoreApplication& application, const QString& file)
 {
     auto translator = std::make_unique<QTranslator>(&application);
-    if (!translator->load(name, folder))
-        return false;
-    QCoreApplication::installTranslator(translator.release()); // the application owns it
-    return true;
+    if (translator->load(file))
+        QCoreApplication::installTranslator(translator.release()); // the application owns it
+}
+
+QString ownFile(const QString& language)
+{
+    return QStringLiteral(":/translations/tallyfox_%1.qm").arg(language);
+}
+
+QString toolkitFile(const QString& language)
+{
+    return QLibraryInfo::path(QLibraryInfo::TranslationsPath) + QStringLiteral("/qtbase_%1.qm").arg(language);
 }
 
 } // namespace
 
-/// Goes through the user's languages itself: the toolkit would pass over English, for which there is no file, and take
-/// the next best one.
 void installTranslations(QCoreApplication& application, const QLocale& locale)
 {
-    for (const QString& language : locale.uiLanguages()) {
-        const QLocale candidate{language};
-        if (candidate.language() == QLocale::English || candidate.language() == QLocale::C)
-            return;
-        // Loading shortens "de_AT" until there is a file of the name.
-        if (install(application, QStringLiteral("tallyfox_") + candidate.name(), ownFolder())) {
-            install(application, QStringLiteral("qtbase_") + candidate.name(),
-                    QLibraryInfo::path(QLibraryInfo::TranslationsPath));
-            return;
-        }
+    const QString language = translatedLanguage(locale.uiLanguages());
+    if (language.isEmpty())
+        return;
+    install(application, toolkitFile(language));
+    install(application, ownFile(language));
+}
+
+/// The toolkit itself would pass over English, for which there is no file, and take the next best language.
+QString translatedLanguage(const QStringList& languages)
+{
+    for (const QString& name : languages) {
+        const QLocale::Language language = QLocale{name}.language();
+        if (language == QLocale::English || language == QLocale::C)
+            return {};
+        QString code = QLocale::languageToCode(language);
+        if (QFile::exists(ownFile(code)))
+            return code;
     }
+    return {};
 }
 
 } // namespace tallyfox
