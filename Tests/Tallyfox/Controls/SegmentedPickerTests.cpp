@@ -2,7 +2,9 @@
 #include "Tallyfox/Controls/SegmentedPicker.h"
 #include "Tallyfox/TallyfoxTheme.h"
 
+#include <QHelpEvent>
 #include <QRadioButton>
+#include <QToolTip>
 #include <gtest/gtest.h>
 
 namespace tallyfox::test {
@@ -133,6 +135,23 @@ TEST(SegmentedPicker, labelsHalfAsLongAgainAreNotElided)
         EXPECT_GE(segment->width(), QFontMetrics{segment->font()}.horizontalAdvance(segment->text()) + 8);
         EXPECT_GE(segment->font().pixelSize(), 9);
     }
+}
+
+TEST(SegmentedPicker, shortenedLabelIsToldUnderThePointer)
+{
+    SegmentedPicker picker{QStringLiteral("View"),
+                           {QStringLiteral("A label that no segment has room for"), QStringLiteral("Short")}};
+    picker.resize(160, 28);
+    picker.show();
+    const auto hintOf = [](QRadioButton& segment) {
+        QHelpEvent help{QEvent::ToolTip, {5, 5}, segment.mapToGlobal(QPoint{5, 5})};
+        QCoreApplication::sendEvent(&segment, &help);
+        return QToolTip::text();
+    };
+    const auto segments = picker.findChildren<QRadioButton*>();
+    EXPECT_EQ(hintOf(*segments.at(0)), segments.at(0)->text());
+    EXPECT_NE(hintOf(*segments.at(1)), segments.at(1)->text()) << "all of it is there to read";
+    QToolTip::hideText();
 }
 
 TEST(SegmentedPicker, firstSegmentIsOnTheRightWhereTextRunsToTheLeft)

@@ -75,9 +75,9 @@ bool isCut(const QWidget& widget)
     return widget.fontMetrics().horizontalAdvance(ownText(widget)) > widget.contentsRect().width();
 }
 
+/// The text of an earlier hint where this widget has none: a hint stays for a moment.
 QString hintOf(QWidget& widget)
 {
-    QToolTip::hideText();
     const QPoint middle = widget.rect().center();
     QHelpEvent help{QEvent::ToolTip, middle, widget.mapToGlobal(middle)};
     QCoreApplication::sendEvent(&widget, &help);
