@@ -10,9 +10,11 @@ from .bus import Bus, StatusItems
 from .codex import FakeCodex
 from .display import Display, virtual_server
 from .panels import BACKGROUND
+from .pictures import Box
 from .processes import SUBJECT_MARK, Processes, command_line
-from .waiting import expect, expect_equal, settled, until
+from .waiting import expect, expect_equal, settled, stays, until
 
+ROOT_COLOUR = (0, 0, 0)  # of the display where nothing is
 POPOVER_SIZE = (420, 680)  # logical pixels
 
 
@@ -173,24 +175,20 @@ class Agent:
         return boxes[0] if boxes else None
 
     def opened_popover(self, scale=1):
+        """Waits until the popover is open and drawn, and so has taken keyboard and pointer; returns its place. To try
+        whether they are taken would take them, and the toolkit closes its popups when another program does."""
         def box():
             expect(self.is_running(), f"the program has ended: {self.output}")
             return self.popover(scale)
         opened = until("the popover is open", box)
-        until("the popover has the keyboard", self._desktop.display.keyboard_is_taken)
+        middle = Box(*opened.middle, 4, 4)
+        until("the popover is drawn", lambda: self._desktop.display.picture(middle).outline(ROOT_COLOUR))
         return opened
 
-    def wait_for_closing(self):
+    def closed_popover(self, seconds=0.4):
+        """Waits until the popover is closed, and makes sure that nothing opens it again for so long."""
         until("the popover is closed", lambda: not self.popover())
-        until("the popover has let go of the keyboard", lambda: not self._desktop.display.keyboard_is_taken())
-        until("the popover has let go of the pointer", lambda: not self._desktop.display.pointer_is_taken())
-
-    def closed_popover(self):
-        """Waits until the popover is closed, and makes sure that nothing opens it again."""
-        self.wait_for_closing()
-        end = time.monotonic() + 0.4
-        while time.monotonic() < end:
-            expect(not self.popover(), "the popover opened again by itself")
+        stays("the popover is closed", lambda: not self.popover(), seconds)
         expect(self.is_running(), f"the program has ended: {self.output}")
 
     def end(self, by=signal.SIGTERM):

@@ -130,28 +130,6 @@ class Display:
 
     # ---- Pointer and keyboard ----
 
-    def keyboard_is_taken(self):
-        """Whether a program has taken all keys for itself, as an open popup does."""
-        self.x.grab_server()  # so that the attempt stands in nobody's way
-        try:
-            answer = self.root.grab_keyboard(False, X.GrabModeAsync, X.GrabModeAsync, X.CurrentTime)
-            self.x.ungrab_keyboard(X.CurrentTime)
-        finally:
-            self.x.ungrab_server()
-            self.x.sync()
-        return answer == X.AlreadyGrabbed
-
-    def pointer_is_taken(self):
-        """Whether a program has taken the pointer for itself. A popup lets go of it after the keyboard."""
-        self.x.grab_server()
-        try:
-            answer = self.root.grab_pointer(False, 0, X.GrabModeAsync, X.GrabModeAsync, X.NONE, X.NONE, X.CurrentTime)
-            self.x.ungrab_pointer(X.CurrentTime)
-        finally:
-            self.x.ungrab_server()
-            self.x.sync()
-        return answer == X.AlreadyGrabbed
-
     def move(self, place):
         xtest.fake_input(self.x, X.MotionNotify, x=place[0], y=place[1])
         self.x.sync()
