@@ -71,8 +71,10 @@ void PopoverWindow::open(std::optional<QPoint> click)
     const bool fades = desktopComposes();
     setWindowOpacity(fades ? 0 : 1);
     show();
-    raise();
-    activateWindow();
+    // A popup is on top and has the keyboard as it is. Activating it makes the toolkit take the late news of an earlier
+    // popup's end for the loss of this one's focus, and close it again.
+    if (windowType() != Qt::Popup)
+        activateWindow();
     // A popup gets the keyboard, but no widget in it the focus, by itself. Screen readers follow the focus.
     m_view->setFocus(Qt::PopupFocusReason);
     if (fades)
