@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <compare>
 #include <cstdint>
+#include <cstring>
 #include <dirent.h>
 #include <fcntl.h>
 #include <optional>
@@ -189,6 +190,11 @@ LocalUsageScanner::TailReader::TailReader()
     : m_buffer(std::make_unique_for_overwrite<char[]>(tailSize))
 { }
 
+LocalUsageScanner::TailReader::~TailReader()
+{
+    ::explicit_bzero(m_buffer.get(), m_filled); // anything else the compiler may leave out, as nobody reads it again
+}
+
 std::variant<HistoryTail, FileError> LocalUsageScanner::TailReader::tailLines(const FileDescriptor& root,
                                                                               const std::string& path)
 {
@@ -203,7 +209,9 @@ std::variant<HistoryTail, FileError> LocalUsageScanner::TailReader::tailLines(co
     HistoryTail tail;
     tail.isPartial = status.st_size > limit;
     const off_t offset = tail.isPartial ? status.st_size - limit : 0;
-    const auto size = readAt(file, m_buffer.get(), static_cast<std::size_t>(status.st_size - offset), offset);
+    const auto wanted = static_cast<std::size_t>(status.st_size - offset);
+    m_filled = std::max(m_filled, wanted);
+    const auto size = readAt(file, m_buffer.get(), wanted, offset);
     if (!size)
         return lastError();
     tail.lines = HistoryLines(std::string_view(m_buffer.get(), *size));

@@ -35,10 +35,14 @@ namespace LocalUsageScanner {
 /// what cannot be listed or examined. However many files there are, only the best are kept in mind.
 HistoryFiles jsonlFiles(const FileDescriptor& root);
 
-/// Reads tails into one buffer that serves for every file.
+/// Reads tails into one buffer that serves for every file, and is wiped in the end: what the user and the assistants
+/// said does not stay in the memory of the program.
 class TailReader {
 public:
     TailReader();
+    TailReader(const TailReader&) = delete;
+    TailReader& operator=(const TailReader&) = delete;
+    ~TailReader();
 
     /// The lines of the last `tailSize` bytes of the file at `path` below the folder `root`, without the first one if
     /// the file is longer. Bytes appended after the size was taken are left for the next scan. The lines are valid
@@ -48,6 +52,7 @@ public:
 
 private:
     std::unique_ptr<char[]> m_buffer;
+    std::size_t m_filled = 0; ///< bytes of the buffer that have ever been asked for
 };
 
 } // namespace LocalUsageScanner
