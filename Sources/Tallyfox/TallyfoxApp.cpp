@@ -10,6 +10,7 @@
 #include "Tallyfox/Platform/Linux/FolderPicker.h"
 #include "Tallyfox/Platform/LoginItem.h"
 #include "Tallyfox/Platform/NotificationCenter.h"
+#include "Tallyfox/Platform/SessionBus.h"
 #include "Tallyfox/Platform/SingleInstance.h"
 #include "Tallyfox/Platform/StandardStreams.h"
 #include "Tallyfox/Platform/TerminationSignals.h"
@@ -122,6 +123,7 @@ ExitStatus TallyfoxApp::perform(const AgentRequest& request)
 /// A key binding of a compositor calls this: it needs the bus alone, and no display.
 ExitStatus TallyfoxApp::pass(AgentAction action)
 {
+    chooseSessionBus();
     const QCoreApplication application{m_argc, m_argv};
     if (makeSingleInstance(applicationId())->send(requestOf(action)))
         return ExitStatus::done;
@@ -132,6 +134,7 @@ ExitStatus TallyfoxApp::start(const AgentRequest& request, const std::optional<s
 {
     if (!chooseDisplay())
         return fail("there is no display to show a status icon on; tallyfox --summary prints the figures");
+    chooseSessionBus();
     introduce();
     TerminationSignals signals;
     QApplication application{m_argc, m_argv};

@@ -27,8 +27,8 @@ public:
     /// screen with the pointer where there is no panel.
     void open(std::optional<QPoint> click);
 
-    /// Where it is an ordinary window: whether it has just been closed because another window took the focus. Where that
-    /// was by a click on the status item, the panel reports it afterwards, and it must not open the popover again.
+    /// Where it is an ordinary window: whether it has just been closed because another window took the focus. Where
+    /// that was by a click on the status item, the panel reports it afterwards, and it must not open the popover again.
     [[nodiscard]] bool hasJustLostFocus() const;
 
 Q_SIGNALS:
