@@ -1,6 +1,6 @@
 #include "Support/Desktop/FakePortal.h"
 #include "Support/Desktop/PrivateBus.h"
-#include "Support/Desktop/WaitUntil.h"
+#include "Support/SpinUntil.h"
 #include "Tallyfox/Platform/Linux/PortalShortcut.h"
 
 #include <QDBusArgument>
@@ -67,7 +67,7 @@ protected:
 
     bool isBound()
     {
-        return waitUntil([this] { return m_shortcut->isBound(); });
+        return spinUntil([this] { return m_shortcut->isBound(); });
     }
 
     static void activate(const QDBusConnection& bus, const QString& session, const QString& id)
@@ -94,7 +94,7 @@ TEST_F(PortalShortcutTest, keysAreAskedForAndActivate)
     EXPECT_EQ(call.signature(), QStringLiteral("oa(sa{sv})sa{sv}"));
     EXPECT_EQ(call.arguments().front().value<QDBusObjectPath>().path(), sessionPath);
     activate(m_portalsBus, sessionPath, shortcutId);
-    ASSERT_TRUE(waitUntil([this] { return m_activations == 1; }));
+    ASSERT_TRUE(spinUntil([this] { return m_activations == 1; }));
 }
 
 TEST_F(PortalShortcutTest, onlyTheShortcutOfTheSessionActivates)
@@ -110,10 +110,10 @@ TEST_F(PortalShortcutTest, onlyTheShortcutOfTheSessionActivates)
                                                       QStringLiteral("org.freedesktop.portal.GlobalShortcuts"),
                                                       QStringLiteral("Activated"));
     m_portalsBus.send(strange << 7);
-    letPass(200ms);
+    spinFor(200ms);
     EXPECT_EQ(m_activations, 0);
     activate(m_portalsBus, sessionPath, shortcutId);
-    EXPECT_TRUE(waitUntil([this] { return m_activations == 1; }));
+    EXPECT_TRUE(spinUntil([this] { return m_activations == 1; }));
 }
 
 TEST_F(PortalShortcutTest, refusalIsTheEndOfIt)
@@ -124,8 +124,8 @@ TEST_F(PortalShortcutTest, refusalIsTheEndOfIt)
                                                                                  : consent(call);
                           }};
         start();
-        ASSERT_TRUE(waitUntil([&] { return portal.callsOf(refused).size() == 1; })) << refused;
-        letPass(300ms);
+        ASSERT_TRUE(spinUntil([&] { return portal.callsOf(refused).size() == 1; })) << refused;
+        spinFor(300ms);
         EXPECT_FALSE(m_shortcut->isBound()) << refused;
         EXPECT_EQ(portal.callsOf("CreateSession").size(), 1) << refused;
         EXPECT_EQ(portal.callsOf(refused).size(), 1) << "no second try: " << refused;
@@ -144,8 +144,8 @@ TEST_F(PortalShortcutTest, resultsOfOtherTypesAreNoGrant)
     for (const QVariantMap& results : wrongSessions) {
         FakePortal portal{m_portalsBus, [&](const QDBusMessage&) { return PortalDecision{.results = results}; }};
         start();
-        ASSERT_TRUE(waitUntil([&] { return portal.callsOf("CreateSession").size() == 1; }));
-        letPass(200ms);
+        ASSERT_TRUE(spinUntil([&] { return portal.callsOf("CreateSession").size() == 1; }));
+        spinFor(200ms);
         EXPECT_FALSE(m_shortcut->isBound());
         EXPECT_THAT(portal.callsOf("BindShortcuts"), IsEmpty());
         m_shortcut.reset();
@@ -164,7 +164,7 @@ TEST_F(PortalShortcutTest, shortcutThatTheUserHasLeftOutIsNotBound)
                               return call.member() == QStringLiteral("BindShortcuts") ? decision : consent(call);
                           }};
         start();
-        ASSERT_TRUE(waitUntil([&] { return portal.callsOf("Close").size() >= 2; })) << "the session is closed";
+        ASSERT_TRUE(spinUntil([&] { return portal.callsOf("Close").size() >= 2; })) << "the session is closed";
         EXPECT_FALSE(m_shortcut->isBound());
         m_shortcut.reset();
     }
@@ -176,7 +176,7 @@ TEST_F(PortalShortcutTest, sessionIsClosedWithTheObject)
     start();
     ASSERT_TRUE(isBound());
     m_shortcut.reset();
-    EXPECT_TRUE(waitUntil([&] {
+    EXPECT_TRUE(spinUntil([&] {
         const auto calls = portal.callsOf("Close");
         return !calls.isEmpty() && calls.back().path() == sessionPath;
     }));
@@ -189,8 +189,8 @@ TEST_F(PortalShortcutTest, sessionThatThePortalClosesIsOver)
     ASSERT_TRUE(isBound());
     m_portalsBus.send(QDBusMessage::createSignal(sessionPath, QStringLiteral("org.freedesktop.portal.Session"),
                                                  QStringLiteral("Closed")));
-    EXPECT_TRUE(waitUntil([this] { return !m_shortcut->isBound(); }));
-    letPass(200ms);
+    EXPECT_TRUE(spinUntil([this] { return !m_shortcut->isBound(); }));
+    spinFor(200ms);
     EXPECT_EQ(portal.callsOf("CreateSession").size(), 1);
 }
 
@@ -200,23 +200,23 @@ TEST_F(PortalShortcutTest, portalThatIsStartedAnewIsAskedOnceMore)
     start();
     ASSERT_TRUE(isBound());
     portal.reset();
-    ASSERT_TRUE(waitUntil([this] { return !m_shortcut->isBound(); }));
+    ASSERT_TRUE(spinUntil([this] { return !m_shortcut->isBound(); }));
     const QDBusConnection nextBus = m_bus.connect();
     FakePortal next{nextBus, consent};
     ASSERT_TRUE(isBound());
     EXPECT_EQ(next.callsOf("CreateSession").size(), 1);
     activate(nextBus, sessionPath, shortcutId);
-    EXPECT_TRUE(waitUntil([this] { return m_activations == 1; }));
+    EXPECT_TRUE(spinUntil([this] { return m_activations == 1; }));
 }
 
 TEST_F(PortalShortcutTest, portalThatDiesWhileItIsAskedIsNotAskedAgain)
 {
     std::optional<FakePortal> portal{std::in_place, m_portalsBus, [](const QDBusMessage&) { return std::nullopt; }};
     start();
-    ASSERT_TRUE(waitUntil([&] { return portal->callsOf("CreateSession").size() == 1; }));
+    ASSERT_TRUE(spinUntil([&] { return portal->callsOf("CreateSession").size() == 1; }));
     portal.reset();
     FakePortal next{m_bus.connect(), consent};
-    letPass(300ms);
+    spinFor(300ms);
     EXPECT_FALSE(m_shortcut->isBound());
     EXPECT_THAT(next.callsOf("CreateSession"), IsEmpty());
 }
@@ -224,7 +224,7 @@ TEST_F(PortalShortcutTest, portalThatDiesWhileItIsAskedIsNotAskedAgain)
 TEST_F(PortalShortcutTest, nobodyThereIsNoError)
 {
     start();
-    letPass(200ms);
+    spinFor(200ms);
     EXPECT_FALSE(m_shortcut->isBound());
 }
 

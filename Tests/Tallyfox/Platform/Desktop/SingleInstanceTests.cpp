@@ -1,7 +1,7 @@
 #include "Support/Desktop/PrivateBus.h"
 #include "Support/Desktop/PrivateDisplay.h"
 #include "Support/Desktop/Probe.h"
-#include "Support/Desktop/WaitUntil.h"
+#include "Support/SpinUntil.h"
 #include "Tallyfox/Platform/Linux/LocalSocket.h"
 #include "Tallyfox/Platform/Linux/SocketInstance.h"
 
@@ -283,7 +283,7 @@ protected:
             }
             m_isAnswered = true;
         }};
-        EXPECT_TRUE(waitUntil([this] { return m_isAnswered.exchange(false); }));
+        EXPECT_TRUE(spinUntil([this] { return m_isAnswered.exchange(false); }));
         client.join();
         return answer.toStdString();
     }
@@ -299,7 +299,7 @@ TEST_F(SocketInstanceTest, requestsAreTakenInWholeLines)
     claim();
     EXPECT_EQ(answerTo("toggle\n"), "ok\n");
     EXPECT_EQ(answerTo("settings\nmore"), "ok\n");
-    EXPECT_TRUE(waitUntil([this] { return m_requests.size() == 2; }));
+    EXPECT_TRUE(spinUntil([this] { return m_requests.size() == 2; }));
     EXPECT_THAT(m_requests, ElementsAre(InstanceRequest::toggle, InstanceRequest::settings));
 }
 
@@ -310,7 +310,7 @@ TEST_F(SocketInstanceTest, otherBytesAreNoRequest)
                                     QByteArray{"toggle\r\n"}, QByteArray{1'000, 'x'}, QByteArray{"toggle\0\n", 8}})
         EXPECT_EQ(answerTo(bytes), "") << bytes.toStdString();
     EXPECT_EQ(answerTo("show\n"), "ok\n");
-    EXPECT_TRUE(waitUntil([this] { return !m_requests.empty(); }));
+    EXPECT_TRUE(spinUntil([this] { return !m_requests.empty(); }));
     EXPECT_THAT(m_requests, ElementsAre(InstanceRequest::show));
 }
 
@@ -326,7 +326,7 @@ TEST_F(SocketInstanceTest, endlessBytesAreCutOff)
         isCutOff = true;
         m_isAnswered = true;
     }};
-    EXPECT_TRUE(waitUntil([this] { return m_isAnswered.load(); }));
+    EXPECT_TRUE(spinUntil([this] { return m_isAnswered.load(); }));
     client.join();
     EXPECT_TRUE(isCutOff);
 }

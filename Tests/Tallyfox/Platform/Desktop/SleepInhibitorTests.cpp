@@ -1,6 +1,6 @@
 #include "Support/Desktop/FakePortal.h"
 #include "Support/Desktop/PrivateBus.h"
-#include "Support/Desktop/WaitUntil.h"
+#include "Support/SpinUntil.h"
 #include "Tallyfox/Platform/Linux/DesktopSleepInhibitor.h"
 
 #include <QDBusUnixFileDescriptor>
@@ -36,11 +36,11 @@ protected:
 
     bool begins()
     {
-        return waitUntil([this] { return !m_events.isEmpty(); }) && m_events.back() == QStringLiteral("began");
+        return spinUntil([this] { return !m_events.isEmpty(); }) && m_events.back() == QStringLiteral("began");
     }
     bool ends()
     {
-        return waitUntil([this] { return m_events.contains(QStringLiteral("ended")); });
+        return spinUntil([this] { return m_events.contains(QStringLiteral("ended")); });
     }
 
     PrivateBus m_bus;
@@ -60,7 +60,7 @@ TEST_F(SleepInhibitorTest, powerManagementIsAskedFirstAndTakesItsCookieBack)
     ASSERT_TRUE(begins());
     EXPECT_THAT(power.calls(), ElementsAre(QStringLiteral("Inhibit(Tallyfox, Tallyfox Keep Mac Awake)")));
     m_inhibition.reset();
-    ASSERT_TRUE(waitUntil([&] { return power.calls().size() == 2; }));
+    ASSERT_TRUE(spinUntil([&] { return power.calls().size() == 2; }));
     EXPECT_EQ(power.calls().back(), QStringLiteral("UnInhibit(7)"));
     EXPECT_THAT(session.calls(), IsEmpty());
 }
@@ -74,7 +74,7 @@ TEST_F(SleepInhibitorTest, sessionManagerIsNextAndIsAskedNotToSuspend)
     EXPECT_THAT(session.calls(),
                 ElementsAre(QStringLiteral("Inhibit(org.tallyfox.tallyfox, 0, Tallyfox Keep Mac Awake, 4)")));
     m_inhibition.reset();
-    ASSERT_TRUE(waitUntil([&] { return session.calls().size() == 2; }));
+    ASSERT_TRUE(spinUntil([&] { return session.calls().size() == 2; }));
     EXPECT_EQ(session.calls().back(), QStringLiteral("Uninhibit(8)"));
 }
 
@@ -109,7 +109,7 @@ TEST_F(SleepInhibitorTest, grantThatComesTooLateIsGivenBack)
     ask(200ms);
     ASSERT_TRUE(begins());
     power.bus().send(power.messages().front().createReply(7U));
-    ASSERT_TRUE(waitUntil([&] { return power.calls().size() == 2; }));
+    ASSERT_TRUE(spinUntil([&] { return power.calls().size() == 2; }));
     EXPECT_EQ(power.calls().back(), QStringLiteral("UnInhibit(7)"));
     EXPECT_EQ(session.calls().size(), 1) << "what holds is not touched";
     EXPECT_EQ(m_events.size(), 1);
@@ -119,10 +119,10 @@ TEST_F(SleepInhibitorTest, grantOfARequestThatWasCancelledIsGivenBack)
 {
     FakeService power{m_bus.connect(), powerManagementName, silent()};
     ask();
-    ASSERT_TRUE(waitUntil([&] { return power.calls().size() == 1; }));
+    ASSERT_TRUE(spinUntil([&] { return power.calls().size() == 1; }));
     m_inhibition.reset();
     power.bus().send(power.messages().front().createReply(7U));
-    ASSERT_TRUE(waitUntil([&] { return power.calls().size() == 2; }));
+    ASSERT_TRUE(spinUntil([&] { return power.calls().size() == 2; }));
     EXPECT_EQ(power.calls().back(), QStringLiteral("UnInhibit(7)"));
     EXPECT_THAT(m_events, IsEmpty());
 }
@@ -143,7 +143,7 @@ TEST_F(SleepInhibitorTest, serviceThatDiesWhileItIsAskedIsPassedOver)
     std::optional<FakeService> power{std::in_place, m_bus.connect(), powerManagementName, silent()};
     FakeService session{m_bus.connect(), sessionManagerName, answering({8U})};
     ask();
-    ASSERT_TRUE(waitUntil([&] { return power->calls().size() == 1; }));
+    ASSERT_TRUE(spinUntil([&] { return power->calls().size() == 1; }));
     power.reset();
     ASSERT_TRUE(begins());
     EXPECT_EQ(session.calls().size(), 1);
@@ -160,7 +160,7 @@ TEST_F(SleepInhibitorTest, portalHoldsUntilItsRequestIsClosed)
     EXPECT_EQ(qdbus_cast<QVariantMap>(call.arguments().at(2)).value(QStringLiteral("reason")).toString(), reason);
     EXPECT_THAT(portal.callsOf("Close"), IsEmpty());
     m_inhibition.reset();
-    ASSERT_TRUE(waitUntil([&] { return portal.callsOf("Close").size() == 1; }));
+    ASSERT_TRUE(spinUntil([&] { return portal.callsOf("Close").size() == 1; }));
     EXPECT_EQ(portal.callsOf("Close").front().path(), FakePortal::handleOf(call));
 }
 
@@ -185,7 +185,7 @@ TEST_F(SleepInhibitorTest, portalThatDoesNotDecideIsNoGrant)
     FakePortal portal{m_bus.connect(), [](const QDBusMessage&) { return std::nullopt; }};
     ask(200ms);
     ASSERT_TRUE(ends());
-    EXPECT_TRUE(waitUntil([&] { return portal.callsOf("Close").size() == 1; })) << "its request is withdrawn";
+    EXPECT_TRUE(spinUntil([&] { return portal.callsOf("Close").size() == 1; })) << "its request is withdrawn";
     EXPECT_THAT(m_events, ElementsAre(QStringLiteral("ended")));
 }
 
@@ -216,7 +216,7 @@ TEST_F(SleepInhibitorTest, loginManagerHoldsWhileTheDescriptorIsOpen)
     char byte = 0;
     EXPECT_EQ(read(ends[0], &byte, 1), -1) << "it is open";
     m_inhibition.reset();
-    EXPECT_TRUE(waitUntil([&] { return read(ends[0], &byte, 1) == 0; })) << "it is closed everywhere";
+    EXPECT_TRUE(spinUntil([&] { return read(ends[0], &byte, 1) == 0; })) << "it is closed everywhere";
     close(ends[0]);
 }
 
@@ -247,7 +247,7 @@ TEST_F(SleepInhibitorTest, receiverMayDeleteItWhenItEnds)
 {
     ask();
     QObject::connect(m_inhibition.get(), &SleepInhibition::ended, [this] { m_inhibition.reset(); });
-    EXPECT_TRUE(waitUntil([this] { return !m_inhibition; }));
+    EXPECT_TRUE(spinUntil([this] { return !m_inhibition; }));
 }
 
 } // namespace
