@@ -10,6 +10,7 @@
 #include "Tallyfox/TokenText.h"
 
 #include <QHBoxLayout>
+#include <QLocale>
 #include <QVBoxLayout>
 
 namespace tallyfox {
