@@ -6,6 +6,7 @@
 #include "Tallyfox/TokenText.h"
 
 #include <QHBoxLayout>
+#include <QLocale>
 #include <QVBoxLayout>
 
 namespace tallyfox {
