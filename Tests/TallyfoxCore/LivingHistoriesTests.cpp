@@ -67,13 +67,13 @@ private:
         return m_root / std::to_string(number % 4) / (std::to_string(number) + ".jsonl");
     }
 
-    static void append(const fs::path& file, std::size_t records)
+    void append(const fs::path& file, std::size_t records) const
     {
         std::error_code ignored;
         fs::create_directories(file.parent_path(), ignored);
         std::ofstream stream{file, std::ios::app | std::ios::binary};
         for (std::size_t count = 0; count < records; ++count)
-            stream << claudeLine({{"message.id", ""}}) << '\n';
+            stream << m_line;
     }
 
     /// As an editor does: a new file takes the place of the old one at once.
@@ -87,6 +87,7 @@ private:
     }
 
     fs::path m_root;
+    std::string m_line = claudeLine({{"message.id", ""}}) + '\n';
     std::mt19937 m_random{20261121};
 };
 
@@ -112,9 +113,12 @@ TEST_F(LivingHistories, everyScanGivesWrittenRecordsOrTheSystemsError)
     int succeeded = 0;
     std::size_t samples = 0;
     {
-        const std::jthread life{[root = root()](const std::stop_token& stop) {
-            for (Life it{root}; !stop.stop_requested();)
-                it.step();
+        Life life{root()};
+        for (int count = 0; count < 30; ++count)
+            life.step(); // there is something to read from the start
+        const std::jthread living{[&life](const std::stop_token& stop) {
+            while (!stop.stop_requested())
+                life.step();
         }};
         for (int count = 0; count < scanCount(); ++count) {
             const auto result = LocalUsageScanner::scanResult(Provider::claude, root());
