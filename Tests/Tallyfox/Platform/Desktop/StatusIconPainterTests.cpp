@@ -49,7 +49,7 @@ double luminance(const QColor& color)
 /// As the accessibility guidelines define it: 1 to 21.
 double contrast(const QColor& one, const QColor& other)
 {
-    const auto [darker, lighter] = std::minmax(luminance(one), luminance(other));
+    const auto [darker, lighter] = std::minmax({luminance(one), luminance(other)});
     return (lighter + 0.05) / (darker + 0.05);
 }
 
