@@ -62,8 +62,8 @@ protected:
 
 TEST_F(FolderPickerTest, dialogOpensBesideTheProgramInTheStartFolderUnderTheMessage)
 {
+    std::vector<Folder> answers; // the picker answers what is open when it goes
     FolderPicker picker;
-    std::vector<Folder> answers;
     picker.begin(request(), keepIn(answers));
     const QFileDialog* const dialog = openDialog();
     ASSERT_TRUE(dialog);
@@ -78,8 +78,8 @@ TEST_F(FolderPickerTest, dialogOpensBesideTheProgramInTheStartFolderUnderTheMess
 
 TEST_F(FolderPickerTest, chosenFolderIsTheAnswerOnce)
 {
+    std::vector<Folder> answers; // the picker answers what is open when it goes
     FolderPicker picker;
-    std::vector<Folder> answers;
     picker.begin(request(), keepIn(answers));
     ASSERT_TRUE(openDialog());
     choose(*openDialog(), home());
@@ -147,8 +147,8 @@ TEST_F(FolderPickerTest, pickerDestroyedBetweenTheChoiceAndItsAnswerAnswersOnce)
 
 TEST_F(FolderPickerTest, completionMayAskAnew)
 {
+    std::vector<Folder> answers; // the picker answers what is open when it goes
     FolderPicker picker;
-    std::vector<Folder> answers;
     picker.begin(request(), [&](const Folder& folder) {
         answers.push_back(folder);
         picker.begin(request(), keepIn(answers));
