@@ -257,6 +257,16 @@ TEST_F(CalendarDatabase, copiedSystemZoneTakesItsNameFromTheNameFile)
     EXPECT_EQ(systemZone(), "localtime");
     write("timezone", "Region/City\n");
     EXPECT_EQ(systemZone(), "Region/City");
+    write("timezone", std::string(300, 'A') + '\n');
+    EXPECT_EQ(systemZone(), "localtime");
+}
+
+TEST_F(CalendarDatabase, systemsOwnZoneIsThatOfItsOwnDatabase)
+{
+    const auto calendar = Calendar::ofSystem();
+    const auto expected = Calendar::ofSystem(Calendar::Database{});
+    ASSERT_EQ(calendar.has_value(), expected.has_value());
+    EXPECT_TRUE(!calendar || calendar->timeZoneName() == expected->timeZoneName());
 }
 
 TEST_F(CalendarDatabase, systemWithoutAUsableZoneHasNone)

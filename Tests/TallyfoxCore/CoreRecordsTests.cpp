@@ -1,10 +1,13 @@
 #include "Support/Moments.h"
+#include "TallyfoxCore/LocalUsageScanner.h"
 #include "TallyfoxCore/TallyfoxCore.h"
+#include "TallyfoxCore/ZoneOffset.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <limits>
+#include <vector>
 
 namespace tallyfox::test {
 namespace {
@@ -80,6 +83,49 @@ TEST(Instant, secondsSince1970SaturateAtTheYearsOneAnd9999)
     EXPECT_EQ(instantFromUnixSeconds(-1e300), distantPast);
     EXPECT_EQ(instantFromUnixSeconds(-62'135'596'800.0), distantPast);
     EXPECT_EQ(instantFromUnixSeconds(std::nan("")), distantPast);
+}
+
+/// Changing any one member makes a record another one.
+template <typename Record> void expectDifference(const std::vector<void (*)(Record&)>& changes)
+{
+    for (const auto change : changes) {
+        Record changed{};
+        change(changed);
+        EXPECT_FALSE(changed == Record{});
+        EXPECT_TRUE(changed == Record{changed});
+    }
+}
+
+TEST(CoreRecords, everyMemberCountsInEquality)
+{
+    expectDifference<DailyUsage>(
+        {[](DailyUsage& day) { day.date = distantFuture; }, [](DailyUsage& day) { day.tokens = 1; }});
+    expectDifference<QuotaWindow>({[](QuotaWindow& window) { window.usedPercent = 1; },
+                                   [](QuotaWindow& window) { window.resetsAt = distantPast; },
+                                   [](QuotaWindow& window) { window.windowMinutes = 1; }});
+    expectDifference<QuotaSnapshot>({[](QuotaSnapshot& quota) { quota.provider = Provider::claude; },
+                                     [](QuotaSnapshot& quota) { quota.primary.usedPercent = 1; },
+                                     [](QuotaSnapshot& quota) { quota.secondary.emplace(); },
+                                     [](QuotaSnapshot& quota) { quota.confidence = MeasurementConfidence::exact; }});
+    expectDifference<UsageSample>(
+        {[](UsageSample& sample) { sample.provider = Provider::codex; },
+         [](UsageSample& sample) { sample.timestamp = distantFuture; },
+         [](UsageSample& sample) { sample.model = "fox"; }, [](UsageSample& sample) { sample.inputTokens = 1; },
+         [](UsageSample& sample) { sample.outputTokens = 1; },
+         [](UsageSample& sample) { sample.cachedInputTokens = 1; },
+         [](UsageSample& sample) { sample.reasoningTokens = 1; }, [](UsageSample& sample) { sample.totalTokens = 1; },
+         [](UsageSample& sample) { sample.confidence = MeasurementConfidence::exact; }});
+    expectDifference<UsageSummary>({[](UsageSummary& summary) { summary.totalTokens = 1; },
+                                    [](UsageSummary& summary) { summary.todayTokens = 1; },
+                                    [](UsageSummary& summary) { summary.last30Days.emplace_back(); },
+                                    [](UsageSummary& summary) { summary.last365Days.emplace_back(); }});
+    expectDifference<LocalUsageScanResult>({[](LocalUsageScanResult& result) { result.isPartial = true; },
+                                            [](LocalUsageScanResult& result) { result.samples.emplace_back(); }});
+    expectDifference<FileError>({[](FileError& error) { error.code = std::make_error_code(std::errc::io_error); }});
+    using std::chrono::seconds;
+    expectDifference<ZoneOffset>({[](ZoneOffset& stretch) { stretch.begin += seconds{1}; },
+                                  [](ZoneOffset& stretch) { stretch.end += seconds{1}; },
+                                  [](ZoneOffset& stretch) { stretch.offset += seconds{1}; }});
 }
 
 } // namespace
