@@ -49,6 +49,8 @@ TEST_F(DeniedCall, sandboxThatDeniesThatCallIsGoodEnough)
 TEST_F(DeniedCall, fileThatCannotBeReadFailsTheScanWithTheSystemsError)
 {
     EXPECT_EQ(scanWithout(SYS_pread64, EIO), EIO);
+    const auto scan = [this] { return errorOf(LocalUsageScanner::scan(Provider::claude, root())).value(); };
+    EXPECT_EQ(statusWithDeniedCall(SYS_pread64, EIO, scan), EIO);
 }
 
 TEST_F(DeniedCall, filesThatCannotBeExaminedArePassedOver)

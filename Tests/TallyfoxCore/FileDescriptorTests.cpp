@@ -1,0 +1,30 @@
+#include "TallyfoxCore/FileDescriptor.h"
+
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <utility>
+
+namespace tallyfox::test {
+namespace {
+
+bool isOpenInTheSystem(int descriptor)
+{
+    return ::fcntl(descriptor, F_GETFD) >= 0;
+}
+
+TEST(FileDescriptor, movedDescriptorBelongsToTheNewOwnerAlone)
+{
+    FileDescriptor first = FileDescriptor::openFolder("/");
+    const int number = first.get();
+    {
+        const FileDescriptor second = std::move(first);
+        EXPECT_EQ(second.get(), number);
+        EXPECT_FALSE(first.isOpen()); // NOLINT(bugprone-use-after-move): that is what is tested
+        EXPECT_TRUE(isOpenInTheSystem(number));
+    }
+    EXPECT_FALSE(isOpenInTheSystem(number));
+}
+
+} // namespace
+} // namespace tallyfox::test
