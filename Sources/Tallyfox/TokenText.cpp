@@ -4,6 +4,8 @@
 
 #include <array>
 #include <charconv>
+#include <cmath>
+#include <limits>
 
 namespace tallyfox {
 
@@ -12,11 +14,14 @@ namespace {
 constexpr std::int64_t thousand = 1'000;
 constexpr std::int64_t million = 1'000'000;
 
-/// `tokens` in `unit`s with one decimal. Unlike printf, the same in every locale.
+/// `tokens` in `unit`s with one decimal. Unlike printf, the same in every locale, and 1.25 becomes 1.3: a quarter is
+/// the one tie that a double holds exactly and that printf rounds down, to the even digit.
 std::string withOneDecimal(std::int64_t tokens, std::int64_t unit)
 {
     std::array<char, 32> digits{};
-    const double value = static_cast<double>(tokens) / static_cast<double>(unit);
+    double value = static_cast<double>(tokens) / static_cast<double>(unit);
+    if (tokens % unit == unit / 4)
+        value = std::nextafter(value, std::numeric_limits<double>::max());
     const auto end = std::to_chars(digits.begin(), digits.end(), value, std::chars_format::fixed, 1).ptr;
     return {digits.begin(), end};
 }

@@ -31,6 +31,16 @@ TEST(TokenText, countsAreShortenedFromAThousandOn)
     EXPECT_EQ(tokenText(-5'000'000), "-5,000,000");
 }
 
+TEST(TokenText, tiesAreRoundedUpAndNothingElseIs)
+{
+    EXPECT_EQ(tokenText(1'250'000), "1.3M");
+    EXPECT_EQ(tokenText(1'249'999), "1.2M");
+    EXPECT_EQ(tokenText(1'750'000), "1.8M");
+    EXPECT_EQ(tokenText(1'450'000), "1.4M"); // the double nearest to 1.45 is below it
+    EXPECT_EQ(tokenText(1'250), "1.3K");
+    EXPECT_EQ(tokenText(1'249), "1.2K");
+}
+
 TEST(TokenText, viewsWriteExactCountsAsTheLocaleDoes)
 {
     const QLocale english{QLocale::English, QLocale::UnitedStates};
