@@ -30,8 +30,8 @@ public:
     /// Tries to become the agent, for as long as the object lives. At most once. Takes a moment, and 3 s at most with a
     /// bus that does not answer.
     virtual Claim claim() = 0;
-    /// Passes a request to the process that is the agent; whether it arrived. Takes 300 ms at most; for processes that
-    /// do nothing else.
+    /// Passes a request to the process that is the agent; whether it arrived. Takes a moment, and 2 s at most with an
+    /// agent that does not answer; for processes that do nothing else.
     virtual bool send(InstanceRequest request) = 0;
 
 Q_SIGNALS:

@@ -3,6 +3,8 @@
 #include <QDeadlineTimer>
 #include <QProcessEnvironment>
 
+#include <csignal>
+
 namespace tallyfox::test {
 
 Probe::Probe(const QString& program, const QStringList& arguments, const QStringList& environment)
@@ -32,6 +34,11 @@ QString Probe::nextLine(std::chrono::milliseconds limit)
             return {};
     }
     return QString::fromUtf8(m_process.readLine()).trimmed();
+}
+
+void Probe::sendSignal(int number)
+{
+    ::kill(static_cast<pid_t>(m_process.processId()), number);
 }
 
 void Probe::kill()

@@ -25,6 +25,7 @@ public:
         return m_process;
     }
 
+    void sendSignal(int number);
     /// Ends the program without its knowing, and waits until it is gone.
     void kill();
 

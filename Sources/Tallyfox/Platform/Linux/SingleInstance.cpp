@@ -11,8 +11,8 @@ namespace tallyfox {
 namespace {
 
 constexpr std::chrono::seconds claimLimit{2}; ///< a bus may be slow while a session starts
-constexpr std::chrono::milliseconds sendLimit{300};
-constexpr std::chrono::milliseconds sendBusLimit{200}; ///< of the 300: the rest is for the socket
+constexpr std::chrono::milliseconds sendLimit{2000}; ///< an agent that is just starting has no time yet
+constexpr std::chrono::milliseconds findBusLimit{200}; ///< of these; the rest is for the agent
 
 /// By the bus where it answers, else by the socket.
 class DesktopInstance : public SingleInstance {
@@ -31,7 +31,7 @@ public:
     bool send(InstanceRequest request) override
     {
         const QDeadlineTimer deadline{sendLimit};
-        const QDBusConnection bus = answeringSessionBus(sendBusLimit);
+        const QDBusConnection bus = answeringSessionBus(findBusLimit);
         if (bus.isConnected() && BusInstance{bus, m_id}.send(request, remaining(deadline)))
             return true;
         return SocketInstance{runtimeFolder(), m_id}.send(request, remaining(deadline));
