@@ -11,37 +11,28 @@
 
 namespace tallyfox {
 
-namespace {
-
-/// Where the line that starts at `start` ends.
-int lineEnd(const QString& text, const QFont& font, int start, int width)
-{
-    QTextLayout layout{text.mid(start), font};
-    QTextOption option;
-    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    layout.setTextOption(option);
-    layout.beginLayout();
-    QTextLine line = layout.createLine();
-    line.setLineWidth(width);
-    const int length = line.textLength();
-    layout.endLayout();
-    return start + std::max(length, 1); // a place too narrow for a single letter must not stop the loop
-}
-
-} // namespace
-
 QStringList fittedLines(const QString& text, const QFont& font, int width, int maximumLines)
 {
-    const QFontMetricsF metrics{font};
+    QTextLayout layout{text, font};
+    QTextOption option;
+    option.setWrapMode(QTextOption::WordWrap);
+    layout.setTextOption(option);
+    layout.beginLayout();
     QStringList lines;
     int start = 0;
     while (start < text.size() && lines.size() + 1 < maximumLines) {
-        const int end = lineEnd(text, font, start, width);
-        lines << text.mid(start, end - start).trimmed();
-        start = end;
+        QTextLine line = layout.createLine();
+        line.setLineWidth(width);
+        lines << text.mid(line.textStart(), line.textLength()).trimmed();
+        start = line.textStart() + line.textLength();
+    }
+    layout.endLayout();
+    if (layout.minimumWidth() > width) { // there is a word that is wider
+        lines.clear();
+        start = 0;
     }
     if (start < text.size())
-        lines << metrics.elidedText(text.mid(start), Qt::ElideRight, width);
+        lines << QFontMetricsF{font}.elidedText(text.mid(start), Qt::ElideRight, width);
     return lines;
 }
 
@@ -83,7 +74,10 @@ void TextLabel::setMaximumLines(int lines)
 bool TextLabel::isElided() const
 {
     const QStringList shown = lines();
-    return !shown.isEmpty() && shown.back().endsWith(QChar{0x2026}) && !text().endsWith(shown.back());
+    if (shown.isEmpty())
+        return false;
+    const QString& last = shown.back(); // empty where there is no place even for an ellipsis
+    return last.isEmpty() || (last.endsWith(QChar{0x2026}) && !text().endsWith(last));
 }
 
 int TextLabel::horizontalMargins() const

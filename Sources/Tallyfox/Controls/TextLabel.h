@@ -6,8 +6,8 @@
 
 namespace tallyfox {
 
-/// `text` in lines of at most `width`, broken between words where that is possible; what does not fit into
-/// `maximumLines` ends in an ellipsis.
+/// `text` in lines of at most `width`, broken between words. What does not fit into `maximumLines` ends in an ellipsis;
+/// a width below that of one of the words makes it one line.
 QStringList fittedLines(const QString& text, const QFont& font, int width, int maximumLines);
 
 /// Plain text that never grows out of its place: it wraps up to a number of lines, then ends in an ellipsis and shows

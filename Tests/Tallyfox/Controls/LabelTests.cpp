@@ -51,9 +51,18 @@ TEST(FittedLines, noTextIsNoLine)
     EXPECT_TRUE(fittedLines({}, Theme::body(), 200, 2).isEmpty());
 }
 
+TEST(FittedLines, wordIsShortenedRatherThanTorn)
+{
+    const int width = QFontMetrics{Theme::body()}.horizontalAdvance(QStringLiteral("Observe"));
+    const QStringList lines = fittedLines(QStringLiteral("Observed from afar"), Theme::body(), width, 3);
+    ASSERT_EQ(lines.size(), 1);
+    EXPECT_TRUE(lines.front().startsWith(QStringLiteral("Obs")));
+    EXPECT_TRUE(lines.front().endsWith(QChar{0x2026}));
+}
+
 TEST(FittedLines, placeWithoutWidthStillEnds)
 {
-    EXPECT_EQ(fittedLines(longText(), Theme::body(), 0, 3).size(), 3);
+    EXPECT_EQ(fittedLines(longText(), Theme::body(), 0, 3).size(), 1);
 }
 
 TEST(TextLabel, textThatFitsIsNotElided)
@@ -61,6 +70,13 @@ TEST(TextLabel, textThatFitsIsNotElided)
     TextLabel label{QStringLiteral("Today"), Theme::body(), Theme::ink()};
     label.resize(label.sizeHint());
     EXPECT_FALSE(label.isElided());
+}
+
+TEST(TextLabel, textWithoutPlaceForAnEllipsisIsElided)
+{
+    TextLabel label{QStringLiteral("Today"), Theme::body(), Theme::ink()};
+    label.resize(2, label.sizeHint().height());
+    EXPECT_TRUE(label.isElided());
 }
 
 TEST(TextLabel, textThatEndsInAnEllipsisItselfIsNotElided)
