@@ -3,6 +3,7 @@
 #include "Tallyfox/Controls/FocusRing.h"
 #include "Tallyfox/TallyfoxTheme.h"
 
+#include <QAbstractItemView>
 #include <QPainter>
 #include <QStyle>
 #include <QWheelEvent>
@@ -41,6 +42,12 @@ QSize Picker::sizeHint() const
 QSize Picker::minimumSizeHint() const
 {
     return sizeHint();
+}
+
+void Picker::showPopup()
+{
+    view()->setAccessibleName(accessibleName());
+    QComboBox::showPopup();
 }
 
 void Picker::wheelEvent(QWheelEvent* event)

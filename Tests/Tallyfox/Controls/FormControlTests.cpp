@@ -4,6 +4,7 @@
 #include "Tallyfox/Controls/ToggleSwitch.h"
 #include "Tallyfox/TallyfoxTheme.h"
 
+#include <QAbstractItemView>
 #include <QAccessible>
 #include <QApplication>
 #include <QWheelEvent>
@@ -180,6 +181,17 @@ TEST(Picker, wheelTurnsItOnlyWhileItHasTheFocus)
     picker.setFocus();
     turnWheel(picker, {0, -120});
     EXPECT_EQ(picker.currentIndex(), 1);
+}
+
+TEST(Picker, openListHasThePickersName)
+{
+    Picker picker;
+    picker.addItem(QStringLiteral("one"));
+    picker.setAccessibleName(QStringLiteral("Number"));
+    showActive(picker);
+    picker.showPopup();
+    EXPECT_EQ(accessibleName(*picker.view()), QStringLiteral("Number"));
+    picker.hidePopup();
 }
 
 TEST(Picker, isAsWideAsItsWidestText)
