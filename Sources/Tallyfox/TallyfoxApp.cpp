@@ -14,6 +14,7 @@
 #include "Tallyfox/Platform/SingleInstance.h"
 #include "Tallyfox/Platform/StandardStreams.h"
 #include "Tallyfox/Platform/TerminationSignals.h"
+#include "Tallyfox/Settings/AccessibleSettings.h"
 #include "Tallyfox/Store/StoreEnvironment.h"
 #include "Tallyfox/TallyfoxTheme.h"
 #include "Tallyfox/Translations.h"
@@ -157,6 +158,7 @@ void TallyfoxApp::runAgent(const AgentRequest& request, const std::optional<std:
     installTranslations(*qApp, QLocale{});
     Theme::apply(*qApp);
     installAccessibleElements();
+    installAccessibleSettings();
     StoreEnvironmentOptions options;
     options.home = home;
     options.fetchQuota = request.fetchesQuota;

@@ -3,6 +3,7 @@
 #include "Tallyfox/Controls/FocusRing.h"
 #include "Tallyfox/TallyfoxTheme.h"
 
+#include <QAccessible>
 #include <QPainter>
 
 #include <algorithm>
@@ -31,6 +32,15 @@ SettingsTabBar::SettingsTabBar(QWidget* parent)
     setElideMode(Qt::ElideNone);
     setFont(Theme::caption());
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    connect(this, &QTabBar::currentChanged, this, &SettingsTabBar::announceChoice);
+}
+
+/// The toolkit tells of the focus only, which a tab chosen by its letter does not get.
+void SettingsTabBar::announceChoice(int index)
+{
+    QAccessibleEvent chosen{this, QAccessible::Selection};
+    chosen.setChild(index);
+    QAccessible::updateAccessibility(&chosen);
 }
 
 void SettingsTabBar::addSymbolTab(Symbol symbol, const QString& title)

@@ -27,6 +27,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    void announceChoice(int index);
     void paintTab(QPainter& painter, int index) const;
 
     std::vector<Symbol> m_symbols;

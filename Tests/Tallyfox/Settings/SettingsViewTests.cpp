@@ -2,6 +2,7 @@
 #include "Tallyfox/Controls/PushButton.h"
 #include "Tallyfox/Controls/StepSlider.h"
 #include "Tallyfox/Controls/TextLabel.h"
+#include "Tallyfox/Settings/AccessibleSettings.h"
 #include "Tallyfox/Settings/AccountSettingsView.h"
 #include "Tallyfox/Settings/GeneralSettingsView.h"
 #include "Tallyfox/SettingsView.h"
@@ -70,6 +71,7 @@ class SettingsViewTest : public testing::Test {
 protected:
     SettingsViewTest()
     {
+        installAccessibleSettings();
         UsageSnapshot snapshot;
         snapshot.states = {initialState(Provider::claude, distantPast, Calendar::utc()),
                            initialState(Provider::codex, distantPast, Calendar::utc())};
@@ -121,6 +123,36 @@ TEST_F(SettingsViewTest, tabsAreFourAndGeneralIsTheFirst)
     EXPECT_EQ(titles, texts({u"General", u"Accounts", u"Notifications", u"About"}));
     EXPECT_EQ(tabs().currentIndex(), 0);
     EXPECT_EQ(accessibleRole(tabs()), QAccessible::PageTabList);
+}
+
+TEST_F(SettingsViewTest, chosenTabIsTheOneThatAScreenReaderHearsOf)
+{
+    tabs().setCurrentIndex(2);
+    QAccessibleInterface* const bar = QAccessible::queryAccessibleInterface(&tabs());
+    EXPECT_EQ(bar->text(QAccessible::Name), QStringLiteral("Settings"));
+    ASSERT_EQ(bar->childCount(), 4);
+    for (int tab = 0; tab < 4; ++tab) {
+        const QAccessible::State state = bar->child(tab)->state();
+        EXPECT_TRUE(state.selectable) << tab;
+        EXPECT_EQ(state.selected, tab == 2) << tab;
+        EXPECT_EQ(bar->indexOfChild(bar->child(tab)), tab);
+    }
+    EXPECT_EQ(bar->child(-1), nullptr);
+    EXPECT_EQ(bar->child(4), nullptr);
+    tabs().setFocus();
+    EXPECT_EQ(bar->focusChild(), bar->child(2));
+    EXPECT_EQ(bar->child(1)->text(QAccessible::Accelerator), QStringLiteral("Alt+A"));
+}
+
+TEST_F(SettingsViewTest, screenReaderChoosesTabs)
+{
+    QAccessibleInterface* const tab = QAccessible::queryAccessibleInterface(&tabs())->child(1);
+    ASSERT_NE(tab->actionInterface(), nullptr);
+    EXPECT_EQ(tab->actionInterface()->actionNames(), QStringList{QAccessibleActionInterface::pressAction()});
+    tab->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(tabs().currentIndex(), 1);
+    QAccessibleInterface* const bar = tab->parent();
+    EXPECT_EQ(bar->childAt(tab->rect().center().x(), tab->rect().center().y()), tab);
 }
 
 TEST_F(SettingsViewTest, generalTabSaysItsThreeSections)
