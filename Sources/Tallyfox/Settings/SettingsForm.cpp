@@ -138,7 +138,11 @@ void SettingsSection::addTextRow(const QString& text)
 
 void SettingsSection::insertWideRow(int place, QWidget* content)
 {
-    addEmptyRow(captionRowPadding, place)->layout()->addWidget(content);
+    const QLayoutItem* const after = m_rows->itemAt(place);
+    QWidget* const row = addEmptyRow(captionRowPadding, place);
+    row->layout()->addWidget(content);
+    if (after)
+        row->stackUnder(after->widget()); // a screen reader reads rows in the order in which they are stacked
 }
 
 QWidget* SettingsSection::addButtonRow(QWidget* button)

@@ -3,6 +3,7 @@
 #include "Tallyfox/Controls/StepSlider.h"
 #include "Tallyfox/Controls/TextLabel.h"
 #include "Tallyfox/Settings/AccessibleSettings.h"
+#include "Tallyfox/Settings/AccountRow.h"
 #include "Tallyfox/Settings/AccountSettingsView.h"
 #include "Tallyfox/Settings/GeneralSettingsView.h"
 #include "Tallyfox/SettingsView.h"
@@ -153,6 +154,16 @@ TEST_F(SettingsViewTest, screenReaderChoosesTabs)
     EXPECT_EQ(tabs().currentIndex(), 1);
     QAccessibleInterface* const bar = tab->parent();
     EXPECT_EQ(bar->childAt(tab->rect().center().x(), tab->rect().center().y()), tab);
+}
+
+TEST_F(SettingsViewTest, screenReaderReadsAccountsBeforeWhatFollowsThem)
+{
+    const QWidget& form = chosen(1);
+    const auto* const sync = form.findChild<PushButton*>();
+    const auto* const account = form.findChild<AccountRow*>();
+    // A reader follows the order of the widgets.
+    const QObjectList& rows = sync->parentWidget()->parentWidget()->children();
+    EXPECT_LT(rows.indexOf(account->parentWidget()), rows.indexOf(sync->parentWidget()));
 }
 
 TEST_F(SettingsViewTest, generalTabSaysItsThreeSections)
