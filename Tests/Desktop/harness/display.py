@@ -56,6 +56,10 @@ class Display:
     def root_property(self, name):
         return self._property(self.root, name)
 
+    def atoms(self, window, name):
+        """The names in a property that is a list of them."""
+        return {self.x.get_atom_name(atom) for atom in self._property(window, name) or ()}
+
     def _visible_below(self, window):
         for child in window.query_tree().children:
             try:
@@ -138,6 +142,15 @@ class Display:
         self.move(place)
         xtest.fake_input(self.x, X.ButtonPress, button)
         xtest.fake_input(self.x, X.ButtonRelease, button)
+        self.x.sync()
+
+    def drag(self, start, end):
+        """Presses the button at one place and lets it go at another, with places between."""
+        self.move(start)
+        xtest.fake_input(self.x, X.ButtonPress, 1)
+        for step in range(1, 6):
+            self.move(tuple(start[axis] + (end[axis] - start[axis]) * step // 5 for axis in (0, 1)))
+        xtest.fake_input(self.x, X.ButtonRelease, 1)
         self.x.sync()
 
     def key(self, name):

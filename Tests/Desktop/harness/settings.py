@@ -1,0 +1,143 @@
+"""The settings window of the program on a desktop of its own."""
+
+import configparser
+import os
+
+from .desktop import Desktop
+from .reader import Reader
+from .waiting import Failure, expect, expect_equal, settled, until
+
+TITLE = "Tallyfox Settings"
+SIZE = (900, 480)
+
+
+class Settings:
+    """The program with its settings open, on a desktop without a panel, for an account that has changed nothing."""
+
+    def __init__(self, surroundings, *arguments):
+        self._surroundings = surroundings
+        self.desktop = Desktop(surroundings, services=[Reader.SERVICE])
+        self.reader = Reader(self.desktop)
+        self.file = os.path.join(surroundings.config_home, "tallyfox/tallyfox.ini")
+        self.entry = os.path.join(surroundings.config_home, "autostart/org.tallyfox.tallyfox.desktop")
+        self.start(*arguments)
+
+    def start(self, *arguments):
+        self.agent = self.desktop.start_agent("--settings", *arguments, environment=Reader.ENVIRONMENT)
+        self.window = self.reader.window(self.agent.pid, TITLE)
+
+    def restart(self, *arguments):
+        self.agent.end()
+        self.start(*arguments)
+
+    def x_window(self):
+        """The window as the X server knows it, and its box; None while it is not shown."""
+        found = [(window, box) for window, box in self.desktop.display.windows_of(self.agent.pid)
+                 if (box.width, box.height) == SIZE]
+        expect(len(found) <= 1, f"several windows: {found}")
+        return found[0] if found else None
+
+    def close(self):
+        self.desktop.display.close(self.agent.pid, TITLE)
+        until("the settings are closed", lambda: not self.x_window())
+
+    def find(self, name, role):
+        """The one control of the shown tab that is called so."""
+        def control():
+            found = [element for element in self.window.shown() if element.role == role and element.called == name]
+            expect(len(found) <= 1, f"several controls are called {name}")
+            return found[0] if found else None
+        return until(f"{name} is shown", control)
+
+    def choose(self, name):
+        self.find(name, "page tab").activate()
+        until(f"the tab {name} is chosen", lambda: self.find(name, "page tab").has("selected"))
+
+    def choose_last_interval(self, choices):
+        """Expects those choices."""
+        self.interval().activate()
+        offered = until("the choices are offered", lambda: next(
+            (element for element in self.interval().shown() if element.role == "list" and element.has("showing")), None))
+        expect_equal(offered.name, "Refresh interval", "name of the choices")
+        expect_equal([choice.name for choice in offered.children()], choices, "choices")
+        self.desktop.display.press("End")
+        self.desktop.display.press("Return")
+        until("the last choice is chosen", lambda: self.interval().name == choices[-1])
+
+    def take_focus(self):
+        """A click as a user gives the window the keyboard, on what does nothing."""
+        _, box = until("the window is shown", self.x_window)
+        self.desktop.display.click((box.x + 20, box.bottom - 20))
+
+    def box(self):
+        """Where the window is, once it has come to rest."""
+        return settled("the window is shown", self.x_window)[1]
+
+    def move_by(self, right, down):
+        """As a user drags it by its title."""
+        box = self.box()
+        display = self.desktop.display
+        display.drag((box.middle[0], box.y - 8), (box.middle[0] + right, box.y - 8 + down))
+        until("the window has moved", lambda: self.box() == box._replace(x=box.x + right, y=box.y + down))
+
+    def states(self):
+        """The names of the window's states, as the window manager keeps them."""
+        window, _ = until("the window is shown", self.x_window)
+        return self.desktop.display.atoms(window, "_NET_WM_STATE")
+
+    def toggle(self, name):
+        return self.find(name, "check box")
+
+    def slider(self, name):
+        return self.find(name, "slider")
+
+    def interval(self):
+        return self.find("Refresh interval", "combo box")
+
+    def switch(self, name):
+        self.toggle(name).activate()
+
+    def expect_toggle(self, name, is_on):
+        until(f"{name} is {'on' if is_on else 'off'}", lambda: self.toggle(name).is_on == is_on, limit=10)
+
+    def expect_slider(self, name, percent):
+        until(f"{name} is {percent}", lambda: self.slider(name).value == percent, limit=10)
+        expect_equal(self.slider(name).description, f"{percent}%", f"what is said of the {name}")
+
+    def expect_said(self, text):
+        until(f"{text} is said", lambda: text in said(self.window), limit=10)
+
+    def stored(self):
+        """All that is stored, by key; nothing without a file."""
+        parser = configparser.ConfigParser(interpolation=None)
+        parser.optionxform = str
+        parser.read(self.file, encoding="utf-8")
+        return dict(parser["General"]) if parser.has_section("General") else {}
+
+    def expect_stored(self, **values):
+        try:
+            until("the change is stored", lambda: self.stored() == values, limit=10)
+        except Failure:
+            expect_equal(self.stored(), values, "preferences")
+
+    def changed_files(self):
+        """Everything of the program's below the folder of configurations."""
+        found = []
+        for folder, _, names in os.walk(self._surroundings.config_home):
+            found += [os.path.join(folder, name) for name in names]
+        return [path for path in found if "tallyfox" in path.removeprefix(self._surroundings.config_home)]
+
+
+def said(window):
+    """What is read out below the tabs, without what merely repeats the label before it."""
+    lines = []
+    for element in window.shown():
+        named = element.name and element.role not in ("page tab list", "page tab", "filler", "frame")
+        if named and (not lines or lines[-1] != element.name):
+            lines.append(element.name)
+    return lines
+
+
+def without_labels_of_values(lines):
+    """A value that cannot be changed is said with its label: the label itself is not asked for again."""
+    return [line for line, after in zip(lines, [*lines[1:], ""]) if not after.startswith(f"{line}: ")]
