@@ -69,9 +69,11 @@ void Picker::paintEvent(QPaintEvent* /*event*/)
     paintArrows(painter, placed({width() - arrowsWidth - 4, 0, arrowsWidth, height()}));
     painter.setFont(font());
     painter.setPen(Theme::ink());
-    const QRect place = placed({sidePadding, 0, width() - sidePadding - arrowsWidth, height()});
+    // At whole pixels, as labels are: the text stands on one line with the label of its row.
+    const int top = (height() - fontMetrics().height()) / 2;
+    const QRect place = placed({sidePadding, top, width() - sidePadding - arrowsWidth, fontMetrics().height()});
     const QString shown = currentIndex() < 0 ? placeholderText() : currentText();
-    painter.drawText(place, Qt::AlignVCenter | Qt::TextSingleLine, shown);
+    painter.drawText(place, Qt::AlignTop | Qt::TextSingleLine, shown);
     if (showsFocus(*this))
         paintFocusRing(painter, rect(), radius);
 }
