@@ -422,7 +422,7 @@
     </message>
     <message>
         <source>Usage Alerts</source>
-        <translation>Nutzungshinweise</translation>
+        <translation>Nutzungswarnungen</translation>
     </message>
     <message>
         <source>Notifications</source>
@@ -430,7 +430,7 @@
     </message>
     <message>
         <source>You will be notified when remaining usage falls below the threshold.</source>
-        <translation>Sie werden benachrichtigt, wenn die verbleibende Nutzung unter den Schwellenwert fällt.</translation>
+        <translation>Sie werden benachrichtigt, wenn das verbleibende Kontingent unter den Schwellenwert fällt.</translation>
     </message>
     <message>
         <source>Updates</source>
