@@ -63,7 +63,8 @@ def test_everyTextOfEveryTabIsReadOut(surroundings):
             until(f"{tab} says its texts", is_said, limit=5)  # the accounts are asked meanwhile
         except Failure:
             expect_equal(without_labels_of_values(said(settings.window)), texts, tab)
-        nameless = [element.role for element in settings.window.shown() if element.has("focusable") and not element.called]
+        focusable = [element for element in settings.window.shown() if element.has("focusable")]
+        nameless = [element.role for element in focusable if not element.called]
         expect(not nameless, f"{tab}: the keyboard reaches nameless {nameless}")
         chosen = [element.name for element in tabs.children() if element.has("selected")]
         expect_equal(chosen, [tab], "chosen tabs")
@@ -137,13 +138,15 @@ def test_slidersMoveInStepsOfFive(surroundings):
     settings.choose("Notifications")
     settings.take_focus()
     for name in THRESHOLDS:
-        settings.slider(name).focus()
-        until(f"the {name} has the focus", lambda slider=name: settings.slider(slider).has("focused"))
+        slider = settings.slider(name)
+        slider.focus()
+        until(f"the {name} has the focus", lambda: slider.has("focused"))
         for key, percent in (("Right", 25), ("Left", 20), ("Left", 15), ("Home", 5), ("Left", 5), ("End", 95),
                              ("Right", 95), ("Down", 90)):
             settings.desktop.display.press(key)
-            settings.expect_slider(name, percent)
-        settings.slider(name).set_value(42)  # what no key gives
+            until(f"{key} sets the {name} to {percent}", lambda wanted=percent: slider.value == wanted)
+            expect_equal(slider.description, f"{percent}%", f"what is said of the {name}")
+        slider.set_value(42)  # what no key gives
         settings.expect_slider(name, 40)
     settings.expect_stored(**{key: "40" for key in THRESHOLDS.values()})
 
@@ -241,8 +244,9 @@ def test_invitationEndsInAGrant(surroundings):
     settings.find("Allow Home Folder Access", "push button").activate()
     picker = settings.reader.window(settings.agent.pid, PICKER_TITLE)
     # It starts at the home folder, which is what is asked for.
-    until("the choice can be confirmed", lambda: [element for element in picker.shown()
-                                                  if element.name == "Choose" and element.has("sensitive")])[0].activate()
+    confirm = until("the choice can be confirmed", lambda: [element for element in picker.shown() if
+                                                            element.name == "Choose" and element.has("sensitive")])
+    confirm[0].activate()
     settings.expect_said("Home directory access: Allowed")
     expect("Allow Home Folder Access" not in said(settings.window), "the invitation is still there")
     expect_equal(list(settings.stored()), ["homeFolderBookmark"], "what is stored")

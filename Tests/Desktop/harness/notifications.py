@@ -5,6 +5,8 @@ import gi
 gi.require_version("Gio", "2.0")
 from gi.repository import Gio, GLib
 
+from .waiting import until
+
 INTERFACE = """<node><interface name="org.freedesktop.Notifications">
   <method name="GetCapabilities"><arg type="as" direction="out"/></method>
   <method name="Notify">
@@ -21,13 +23,14 @@ class NotificationService:
         self._connection = bus.connect()
         self._connection.register_object("/org/freedesktop/Notifications",
                                          Gio.DBusNodeInfo.new_for_xml(INTERFACE).interfaces[0], self._answer)
-        self._connection.call_sync("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "RequestName",
-                                   GLib.Variant("(su)", ("org.freedesktop.Notifications", 0)), None,
-                                   Gio.DBusCallFlags.NONE, -1, None)
+        Gio.bus_own_name_on_connection(self._connection, "org.freedesktop.Notifications", Gio.BusNameOwnerFlags.NONE,
+                                       None, None)
+        until("the service has its name", lambda: self.calls() or bus.has("org.freedesktop.Notifications"))
 
     def _answer(self, _connection, _sender, _path, _interface, method, _arguments, invocation):
         self._calls.append(method)
-        invocation.return_value(GLib.Variant("(as)", ([],)) if method == "GetCapabilities" else GLib.Variant("(u)", (1,)))
+        answer = GLib.Variant("(as)", ([],)) if method == "GetCapabilities" else GLib.Variant("(u)", (1,))
+        invocation.return_value(answer)
 
     def calls(self):
         """The methods that were called so far, each answered by now."""

@@ -50,14 +50,16 @@ class Settings:
         return until(f"{name} is shown", control)
 
     def choose(self, name):
-        self.find(name, "page tab").activate()
-        until(f"the tab {name} is chosen", lambda: self.find(name, "page tab").has("selected"))
+        tab = self.find(name, "page tab")
+        tab.activate()
+        until(f"the tab {name} is chosen", lambda: tab.has("selected"))
 
     def choose_last_interval(self, choices):
         """Expects those choices."""
         self.interval().activate()
         offered = until("the choices are offered", lambda: next(
-            (element for element in self.interval().shown() if element.role == "list" and element.has("showing")), None))
+            (element for element in self.interval().shown()
+             if element.role == "list" and element.has("showing")), None))
         expect_equal(offered.name, "Refresh interval", "name of the choices")
         expect_equal([choice.name for choice in offered.children()], choices, "choices")
         self.desktop.display.press("End")
@@ -68,6 +70,7 @@ class Settings:
         """A click as a user gives the window the keyboard, on what does nothing."""
         _, box = until("the window is shown", self.x_window)
         self.desktop.display.click((box.x + 20, box.bottom - 20))
+        until("the window has the keyboard", lambda: self.window.has("active"))
 
     def box(self):
         """Where the window is, once it has come to rest."""
@@ -98,11 +101,13 @@ class Settings:
         self.toggle(name).activate()
 
     def expect_toggle(self, name, is_on):
-        until(f"{name} is {'on' if is_on else 'off'}", lambda: self.toggle(name).is_on == is_on, limit=10)
+        toggle = self.toggle(name)
+        until(f"{name} is {'on' if is_on else 'off'}", lambda: toggle.is_on == is_on, limit=10)
 
     def expect_slider(self, name, percent):
-        until(f"{name} is {percent}", lambda: self.slider(name).value == percent, limit=10)
-        expect_equal(self.slider(name).description, f"{percent}%", f"what is said of the {name}")
+        slider = self.slider(name)
+        until(f"{name} is {percent}", lambda: slider.value == percent, limit=10)
+        expect_equal(slider.description, f"{percent}%", f"what is said of the {name}")
 
     def expect_said(self, text):
         until(f"{text} is said", lambda: text in said(self.window), limit=10)
