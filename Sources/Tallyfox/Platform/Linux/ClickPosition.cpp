@@ -10,9 +10,9 @@ namespace {
 
 constexpr int iconLength = 64; // logical pixels; panels are rarely thicker
 
-std::optional<QPoint> fromDevicePixels(QPoint position, const std::vector<ScreenArea>& screens)
+std::optional<QPoint> fromDevicePixels(QPoint position, const std::vector<ScaledScreen>& screens)
 {
-    for (const ScreenArea& screen : screens) {
+    for (const ScaledScreen& screen : screens) {
         const QPoint origin = screen.logical.topLeft();
         const QRect inPixels{origin, (QSizeF{screen.logical.size()} * screen.scale).toSize()};
         if (inPixels.contains(position))
@@ -38,7 +38,7 @@ std::optional<QPoint> knownPointer()
 } // namespace
 
 std::optional<QPoint> clickPosition(QPoint reported, std::optional<QPoint> pointer,
-                                    const std::vector<ScreenArea>& screens)
+                                    const std::vector<ScaledScreen>& screens)
 {
     const std::optional<QPoint> logical = fromDevicePixels(reported, screens);
     if (!pointer)
@@ -50,7 +50,7 @@ std::optional<QPoint> clickPosition(QPoint reported, std::optional<QPoint> point
 
 std::optional<QPoint> clickPosition(QPoint reported)
 {
-    std::vector<ScreenArea> screens;
+    std::vector<ScaledScreen> screens;
     for (const QScreen* screen : QGuiApplication::screens())
         screens.push_back({screen->geometry(), screen->devicePixelRatio()});
     return clickPosition(reported, knownPointer(), screens);

@@ -9,7 +9,7 @@
 namespace tallyfox {
 
 /// A screen, as far as positions are concerned.
-struct ScreenArea {
+struct ScaledScreen {
     QRect logical; ///< where it is in logical coordinates; its top left corner is the same in device pixels
     double scale = 1; ///< device pixels in a logical one
 };
@@ -19,7 +19,7 @@ struct ScreenArea {
 /// So the report counts when it is an icon's length from the pointer at most, in either measure; else the pointer
 /// does. Where the pointer is unknown, as under Wayland, a report that is on a screen must do; zeros are none.
 std::optional<QPoint> clickPosition(QPoint reported, std::optional<QPoint> pointer,
-                                    const std::vector<ScreenArea>& screens);
+                                    const std::vector<ScaledScreen>& screens);
 
 /// The same with this desktop's pointer and screens.
 std::optional<QPoint> clickPosition(QPoint reported);

@@ -11,7 +11,7 @@ struct ClickCase {
     const char* what;
     QPoint reported;
     std::optional<QPoint> pointer;
-    std::vector<ScreenArea> screens;
+    std::vector<ScaledScreen> screens;
     std::optional<QPoint> position;
 };
 
@@ -33,9 +33,9 @@ TEST_P(ClickPosition, isTheOneToBelieve)
     }
 }
 
-const std::vector<ScreenArea> plain{{QRect{0, 0, 1920, 1080}, 1}};
-const std::vector<ScreenArea> doubled{{QRect{0, 0, 960, 540}, 2}};
-const std::vector<ScreenArea> mixed{{QRect{0, 0, 1920, 1080}, 1}, {QRect{1920, 0, 1536, 864}, 1.25}};
+const std::vector<ScaledScreen> plain{{QRect{0, 0, 1920, 1080}, 1}};
+const std::vector<ScaledScreen> doubled{{QRect{0, 0, 960, 540}, 2}};
+const std::vector<ScaledScreen> mixed{{QRect{0, 0, 1920, 1080}, 1}, {QRect{1920, 0, 1536, 864}, 1.25}};
 constexpr int least = std::numeric_limits<int>::min();
 constexpr int most = std::numeric_limits<int>::max();
 
