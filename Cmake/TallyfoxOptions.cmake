@@ -21,6 +21,10 @@ check_pie_supported()
 include(CheckIPOSupported)
 check_ipo_supported(RESULT TALLYFOX_IPO_SUPPORTED OUTPUT TALLYFOX_IPO_OUTPUT LANGUAGES CXX)
 set(CMAKE_INTERPROCEDURAL_OPTIMIZATION_RELEASE ${TALLYFOX_IPO_SUPPORTED})
+if(TALLYFOX_IPO_SUPPORTED AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # It is also the only one to see two types of one name in different files.
+    add_link_options($<$<CONFIG:Release>:-Werror=odr> $<$<CONFIG:Release>:-Werror=lto-type-mismatch>)
+endif()
 
 find_program(TALLYFOX_CCACHE ccache)
 if(TALLYFOX_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
