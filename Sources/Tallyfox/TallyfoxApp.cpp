@@ -8,6 +8,7 @@
 #include "Tallyfox/Platform/AgentProgram.h"
 #include "Tallyfox/Platform/Display.h"
 #include "Tallyfox/Platform/Linux/FolderPicker.h"
+#include "Tallyfox/Platform/Linux/StatusIconPainter.h"
 #include "Tallyfox/Platform/LoginItem.h"
 #include "Tallyfox/Platform/NotificationCenter.h"
 #include "Tallyfox/Platform/SessionBus.h"
@@ -157,6 +158,8 @@ void TallyfoxApp::runAgent(const AgentRequest& request, const std::optional<std:
 {
     installTranslations(*qApp, QLocale{});
     Theme::apply(*qApp);
+    // Not every taskbar finds it by the desktop entry.
+    QGuiApplication::setWindowIcon(StatusIconPainter::icon(QString{}));
     installAccessibleElements();
     installAccessibleSettings();
     StoreEnvironmentOptions options;

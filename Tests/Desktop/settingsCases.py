@@ -12,6 +12,7 @@ from harness.settings import SIZE, TITLE, Settings, said, without_labels_of_valu
 from harness.waiting import Failure, expect, expect_equal, stays, until
 
 PICKER_TITLE = "Choose your home folder to read Claude and Codex usage metadata."
+ENTRY = os.path.join(os.path.dirname(__file__), "../../Packaging/org.tallyfox.tallyfox.desktop")
 UNLISTED = {"_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER"}
 INTERVALS = ["1 minute", "5 minutes", "15 minutes", "30 minutes"]
 TOGGLES = {  # by tab: what each is called, the key it is stored under, and whether it is on at first
@@ -226,6 +227,11 @@ def test_dockIconPutsTheWindowIntoTheTaskbar(surroundings):
     until("the window is unlisted", lambda: UNLISTED <= settings.states())
     settings.switch("Show Dock Icon")
     until("the window is listed", lambda: not UNLISTED & settings.states())
+    window, _ = settings.x_window()
+    with open(ENTRY, encoding="utf-8") as file:  # by which a taskbar knows whose window it is
+        expect(f"StartupWMClass={window.get_wm_class()[1]}\n" in file, "the window belongs to no desktop entry")
+    sizes = settings.desktop.display.icon_sizes(window)
+    expect({(16, 16), (48, 48)} <= set(sizes), f"a taskbar finds icons of these sizes: {sizes}")
     settings.switch("Show Dock Icon")
     until("the window is unlisted again", lambda: UNLISTED <= settings.states())
     settings.switch("Show Dock Icon")

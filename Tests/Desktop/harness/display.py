@@ -60,6 +60,16 @@ class Display:
         """The names in a property that is a list of them."""
         return {self.x.get_atom_name(atom) for atom in self._property(window, name) or ()}
 
+    def icon_sizes(self, window):
+        """Width and height of each picture that the window offers as its icon."""
+        numbers = list(self._property(window, "_NET_WM_ICON") or ())
+        sizes = []
+        while numbers:
+            width, height = numbers[:2]
+            sizes.append((width, height))
+            numbers = numbers[2 + width * height:]
+        return sizes
+
     def _visible_below(self, window):
         for child in window.query_tree().children:
             try:
