@@ -70,9 +70,14 @@ QStringList texts(std::initializer_list<const char16_t*> list)
 
 class SettingsViewTest : public testing::Test {
 protected:
-    SettingsViewTest()
+    /// Before the first view, which the toolkit may ask for at once.
+    static void SetUpTestSuite()
     {
         installAccessibleSettings();
+    }
+
+    SettingsViewTest()
+    {
         UsageSnapshot snapshot;
         snapshot.states = {initialState(Provider::claude, distantPast, Calendar::utc()),
                            initialState(Provider::codex, distantPast, Calendar::utc())};
