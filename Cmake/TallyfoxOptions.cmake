@@ -21,6 +21,14 @@ check_pie_supported()
 include(CheckIPOSupported)
 check_ipo_supported(RESULT TALLYFOX_IPO_SUPPORTED OUTPUT TALLYFOX_IPO_OUTPUT LANGUAGES CXX)
 set(CMAKE_INTERPROCEDURAL_OPTIMIZATION_RELEASE ${TALLYFOX_IPO_SUPPORTED})
+include(CheckCXXCompilerFlag)
+check_cxx_compiler_flag(-mno-direct-extern-access TALLYFOX_HAS_INDIRECT_ACCESS)
+if(TALLYFOX_IPO_SUPPORTED AND TALLYFOX_HAS_INDIRECT_ACCESS)
+    # For a program it forgets -fPIC, which Qt insists on, and copies variables of libraries that use their own: the
+    # toolkit and the program would then disagree about which application runs.
+    add_compile_options($<$<CONFIG:Release>:-mno-direct-extern-access>)
+    add_link_options($<$<CONFIG:Release>:-mno-direct-extern-access>)
+endif()
 if(TALLYFOX_IPO_SUPPORTED AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # It is also the only one to see two types of one name in different files.
     add_link_options($<$<CONFIG:Release>:-Werror=odr> $<$<CONFIG:Release>:-Werror=lto-type-mismatch>)
