@@ -6,7 +6,6 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QPixmap>
-#include <QRegularExpression>
 
 #include <algorithm>
 #include <cmath>
@@ -50,13 +49,18 @@ void drawNumber(QPainter& painter, const QString& number, int side)
 
 } // namespace
 
+// Not with a regular expression: the toolkit compiles those to code, in memory that it can write and execute.
 QString number(const QString& title)
 {
-    static const QRegularExpression digits{QStringLiteral("-?[0-9]+")};
-    QString found = digits.match(title).captured();
-    if (found.size() <= 3)
-        return found;
-    return found.startsWith(QLatin1Char('-')) ? QStringLiteral("<0") : QStringLiteral("99+");
+    const auto isDigit = [](QChar character) { return character >= u'0' && character <= u'9'; };
+    const auto* begin = std::find_if(title.begin(), title.end(), isDigit);
+    const auto* const end = std::find_if_not(begin, title.end(), isDigit);
+    const bool isNegative = begin != title.begin() && *(begin - 1) == u'-';
+    if (isNegative && begin != end)
+        --begin;
+    if (end - begin <= 3)
+        return QString{begin, end - begin};
+    return isNegative ? QStringLiteral("<0") : QStringLiteral("99+");
 }
 
 QImage image(const QString& number, int side)
