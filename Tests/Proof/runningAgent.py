@@ -90,8 +90,11 @@ class World:
         self.agent = None
 
     def start_agent(self, *arguments):
+        asked = self.exchanges()
         self.agent = self.desktop.start_agent(*arguments, environment=self.environment)
-        until("the agent has asked codex", lambda: self.exchanges() > 0)
+        until("the agent has asked codex or ended", lambda: self.exchanges() > asked or not self.agent.is_running())
+        if not self.agent.is_running():
+            raise Failure(f"the agent ends as soon as it is started: status {self.agent.wait()}")
         until("the agent has its name", lambda: self.desktop.bus.has(NAME))
         self.desktop.display.watch_maps()
         return self.agent
@@ -127,9 +130,16 @@ class World:
         raise Failure("the popover does not open")
 
     def close(self):
-        if self.agent.popover():
-            self.request("toggle")
-        until("the popover is closed", lambda: not self.agent.popover(), interval=0.005)
+        """Closes the popover; once more where an earlier request opens it meanwhile."""
+        asked = [0.0]
+
+        def closed():
+            is_open = self.agent.popover()
+            if is_open and time.monotonic() - asked[0] > 0.5:
+                self.request("toggle")
+                asked[0] = time.monotonic()
+            return not is_open
+        until("the popover is closed", closed, interval=0.005)
 
     def children(self):
         """The processes that the agent has started and not yet let go, as pairs of pid and state."""
