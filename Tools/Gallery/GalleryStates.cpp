@@ -130,12 +130,12 @@ GalleryState permissionRequired()
     return result;
 }
 
-/// Twelve digits before the "M", and a detail that nobody has written yet.
+/// A month's tokens of twelve digits, and a detail that nobody has written yet.
 GalleryState longest()
 {
-    ProviderState claude = merged(update(Provider::claude, 9'876'543'210'987'654));
+    ProviderState claude = merged(update(Provider::claude, 29'876'543'210));
     claude.detail = "A detail text that is half as long again as the longest one the store has today";
-    ProviderState codex = withQuota(8'765'432'109'876'543);
+    ProviderState codex = withQuota(27'654'321'098);
     codex.detail = claude.detail;
     codex.quota->primary.usedPercent = 12'345.6;
     return state(QStringLiteral("longest"), {claude, codex});
