@@ -56,12 +56,19 @@ int FakeStatusNotifierWatcher::registrationCalls() const
     return m_registrationCalls;
 }
 
+int FakeStatusNotifierWatcher::hostQuestions() const
+{
+    return m_hostQuestions;
+}
+
 bool FakeStatusNotifierWatcher::handleMessage(const QDBusMessage& message, const QDBusConnection& /*connection*/)
 {
     if (message.member() == QStringLiteral("RegisterStatusNotifierItem"))
         answerRegistration(message);
-    else if (message.member() == QStringLiteral("Get"))
+    if (message.member() == QStringLiteral("Get")) {
+        ++m_hostQuestions;
         answer(message, QVariant::fromValue(QDBusVariant{m_hasHost}));
+    }
     return true;
 }
 

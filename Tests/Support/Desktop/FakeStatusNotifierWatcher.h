@@ -26,6 +26,7 @@ public:
 
     [[nodiscard]] QStringList registered() const; ///< by every call, in order
     [[nodiscard]] int registrationCalls() const; ///< with those that were not taken
+    [[nodiscard]] int hostQuestions() const; ///< how often it was asked whether there is a panel
 
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
     [[nodiscard]] QString introspect(const QString& path) const override;
@@ -38,6 +39,7 @@ private:
     Manner m_manner;
     bool m_hasHost = true;
     int m_registrationCalls = 0;
+    int m_hostQuestions = 0;
     QStringList m_registered;
 };
 

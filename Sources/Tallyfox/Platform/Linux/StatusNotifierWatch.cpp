@@ -138,16 +138,24 @@ void StatusNotifierWatch::takeRegistration()
 
 void StatusNotifierWatch::hostsChanged(const QDBusMessage& signal)
 {
-    if (m_isRegistered && signal.service() == m_owner)
+    if (!m_isRegistered || signal.service() != m_owner)
+        return;
+    // One question at a time, however many signals a watcher sends.
+    if (m_hostQuestion && !m_hostQuestion->isFinished())
+        m_isAnswerStale = true;
+    else
         askForHost();
 }
 
 /// A watcher may run with no panel behind it, KDE's for one in any session that has a KDE program in it.
 void StatusNotifierWatch::askForHost()
 {
+    if (!m_isRegistered) // the owner has changed since this was queued
+        return;
     QDBusMessage call = QDBusMessage::createMethodCall(
         m_owner, watcherPath(), QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
     call << watcherName() << QStringLiteral("IsStatusNotifierHostRegistered");
+    m_isAnswerStale = false;
     m_hostQuestion = std::make_unique<QDBusPendingCallWatcher>(m_bus.asyncCall(call));
     connect(m_hostQuestion.get(), &QDBusPendingCallWatcher::finished, this, &StatusNotifierWatch::takeHost);
 }
@@ -157,6 +165,8 @@ void StatusNotifierWatch::takeHost()
     const QDBusPendingReply<QDBusVariant> reply = *m_hostQuestion;
     const QVariant isThere = reply.isValid() ? reply.value().variant() : QVariant{};
     // Only a plain "no" counts: the item is registered, after all.
+    if (m_isAnswerStale) // later: the question that was just answered is still at work
+        QMetaObject::invokeMethod(this, &StatusNotifierWatch::askForHost, Qt::QueuedConnection);
     const bool isAbsent = isThere.metaType() == QMetaType::fromType<bool>() && !isThere.toBool();
     setHost(isAbsent ? StatusNotifierHost::absent : StatusNotifierHost::present);
 }

@@ -53,6 +53,7 @@ private:
     QString m_owner; ///< unique name of the watcher, empty without one
     StatusNotifierHost m_host = StatusNotifierHost::unknown;
     bool m_isRegistered = false;
+    bool m_isAnswerStale = false; ///< hosts have changed since they were asked for
     int m_triesLeft = 0;
     QTimer m_nextTry;
     std::unique_ptr<QDBusPendingCallWatcher> m_ownerQuestion;

@@ -142,6 +142,18 @@ TEST_F(StatusNotifierWatchTest, watcherWithoutAPanelIsNoHostUntilThePanelComes)
     EXPECT_EQ(watcher->registrationCalls(), 1);
 }
 
+TEST_F(StatusNotifierWatchTest, floodOfSignalsBringsFewQuestionsAndTheLastAnswer)
+{
+    constexpr int signalCount = 501;
+    startWatcher();
+    start();
+    ASSERT_TRUE(becomes(StatusNotifierHost::present));
+    for (int number = 0; number < signalCount; ++number)
+        watcher->setHost(number % 2 == 1);
+    ASSERT_TRUE(becomes(StatusNotifierHost::absent));
+    EXPECT_LT(watcher->hostQuestions(), signalCount / 2);
+}
+
 TEST_F(StatusNotifierWatchTest, signalsForgedByAnotherPeerAreIgnored)
 {
     startWatcher();
