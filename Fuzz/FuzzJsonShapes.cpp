@@ -2,35 +2,15 @@
 /// reading it gives.
 
 #include "FuzzSupport.h"
+#include "Support/NestedRecord.h"
 #include "TallyfoxCore/JsonRecordReader.h"
 
 #include <memory>
 
 using namespace tallyfox;
+using tallyfox::test::Outer;
 
 namespace {
-
-struct Inner {
-    IntegerField count;
-    StringField name;
-
-    static constexpr auto members()
-    {
-        return std::tuple{optionalMember("count", &Inner::count), requiredMember("name", &Inner::name)};
-    }
-};
-
-struct Outer {
-    StringField id;
-    DoubleField share;
-    ObjectField<Inner> inner;
-
-    static constexpr auto members()
-    {
-        return std::tuple{requiredMember("id", &Outer::id), optionalMember("share", &Outer::share),
-                          optionalMember("inner", &Outer::inner)};
-    }
-};
 
 bool isSame(const JsonString& one, const JsonString& other)
 {

@@ -1,3 +1,4 @@
+#include "Support/NestedRecord.h"
 #include "TallyfoxCore/JsonRecordReader.h"
 
 #include <gtest/gtest.h>
@@ -8,28 +9,6 @@
 
 namespace tallyfox::test {
 namespace {
-
-struct Inner {
-    IntegerField count;
-    StringField name;
-
-    static constexpr auto members()
-    {
-        return std::tuple{optionalMember("count", &Inner::count), requiredMember("name", &Inner::name)};
-    }
-};
-
-struct Outer {
-    StringField id;
-    DoubleField share;
-    ObjectField<Inner> inner;
-
-    static constexpr auto members()
-    {
-        return std::tuple{requiredMember("id", &Outer::id), optionalMember("share", &Outer::share),
-                          optionalMember("inner", &Outer::inner)};
-    }
-};
 
 /// All that a record tells about its text.
 std::string told(const Outer* outer)
