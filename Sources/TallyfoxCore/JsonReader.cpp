@@ -120,7 +120,6 @@ bool JsonReader::nextMember(JsonString& key)
 bool JsonReader::readNull()
 {
     skipWhiteSpace();
-    m_atFirstMember = false;
     return takeLiteral("null");
 }
 
@@ -138,7 +137,6 @@ bool JsonReader::readString(JsonString& string)
 
 inline bool JsonReader::takeNumber()
 {
-    m_atFirstMember = false;
     return goTo(jsonScan::numberEnd(m_next, m_end));
 }
 

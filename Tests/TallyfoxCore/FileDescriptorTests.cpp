@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <fcntl.h>
+#include <unistd.h>
 #include <utility>
 
 namespace tallyfox::test {
@@ -24,6 +26,16 @@ TEST(FileDescriptor, movedDescriptorBelongsToTheNewOwnerAlone)
         EXPECT_TRUE(isOpenInTheSystem(number));
     }
     EXPECT_FALSE(isOpenInTheSystem(number));
+}
+
+TEST(FileDescriptor, numberZeroIsOpenToo)
+{
+    const auto openWithoutStandardInput = [] {
+        ::close(STDIN_FILENO);
+        const FileDescriptor folder = FileDescriptor::openFolder("/");
+        std::_Exit(folder.get() == STDIN_FILENO && folder.isOpen() ? 0 : 1);
+    };
+    EXPECT_EXIT(openWithoutStandardInput(), testing::ExitedWithCode(0), "");
 }
 
 } // namespace

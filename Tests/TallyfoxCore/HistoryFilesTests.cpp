@@ -212,16 +212,16 @@ protected:
         : m_deepest(openRoot())
     {
         for (int level = 0; level < depth; ++level) {
-            ::mkdirat(m_deepest.get(), name, 0700);
-            enter(name);
+            ::mkdirat(m_deepest.get(), name(level).c_str(), 0700);
+            enter(name(level));
         }
     }
     ~DeepHistory() override
     {
         ::unlinkat(m_deepest.get(), "deep.jsonl", 0);
-        for (int level = 0; level < depth; ++level) {
+        for (int level = depth - 1; level >= 0; --level) {
             enter("..");
-            ::unlinkat(m_deepest.get(), name, AT_REMOVEDIR);
+            ::unlinkat(m_deepest.get(), name(level).c_str(), AT_REMOVEDIR);
         }
     }
 
@@ -233,16 +233,19 @@ protected:
     {
         std::string path;
         for (int level = 0; level < depth; ++level)
-            path += std::string(name) + '/';
+            path += name(level) + '/';
         return path + "deep.jsonl";
     }
 
 private:
-    static constexpr const char* name = "nested-folder";
-
-    void enter(const char* folder)
+    static std::string name(int level)
     {
-        m_deepest = FileDescriptor(::openat(m_deepest.get(), folder, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        return std::to_string(level) + "-nested-folder";
+    }
+
+    void enter(const std::string& folder)
+    {
+        m_deepest = FileDescriptor(::openat(m_deepest.get(), folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     }
 
     FileDescriptor m_deepest;

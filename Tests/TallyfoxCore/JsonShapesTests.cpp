@@ -46,6 +46,29 @@ TEST(JsonShapes, textOfAKnownShapeGivesItsValues)
     EXPECT_FALSE(values[2].hasEscapes);
 }
 
+TEST(JsonShapes, stringsAsLongAsTheLastTimeAreFoundAgain)
+{
+    JsonShapes shapes;
+    JsonShapes::Values values;
+    ASSERT_EQ(shapes.learn(record), 0U);
+    for (const char* id : {"abc", "xyz", "abcd", "wxyz"}) {
+        const std::string text =
+            R"({"id":")" + std::string{id} + R"(","count":5,"on":true,"list":["b",-1.5e3,{"c":null}]})";
+        ASSERT_EQ(shapes.match(text, values), 0U) << text;
+        EXPECT_EQ(values[0].raw, id);
+    }
+}
+
+TEST(JsonShapes, keyWithSpaceBehindItIsNoValue)
+{
+    JsonShapes shapes;
+    JsonShapes::Values values;
+    ASSERT_EQ(shapes.learn("{\"id\" \t\r\n:\"a\"}"), 0U);
+    ASSERT_EQ(shapes.match("{\"id\" \t\r\n:\"b\"}", values), 0U);
+    EXPECT_EQ(values[0].raw, "b");
+    EXPECT_EQ(shapes.match("{\"di\" \t\r\n:\"b\"}", values), std::nullopt);
+}
+
 TEST(JsonShapes, whateverElseDiffersIsAnotherShape)
 {
     JsonShapes shapes;

@@ -31,6 +31,7 @@ TEST(TimeZoneRule, fixedOffsetLastsForEver)
     EXPECT_EQ(offset("<+0545>-5:45", at(2026, 1, 1)), hours{5} + minutes{45});
     EXPECT_EQ(offset("ABC+3:04:05", at(2026, 1, 1)), -(hours{3} + minutes{4} + seconds{5}));
     EXPECT_EQ(offset("LMT24", at(2026, 1, 1)), -hours{24});
+    EXPECT_EQ(offset("AZaz-1", at(2026, 1, 1)), hours{1});
 }
 
 TEST(TimeZoneRule, northernSummerBeginsAndEndsAtItsSecond)
