@@ -88,6 +88,12 @@ TEST(ClaudeUsageParser, messagesAreToldApartByTheirExactId)
                 UnorderedElementsAre(1, 2, 3, 5));
 }
 
+TEST(ClaudeUsageParser, emptyIdIsOneLikeAnyOther)
+{
+    const auto samples = parse({reading(R"("")", 10), reading(R"("")", 30), reading(R"("")", 20)});
+    EXPECT_THAT(totalsOf(samples), ElementsAre(30));
+}
+
 TEST(ClaudeUsageParser, idsAreComparedUnescaped)
 {
     EXPECT_THAT(totalsOf(parse({reading(R"("m\u0031")", 1), reading(R"("m1")", 2), reading(R"("\u006d1")", 3)})),
