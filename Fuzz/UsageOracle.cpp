@@ -20,6 +20,11 @@ constexpr unsigned parseFlags =
     rapidjson::kParseIterativeFlag | rapidjson::kParseFullPrecisionFlag | rapidjson::kParseValidateEncodingFlag;
 constexpr std::size_t longestLine = 1'024; ///< so short a line cannot nest deeper than the reader's bound
 
+bool isOfUsualSize(double number)
+{
+    return std::abs(number) > 1e-300 && std::abs(number) < 1e300;
+}
+
 /// Reads one line. What is found wrong stays wrong; what the oracle cannot judge makes everything unknown.
 class Line {
 public:
@@ -89,7 +94,8 @@ public:
     {
         const Value* const value = member(parent, key);
         isUsable &= !value || value->IsNumber();
-        isKnown &= !value || !value->IsNumber() || std::abs(value->GetDouble()) < 1e300; // imprecise beyond
+        if (value && value->IsNumber()) // of 4e308 RapidJSON makes a very small number
+            isKnown &= value->GetDouble() == 0 || isOfUsualSize(value->GetDouble());
         return value && value->IsNumber() ? std::optional{value->GetDouble()} : std::nullopt;
     }
 
