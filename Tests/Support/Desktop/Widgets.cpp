@@ -51,7 +51,7 @@ void settle()
 {
     constexpr int rounds = 4; // a child's layout, its parent's, and the scroll area's
     for (int round = 0; round < rounds; ++round)
-        QApplication::processEvents(); // the test is the outermost loop here
+        QApplication::sendPostedEvents();
 }
 
 void click(QWidget& widget, std::optional<QPoint> position)

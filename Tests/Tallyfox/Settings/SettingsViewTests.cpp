@@ -94,7 +94,7 @@ protected:
     {
         tabs().setCurrentIndex(tab);
         QWidget* const form = m_view.findChild<QStackedWidget*>()->currentWidget();
-        QApplication::processEvents(); // what has just been shown is laid out
+        settle();
         return *form;
     }
 

@@ -5,6 +5,7 @@
 #include "Tallyfox/Store/CodexQuotaFetcher.h"
 
 #include <atomic>
+#include <thread>
 
 namespace tallyfox::test {
 

@@ -4,6 +4,7 @@
 #include <atomic>
 #include <barrier>
 #include <stdexcept>
+#include <thread>
 
 namespace tallyfox::test {
 
