@@ -59,6 +59,11 @@ struct WrongUsage {
     const char* message;
 };
 
+void PrintTo(const WrongUsage& usage, std::ostream* out)
+{
+    *out << usage.message;
+}
+
 class CommandLineRefusal : public testing::TestWithParam<WrongUsage> { };
 
 TEST_P(CommandLineRefusal, messageNamesTheProblem)

@@ -75,6 +75,11 @@ struct MissingMidnight {
     Instant start; ///< of the day, 01:00 on the local clock
 };
 
+void PrintTo(const MissingMidnight& midnight, std::ostream* out)
+{
+    *out << midnight.zone;
+}
+
 class CalendarWithoutMidnight : public testing::TestWithParam<MissingMidnight> { };
 
 TEST_P(CalendarWithoutMidnight, dayBeginsAtTheClockChange)

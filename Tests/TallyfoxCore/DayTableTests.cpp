@@ -80,6 +80,11 @@ struct Range {
     local_days last;
 };
 
+void PrintTo(const Range& range, std::ostream* out)
+{
+    *out << range.zone << " for " << (range.last - range.first).count() + 1 << " days";
+}
+
 class DayTableOfZone : public testing::TestWithParam<Range> { };
 
 TEST_P(DayTableOfZone, agreesWithTheCalendarOnRandomInstants)

@@ -188,6 +188,11 @@ struct Crispness {
     double scale;
 };
 
+void PrintTo(const Crispness& crispness, std::ostream* out)
+{
+    *out << crispness.days << " days at " << crispness.scale;
+}
+
 class EveryRange : public testing::TestWithParam<Crispness> { };
 
 TEST_P(EveryRange, barsHaveNoBlurredEdges)

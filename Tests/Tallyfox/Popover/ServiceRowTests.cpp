@@ -13,6 +13,11 @@ struct HealthCase {
     const QColor& (*color)();
 };
 
+void PrintTo(const HealthCase& health, std::ostream* out)
+{
+    *out << health.status;
+}
+
 class EveryHealth : public testing::TestWithParam<HealthCase> { };
 
 TEST_P(EveryHealth, givesItsLabelAndColourToEitherProvider)

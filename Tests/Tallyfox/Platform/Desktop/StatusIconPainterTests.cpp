@@ -16,6 +16,11 @@ struct NumberCase {
     QString number;
 };
 
+void PrintTo(const NumberCase& title, std::ostream* out)
+{
+    *out << '[' << qPrintable(title.title) << ']';
+}
+
 class StatusIconNumber : public testing::TestWithParam<NumberCase> { };
 
 TEST_P(StatusIconNumber, isWhatOfTheTitleHasRoom)
