@@ -80,6 +80,18 @@ void measureStart(const Subject& subject)
     printFigure("summary of an empty home, above that", wall.first - wall.second, "ms", "<= 40.00");
 }
 
+void measureSmallHomes(const Subject& subject)
+{
+    for (const std::size_t count : {0U, 1U, 2U, 4U}) {
+        const auto home = subject.scratch / ("small-home-" + std::to_string(count));
+        linkHistories(subject.bound, home, count);
+        const auto cpu =
+            measureInTurn(startRepetitions, summaryOf(subject, home), {subject.emptyProgram}, &ChildRun::cpuMilliseconds);
+        printFigure("summary of 2 x " + std::to_string(count) + " full files / empty Qt Core program: CPU",
+                    cpu.first / cpu.second, "x", "<= 1.30");
+    }
+}
+
 void measureGrowth(const Subject& subject)
 {
     for (const std::size_t count : {32U, 64U, 128U, 256U, 512U, 1024U, 4096U}) {
@@ -119,6 +131,7 @@ int main(int argc, char** argv)
     }
     measureMemory(subject);
     measureStart(subject);
+    measureSmallHomes(subject);
     measureGrowth(subject);
     measureManyFiles(subject);
     return 0;
