@@ -256,6 +256,17 @@ TEST_F(CalendarDatabase, systemZoneBehindSeveralLinksIsFound)
     EXPECT_EQ(systemZone(), "Region/Town");
 }
 
+TEST_F(CalendarDatabase, systemZoneIsFoundBehindAsManyLinksAsTheKernelFollows)
+{
+    constexpr int most = 40;
+    std::filesystem::create_symlink("zoneinfo/Region/Town", m_folder / "link2");
+    for (int number = 3; number <= most; ++number)
+        std::filesystem::create_symlink("link" + std::to_string(number - 1),
+                                        m_folder / ("link" + std::to_string(number)));
+    link("link" + std::to_string(most));
+    EXPECT_EQ(systemZone(), "Region/Town");
+}
+
 TEST_F(CalendarDatabase, copiedSystemZoneTakesItsNameFromTheNameFile)
 {
     write("localtime", TimeZoneBytes{.offsets = {3600}, .transitions = {}, .footer = "REG-1"}.version2());

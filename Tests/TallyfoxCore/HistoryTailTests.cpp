@@ -78,6 +78,12 @@ TEST_F(HistoryTailTest, shortFileIsReadWhole)
     EXPECT_FALSE(tailOf("a.jsonl").isPartial);
 }
 
+TEST_F(HistoryTailTest, singleByteIsRead)
+{
+    write("a.jsonl", "1");
+    EXPECT_EQ(linesOf(tailOf("a.jsonl").lines), Lines{"1"});
+}
+
 TEST_F(HistoryTailTest, fileOfExactlyTheLimitIsReadWhole)
 {
     write("a.jsonl", "first\n" + std::string(limit - 11, 'x') + "\nlast");
