@@ -101,8 +101,9 @@ void PortalRequest::respond(const QDBusMessage& response)
         m_response = response; // before the reply: who has sent it is judged then
         return;
     }
-    if (response.service() != m_portal || m_hasFailed)
+    if (response.service() != m_portal || m_hasFailed || m_isDecided)
         return;
+    m_isDecided = true;
     const QVariantList outcome = response.arguments();
     if (response.signature() != QLatin1StringView{"ua{sv}"} || outcome.at(0).toUInt() != 0) {
         fail();

@@ -51,7 +51,8 @@ private:
     QDBusConnection m_bus;
     QString m_portal;
     QString m_handle;
-    std::optional<QDBusMessage> m_response; ///< the first that has come
+    std::optional<QDBusMessage> m_response; ///< the last that has come before the reply
+    bool m_isDecided = false; ///< the portal may say so again, which changes nothing
     bool m_hasFailed = false;
 };
 

@@ -172,6 +172,20 @@ TEST_F(SleepInhibitorTest, portalMayRespondBeforeItReplies)
     EXPECT_TRUE(begins());
 }
 
+TEST_F(SleepInhibitorTest, portalThatDecidesTwiceIsBelievedOnce)
+{
+    const QDBusConnection bus = m_bus.connect();
+    FakePortal portal{bus, [&](const QDBusMessage& call) {
+                          FakePortal::sendResponse(bus, FakePortal::handleOf(call), {});
+                          return PortalDecision{};
+                      }};
+    ask();
+    ASSERT_TRUE(begins());
+    FakePortal::sendResponse(bus, FakePortal::handleOf(portal.callsOf("Inhibit").front()), {.response = 2});
+    spinFor(100ms);
+    EXPECT_THAT(m_events, ElementsAre(QStringLiteral("began")));
+}
+
 TEST_F(SleepInhibitorTest, portalThatRefusesIsPassedOver)
 {
     FakePortal portal{m_bus.connect(), [](const QDBusMessage&) { return PortalDecision{.response = 2}; }};
