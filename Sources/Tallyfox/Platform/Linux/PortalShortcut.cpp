@@ -170,8 +170,10 @@ void PortalShortcut::setBound(bool isBound)
 void PortalShortcut::closeSession()
 {
     const QString path = std::exchange(m_session, {});
-    if (!path.isEmpty())
-        m_bus.send(QDBusMessage::createMethodCall(m_portal, path, sessionInterface, QStringLiteral("Close")));
+    if (path.isEmpty())
+        return;
+    m_bus.disconnect(QString{}, path, sessionInterface, QStringLiteral("Closed"), this, SLOT(takeEnd(QDBusMessage)));
+    m_bus.send(QDBusMessage::createMethodCall(m_portal, path, sessionInterface, QStringLiteral("Close")));
 }
 
 } // namespace tallyfox

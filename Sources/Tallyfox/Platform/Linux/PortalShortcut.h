@@ -12,7 +12,7 @@ class PortalShortcut : public GlobalShortcut {
 
 public:
     explicit PortalShortcut(const QDBusConnection& bus, QObject* parent = nullptr);
-    /// Closes the session, which ends the grant.
+    /// Closes the session, which ends the grant. What is asked at that moment ends with the program's connection.
     ~PortalShortcut() override;
 
     /// Whether the portal has granted the shortcut.
