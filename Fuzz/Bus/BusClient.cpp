@@ -1,0 +1,135 @@
+#include "Bus/BusClient.h"
+
+#include "FuzzSupport.h"
+#include "Tallyfox/Platform/Linux/BusNotificationCenter.h"
+#include "Tallyfox/Platform/Linux/CookieInhibition.h"
+#include "Tallyfox/Platform/Linux/LoginInhibition.h"
+#include "Tallyfox/Platform/Linux/PortalInhibition.h"
+#include "Tallyfox/Platform/Linux/PortalShortcut.h"
+
+namespace tallyfox {
+
+namespace {
+
+constexpr std::chrono::hours noLimit{1}; ///< time is for other tests
+
+} // namespace
+
+BusClient::BusClient(BusClientKind kind, const QDBusConnection& bus)
+    : m_kind(kind)
+    , m_inhibitor([bus] { return bus; }, [bus] { return bus; }, noLimit)
+{
+    make(bus);
+}
+
+BusClient::~BusClient() = default;
+
+template <typename Object> Object& BusClient::keep(std::unique_ptr<Object> object)
+{
+    Object& kept = *object;
+    const auto grant = [this] { ++m_granted; };
+    const auto fail = [this] { ++m_failed; };
+    if constexpr (std::is_base_of_v<InhibitionRequest, Object>) {
+        QObject::connect(&kept, &Object::granted, &kept, grant);
+        QObject::connect(&kept, &Object::failed, &kept, fail);
+    } else if constexpr (std::is_base_of_v<PortalRequest, Object>) {
+        QObject::connect(&kept, &Object::succeeded, &kept, grant);
+        QObject::connect(&kept, &Object::failed, &kept, fail);
+    } else if constexpr (std::is_base_of_v<SleepInhibition, Object>) {
+        QObject::connect(&kept, &Object::began, &kept, grant);
+        QObject::connect(&kept, &Object::ended, &kept, fail);
+    }
+    m_object = std::move(object);
+    return kept;
+}
+
+void BusClient::make(const QDBusConnection& bus)
+{
+    const InhibitionContext context{bus, m_keeper, QStringLiteral("reason")};
+    switch (m_kind) {
+    case BusClientKind::powerManagement:
+        keep(std::make_unique<CookieInhibition>(context, powerManagement(context.reason)));
+        break;
+    case BusClientKind::sessionManager:
+        keep(std::make_unique<CookieInhibition>(context, sessionManager(context.reason)));
+        break;
+    case BusClientKind::portalInhibition:
+        keep(std::make_unique<PortalInhibition>(context));
+        break;
+    case BusClientKind::loginInhibition:
+        keep(std::make_unique<LoginInhibition>(context));
+        break;
+    case BusClientKind::portalRequest:
+        keep(std::make_unique<PortalRequest>(m_keeper, bus, QStringLiteral("Any.Thing"), QVariantList{1}));
+        break;
+    case BusClientKind::sleepInhibitor:
+        keep(m_inhibitor.begin(context.reason));
+        break;
+    case BusClientKind::portalShortcut:
+        m_shortcut = &keep(std::make_unique<PortalShortcut>(bus));
+        QObject::connect(m_shortcut, &PortalShortcut::activated, m_shortcut, [this] { ++m_activated; });
+        QObject::connect(m_shortcut, &PortalShortcut::isBoundChanged, m_shortcut, [this](bool isBound) {
+            require(isBound != std::exchange(m_wasBound, isBound), "a change of the binding is one");
+        });
+        break;
+    case BusClientKind::statusNotifierWatch:
+        m_watch = &keep(std::make_unique<StatusNotifierWatch>(bus));
+        QObject::connect(m_watch, &StatusNotifierWatch::hostChanged, m_watch, [this] {
+            require(m_watch->host() != std::exchange(m_toldHost, m_watch->host()), "a change of the host is one");
+        });
+        break;
+    case BusClientKind::notificationCenter:
+        m_center = &keep(std::make_unique<BusNotificationCenter>(bus));
+        ask();
+        break;
+    }
+}
+
+void BusClient::end()
+{
+    m_shortcut = nullptr;
+    m_watch = nullptr;
+    m_center = nullptr;
+    m_object.reset();
+}
+
+std::string_view BusClient::service() const
+{
+    switch (m_kind) {
+    case BusClientKind::powerManagement:
+        return "org.freedesktop.PowerManagement";
+    case BusClientKind::sessionManager:
+        return "org.gnome.SessionManager";
+    case BusClientKind::portalInhibition:
+    case BusClientKind::portalRequest:
+        return "org.freedesktop.portal.Desktop";
+    case BusClientKind::loginInhibition:
+        return "org.freedesktop.login1";
+    default:
+        return "";
+    }
+}
+
+bool BusClient::isBound() const
+{
+    return m_shortcut && m_shortcut->isBound();
+}
+
+StatusNotifierHost BusClient::host() const
+{
+    return m_watch ? m_watch->host() : m_toldHost;
+}
+
+void BusClient::ask()
+{
+    if (!m_center)
+        return;
+    const std::size_t place = m_completions.size();
+    m_completions.push_back(-1);
+    m_center->requestAuthorization({.alert = true, .sound = true}, [this, place](bool granted) {
+        require(m_completions[place] == -1, "a question is answered once");
+        m_completions[place] = granted ? 1 : 0;
+    });
+}
+
+} // namespace tallyfox

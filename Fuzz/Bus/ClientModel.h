@@ -1,0 +1,45 @@
+#pragma once
+
+#include "Bus/BusClient.h"
+#include "Bus/GrantLedger.h"
+
+#include <string>
+#include <vector>
+
+namespace tallyfox {
+
+/// What a client has been told, as far as its documentation makes something of it, and what it then has to say.
+class ClientModel {
+public:
+    /// The first answer to one of the calls; `isGrant` as the ledger sees it.
+    void noteAnswer(const BusClient& client, const std::vector<AskedCall>& all, AskedCall& asked,
+                    const WireMessage& answer, bool isGrant);
+    /// A response of the portal that has answered. The first counts.
+    void noteResponse(AskedCall& asked, bool isGrant);
+    /// What the bus says of a name.
+    void noteOwner(const BusClient& client, const std::string& name, const std::string& before,
+                   const std::string& after);
+    /// Which of the watcher's owners a new call of the program means.
+    unsigned appointmentOf(const WireMessage& call);
+
+    /// Requires of the client what is promised.
+    void judge(const BusClient& client, const std::vector<AskedCall>& asked, const GrantLedger& ledger);
+
+private:
+    void judgeRequest(const BusClient& client) const;
+    void judgeWatch(const BusClient& client, const std::vector<AskedCall>& asked) const;
+    void setWatcher(const std::string& owner);
+    void noteWatchersAnswer(const AskedCall& asked, const WireMessage& answer);
+    [[nodiscard]] bool isToWatcher(const AskedCall& asked) const;
+
+    int m_grants = 0; ///< that a request should take for one
+    int m_reasonsToFail = 0;
+    bool m_isWatcherKnown = false;
+    std::string m_watcher; ///< the owner of the name of the watcher of status notifiers
+    unsigned m_appointments = 0; ///< of such owners
+    unsigned m_registrations = 0; ///< of the item, with another owner each
+    StatusNotifierHost m_host = StatusNotifierHost::unknown;
+    std::vector<int> m_completions; ///< that are due
+};
+
+} // namespace tallyfox
