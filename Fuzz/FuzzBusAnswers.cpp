@@ -1,0 +1,407 @@
+/// Our clients of services on the session bus, against peers that answer anything, late, twice or never, that lie,
+/// vanish and come back. Each client tells what has happened, once; it believes nobody who is not the service; and when
+/// it has ended, all that it was given is given back, and it listens to nothing any more.
+
+#include "Bus/AnyValues.h"
+#include "Bus/BusClient.h"
+#include "Bus/ClientModel.h"
+#include "Bus/GrantLedger.h"
+#include "Bus/HostileBus.h"
+#include "Bus/ServiceAnswers.h"
+#include "FuzzSupport.h"
+
+#include <QCoreApplication>
+#include <QtCore/qtestsupport_core.h>
+
+#include <algorithm>
+#include <memory>
+
+using namespace tallyfox;
+
+namespace {
+
+constexpr int mostSteps = 32;
+constexpr int hangGuard = 5000; ///< ms
+constexpr std::size_t mostMatches = 6; ///< that one client may have at a time
+constexpr std::string_view portalPath = "/org/freedesktop/portal/desktop";
+
+constexpr std::string_view peers[] = {":1.5", ":1.6"};
+constexpr std::string_view services[] = {"org.freedesktop.PowerManagement", "org.gnome.SessionManager",
+                                         "org.freedesktop.portal.Desktop",  "org.freedesktop.login1",
+                                         "org.kde.StatusNotifierWatcher",   "org.freedesktop.Notifications"};
+constexpr std::string_view owners[] = {"", ":1.5", ":1.6"};
+constexpr std::string_view errors[] = {
+    "org.freedesktop.DBus.Error.UnknownMethod",  "org.freedesktop.DBus.Error.UnknownObject",
+    "org.freedesktop.DBus.Error.ServiceUnknown", "org.freedesktop.DBus.Error.NoReply",
+    "org.freedesktop.DBus.Error.AccessDenied",   "a.b",
+    "org.freedesktop.DBus.Error.Disconnected",   "org.freedesktop.DBus.Error.UnknownInterface"};
+
+struct SignalName {
+    std::string_view path;
+    std::string_view interface;
+    std::string_view member;
+};
+constexpr SignalName signalNames[] = {
+    {"/StatusNotifierWatcher", "org.kde.StatusNotifierWatcher", "StatusNotifierHostRegistered"},
+    {"/StatusNotifierWatcher", "org.kde.StatusNotifierWatcher", "StatusNotifierHostUnregistered"},
+    {portalPath, "org.freedesktop.portal.GlobalShortcuts", "Activated"},
+    {"/org/freedesktop/DBus", "org.freedesktop.DBus", "NameOwnerChanged"},
+    {"", "org.freedesktop.portal.Session", "Closed"},
+};
+
+class Scene {
+public:
+    Scene(HostileBus& bus, FuzzInput input)
+        : m_bus(bus)
+        , m_input(input)
+        , m_matches(bus.matches())
+        , m_client(
+              std::make_unique<BusClient>(static_cast<BusClientKind>(m_input.below(busClientKinds)), bus.connection()))
+    {
+        settle();
+    }
+
+    void play()
+    {
+        for (int steps = 0; steps < mostSteps && !m_input.isEmpty() && !m_bus.hasHungUp(); ++steps)
+            step();
+        settle();
+        m_client->end();
+        if (m_bus.hasHungUp())
+            return;
+        settle();
+        answerTheRest();
+        m_client.reset();
+        settle();
+        require(m_ledger.isBalanced(), "what was granted is given back");
+        require(m_ledger.areDescriptorsClosed(), "no descriptor is kept");
+        require(m_bus.matches() == m_matches, "who has ended listens to nothing");
+    }
+
+private:
+    void step()
+    {
+        const std::uint8_t choice = m_input.byte();
+        switch (choice % 16) {
+        case 0:
+            answer(&Scene::fillAnything);
+            break;
+        case 1:
+            answer(&Scene::fillError);
+            break;
+        case 2:
+            answerAgain();
+            break;
+        case 3:
+            respond(true);
+            break;
+        case 4:
+            respond(false);
+            break;
+        case 5:
+            changeOwner();
+            break;
+        case 6:
+            activate();
+            break;
+        case 7:
+            signal();
+            break;
+        case 8:
+            m_client->ask();
+            break;
+        case 9:
+            end();
+            break;
+        case 10:
+            hangUpPerhaps();
+            break;
+        case 11:
+            forgeOwner();
+            break;
+        default:
+            answer(&Scene::fillKindly);
+            break;
+        }
+        if (choice < 192 && !m_bus.hasHungUp()) // else more at a time
+            settle();
+    }
+
+    void end()
+    {
+        if (m_client->kind() == BusClientKind::portalShortcut)
+            settle(); // it takes what has come, and no more
+        m_client->end();
+    }
+
+    // What the program says
+
+    void settle()
+    {
+        m_bus.settle();
+        for (WireMessage& said : m_bus.taken())
+            hear(std::move(said));
+        if (m_client && m_client->isThere() && !m_bus.hasHungUp())
+            m_model.judge(*m_client, m_asked, m_ledger);
+        require(m_bus.matches().size() <= m_matches.size() + mostMatches, "a client does not listen to ever more");
+    }
+
+    void hear(WireMessage said)
+    {
+        require(said.kind == WireMessage::Kind::call, "clients call, and do nothing else");
+        m_ledger.noteCall(said);
+        if (said.member == "RegisterStatusNotifierItem" || said.member == "Get") {
+            require(!said.destination.empty() && said.destination[0] == ':', "one watcher is meant and no other");
+            require(said.member == "Get" || said.textAt(0) == HostileBus::uniqueName, "the item is where it says");
+        }
+        if (!said.wantsAnswer())
+            return;
+        AskedCall asked{.call = std::move(said)};
+        asked.handle = expectedHandle(asked.call);
+        asked.appointment = m_model.appointmentOf(asked.call);
+        if (asked.call.member == "BindShortcuts")
+            m_session = asked.call.textAt(0);
+        m_asked.push_back(std::move(asked));
+    }
+
+    // What peers answer
+
+    using Fill = bool (Scene::*)(const AskedCall& asked, WireMessage& answer);
+
+    /// Answers one of the calls that wait for it. `fill` returns whether a descriptor comes with the answer.
+    void answer(Fill fill)
+    {
+        const auto waiting = std::ranges::count_if(m_asked, isOpen);
+        if (waiting == 0)
+            return;
+        auto left = static_cast<std::ptrdiff_t>(m_input.below(static_cast<std::size_t>(std::min<long>(waiting, 256))));
+        const auto asked =
+            std::ranges::find_if(m_asked, [&left](const AskedCall& one) { return isOpen(one) && left-- == 0; });
+        sendAnswer(*asked, fill);
+    }
+
+    void sendAnswer(AskedCall& asked, Fill fill)
+    {
+        WireMessage message{.kind = WireMessage::Kind::answer, .answered = asked.call.serial};
+        message.sender = m_input.oneOf(peers);
+        if (asked.call.destination == HostileBus::busName) { // which may be slow, but does not lie
+            message.sender = HostileBus::busName;
+            fill = fill == &Scene::fillAnything ? &Scene::fillKindly : fill;
+        }
+        const bool hasDescriptor = (this->*fill)(asked, message);
+        const FileDescriptor descriptor = hasDescriptor ? m_ledger.newDescriptor() : FileDescriptor{};
+        // A shortcut ends with the program, and so with its connection: it leaves nobody behind to take late answers.
+        const bool isHeard = m_client->isThere() || m_client->kind() != BusClientKind::portalShortcut;
+        if (!std::exchange(asked.isAnswered, true) && isHeard) {
+            const bool isGrant = m_ledger.noteAnswer(asked, message, hasDescriptor);
+            if (m_client->isThere())
+                m_model.noteAnswer(*m_client, m_asked, asked, message, isGrant);
+        }
+        m_bus.send(std::move(message), descriptor.get());
+    }
+
+    bool fillError(const AskedCall& /*asked*/, WireMessage& answer)
+    {
+        answer.kind = WireMessage::Kind::error;
+        answer.error = m_input.oneOf(errors);
+        return m_input.flip() && fillAnything({}, answer);
+    }
+
+    bool fillAnything(const AskedCall& /*asked*/, WireMessage& answer)
+    {
+        AnyValues::fill(m_input, answer);
+        return m_input.byte() >= 224;
+    }
+
+    bool fillKindly(const AskedCall& asked, WireMessage& answer)
+    {
+        return ServiceAnswers::fill(m_input, asked, answer);
+    }
+
+    void answerAgain()
+    {
+        if (!m_asked.empty())
+            sendAnswer(m_asked[m_input.below(std::min<std::size_t>(m_asked.size(), 256))], &Scene::fillAnything);
+    }
+
+    /// Whoever asked is gone: what is granted now is given back at once.
+    void answerTheRest()
+    {
+        for (AskedCall& asked : m_asked) {
+            if (isOpen(asked))
+                sendAnswer(asked, &Scene::fillKindly);
+        }
+        settle();
+    }
+
+    // What peers say of themselves
+
+    static WireMessage signalOf(std::string_view sender, std::string_view path, std::string_view interface,
+                                std::string_view member)
+    {
+        WireMessage message{.kind = WireMessage::Kind::signal};
+        message.path = path;
+        message.interface = interface;
+        message.member = member;
+        message.sender = sender;
+        return message;
+    }
+
+    /// The decision about one of the requests that a portal has, or about to be given a handle.
+    void respond(bool isKind)
+    {
+        std::vector<std::size_t> requests;
+        for (std::size_t place = 0; place < m_asked.size(); ++place) {
+            if (!m_asked[place].handle.empty())
+                requests.push_back(place);
+        }
+        if (requests.empty())
+            return;
+        const std::size_t place = requests[requests.size() - 1 - std::min(m_input.below(4), requests.size() - 1)];
+        if (m_asked[place].handle != expectedHandle(m_asked[place].call))
+            settle(); // nobody can listen to a handle before it is known
+        AskedCall& asked = m_asked[place];
+        WireMessage response =
+            signalOf(m_input.oneOf(peers), asked.handle, "org.freedesktop.portal.Request", "Response");
+        if (!asked.portal.empty() && m_input.below(8) < 6)
+            response.sender = asked.portal;
+        if (isKind)
+            ServiceAnswers::fillResponse(m_input, asked, response);
+        else
+            AnyValues::fill(m_input, response, m_input.flip() ? "ua{sv}" : AnyValues::type(m_input));
+        const bool isGrant = response.signature == "ua{sv}" && response.numberAt(0) == 0;
+        if (!asked.isAnswered)
+            asked.early = {response.sender, isGrant};
+        else if (response.sender == asked.portal && m_client->isThere())
+            m_model.noteResponse(asked, isGrant);
+        m_bus.send(std::move(response));
+    }
+
+    void changeOwner()
+    {
+        const std::string name{m_input.oneOf(services)};
+        const std::string before{m_input.oneOf(owners)};
+        const std::string after{m_input.oneOf(owners)};
+        if (m_client->isThere())
+            m_model.noteOwner(*m_client, name, before, after);
+        sendOwner(HostileBus::busName, name, before, after);
+    }
+
+    /// Anybody may send the signal by which the bus tells of owners.
+    void forgeOwner()
+    {
+        const std::string name{m_input.oneOf(services)};
+        sendOwner(m_input.oneOf(peers), name, m_input.oneOf(owners), m_input.oneOf(owners));
+    }
+
+    void sendOwner(std::string_view sender, std::string_view name, std::string_view before, std::string_view after)
+    {
+        WireMessage message = signalOf(sender, "/org/freedesktop/DBus", HostileBus::busName, "NameOwnerChanged");
+        WireWriter writer;
+        for (const std::string_view text : {name, before, after})
+            writer.text(text);
+        message.signature = "sss";
+        message.body = writer.bytes();
+        m_bus.send(std::move(message));
+    }
+
+    /// The keys of a shortcut, pressed or not.
+    void activate()
+    {
+        settle();
+        WireMessage message =
+            signalOf(m_input.oneOf(peers), portalPath, "org.freedesktop.portal.GlobalShortcuts", "Activated");
+        const auto created = std::find_if(m_asked.rbegin(), m_asked.rend(), [](const AskedCall& one) {
+            return one.call.member == "CreateSession" && !one.portal.empty();
+        });
+        const std::string session = m_session.empty() || m_input.below(8) == 7 ? "/x" : m_session;
+        const std::string id = m_input.below(8) == 7 ? AnyValues::text(m_input) : "toggle-popover";
+        WireWriter writer;
+        writer.text(session);
+        writer.text(id);
+        writer.integer(m_input.number(), 8);
+        std::string_view types = "a{sv}";
+        AnyValues::write(m_input, writer, types);
+        message.signature = "osta{sv}";
+        message.body = writer.bytes();
+        const bool isMeant = m_client->isBound() && created != m_asked.rend() && created->portal == message.sender
+            && session == m_session && id == "toggle-popover";
+        const int before = m_client->activated();
+        m_bus.send(std::move(message));
+        settle();
+        require(m_client->activated() == before + (isMeant ? 1 : 0), "keys are pressed by the portal alone");
+    }
+
+    /// Any other, from some peer.
+    void signal()
+    {
+        const SignalName& name = m_input.oneOf(signalNames);
+        WireMessage message =
+            signalOf(m_input.oneOf(peers), name.path.empty() ? m_session : name.path, name.interface, name.member);
+        if (message.path.empty())
+            message.path = "/x";
+        AnyValues::fill(m_input, message);
+        settle();
+        const int before = m_client->activated();
+        m_bus.send(std::move(message));
+        settle();
+        require(m_client->activated() == before, "what is not understood presses no keys");
+    }
+
+    /// Rarely: a new bus takes some time.
+    void hangUpPerhaps()
+    {
+        if (m_input.byte() < 192)
+            return;
+        m_bus.hangUp();
+        m_client->ask();
+        require(QTest::qWaitFor([this] { return hasEnded(); }, hangGuard), "who has no bus any more tells");
+    }
+
+    bool hasEnded() const
+    {
+        if (!m_client->isThere())
+            return true;
+        switch (m_client->kind()) {
+        case BusClientKind::portalShortcut:
+            return true; // it keeps what it has been told
+        case BusClientKind::statusNotifierWatch:
+            return m_client->host() == StatusNotifierHost::absent;
+        case BusClientKind::notificationCenter:
+            return std::ranges::count(m_client->completions(), -1) == 0;
+        default:
+            return m_client->failed() == 1;
+        }
+    }
+
+    HostileBus& m_bus;
+    FuzzInput m_input;
+    std::multiset<std::string> m_matches; ///< before the client
+    GrantLedger m_ledger;
+    std::vector<AskedCall> m_asked;
+    std::string m_session; ///< the last that was bound
+    ClientModel m_model;
+    std::unique_ptr<BusClient> m_client;
+};
+
+HostileBus& livingBus()
+{
+    static int argumentCount = 1;
+    static char name[] = "FuzzBusAnswers";
+    static char* arguments[] = {name, nullptr};
+    static const QCoreApplication application{argumentCount, arguments};
+    static std::unique_ptr<HostileBus> bus;
+    if (!bus || bus->hasHungUp()) {
+        bus.reset();
+        bus = std::make_unique<HostileBus>();
+    }
+    return *bus;
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    Scene{livingBus(), FuzzInput{textOf(data, size)}}.play();
+    return 0;
+}
