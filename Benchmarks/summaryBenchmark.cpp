@@ -85,8 +85,8 @@ void measureSmallHomes(const Subject& subject)
     for (const std::size_t count : {0U, 1U, 2U, 4U}) {
         const auto home = subject.scratch / ("small-home-" + std::to_string(count));
         linkHistories(subject.bound, home, count);
-        const auto cpu =
-            measureInTurn(startRepetitions, summaryOf(subject, home), {subject.emptyProgram}, &ChildRun::cpuMilliseconds);
+        const auto cpu = measureInTurn(startRepetitions, summaryOf(subject, home), {subject.emptyProgram},
+                                       &ChildRun::cpuMilliseconds);
         printFigure("summary of 2 x " + std::to_string(count) + " full files / empty Qt Core program: CPU",
                     cpu.first / cpu.second, "x", "<= 1.30");
     }
