@@ -4,13 +4,13 @@
 #include "Bus/AnyValues.h"
 #include "Bus/HostileBus.h"
 #include "FuzzSupport.h"
+#include "Support/Desktop/StatusNotifierProperties.h"
 #include "Tallyfox/Platform/Linux/BusInstance.h"
 #include "Tallyfox/Platform/Linux/StatusNotifierItem.h"
 
 #include <QGuiApplication>
 
 #include <algorithm>
-#include <map>
 #include <memory>
 
 using namespace tallyfox;
@@ -60,27 +60,6 @@ constexpr std::string_view privateMembers[] = {"asked",     "requested",   "clai
                                                "x"};
 constexpr std::string_view otherPaths[] = {"/", "/org", "/org/tallyfox", "/org/tallyfox/tallyfox/x", "/MenuBar"};
 constexpr std::string_view otherInterfaces[] = {"", "org.freedesktop.DBus", "org.qtproject.Qt.QObject", "a.b"};
-
-/// The item's properties, and what each is.
-const std::map<std::string_view, std::string_view> propertyTypes{
-    {"Category", "s"},
-    {"Id", "s"},
-    {"Title", "s"},
-    {"Status", "s"},
-    {"WindowId", "i"},
-    {"IconName", "s"},
-    {"IconPixmap", "a(iiay)"},
-    {"OverlayIconName", "s"},
-    {"OverlayIconPixmap", "a(iiay)"},
-    {"AttentionIconName", "s"},
-    {"AttentionIconPixmap", "a(iiay)"},
-    {"AttentionMovieName", "s"},
-    {"ToolTip", "(sa(iiay)ss)"},
-    {"ItemIsMenu", "b"},
-    {"XAyatanaLabel", "s"},
-    {"XAyatanaLabelGuide", "s"},
-    {"XAyatanaOrderingIndex", "u"},
-};
 
 std::string effect(QPoint position)
 {
@@ -180,8 +159,8 @@ private:
         const WireMessage& message = call.message;
         const std::string interface = message.textAt(0);
         if (message.member == "Get" && message.signature == "ss" && interface == item) {
-            const auto found = propertyTypes.find(message.textAt(4 + interface.size() + 1));
-            if (found == propertyTypes.end())
+            const auto found = test::statusNotifierProperties.find(message.textAt(4 + interface.size() + 1));
+            if (found == test::statusNotifierProperties.end())
                 return;
             accept(call);
             call.valueType = found->second;
@@ -285,8 +264,8 @@ private:
     /// The names of a property; then what it should become, when it is to be set.
     static void fillProperty(FuzzInput& input, WireMessage& message)
     {
-        auto property = propertyTypes.begin();
-        std::advance(property, static_cast<std::ptrdiff_t>(input.below(propertyTypes.size())));
+        auto property = test::statusNotifierProperties.begin();
+        std::advance(property, static_cast<std::ptrdiff_t>(input.below(test::statusNotifierProperties.size())));
         WireWriter writer;
         writer.text(input.byte() == 255 ? "" : message.path == itemPath ? item : application);
         message.signature = "s";

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <map>
+#include <string>
+
+namespace tallyfox::test {
+
+/// The properties of a status item and their D-Bus signatures, as the StatusNotifierItem specification and the
+/// Ayatana extensions name them.
+inline const std::map<std::string, std::string> statusNotifierProperties{
+    {"Category", "s"},
+    {"Id", "s"},
+    {"Title", "s"},
+    {"Status", "s"},
+    {"WindowId", "i"},
+    {"IconName", "s"},
+    {"IconPixmap", "a(iiay)"},
+    {"OverlayIconName", "s"},
+    {"OverlayIconPixmap", "a(iiay)"},
+    {"AttentionIconName", "s"},
+    {"AttentionIconPixmap", "a(iiay)"},
+    {"AttentionMovieName", "s"},
+    {"ToolTip", "(sa(iiay)ss)"},
+    {"ItemIsMenu", "b"},
+    {"XAyatanaLabel", "s"},
+    {"XAyatanaLabelGuide", "s"},
+    {"XAyatanaOrderingIndex", "u"},
+};
+
+} // namespace tallyfox::test
