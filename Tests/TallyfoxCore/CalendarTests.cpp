@@ -186,6 +186,12 @@ TEST(CalendarNamed, ruleIsACalendarOfItsOwn)
     EXPECT_EQ(calendar->offsetAt(utcTime(2026, 12, 1)).offset, hours{1});
 }
 
+TEST(CalendarNamed, longestTextIsOf255Bytes)
+{
+    EXPECT_TRUE(Calendar::named('<' + std::string(252, 'A') + ">1"));
+    EXPECT_FALSE(Calendar::named('<' + std::string(253, 'A') + ">1"));
+}
+
 TEST(CalendarNamed, textThatNamesNothingUsableGivesNothing)
 {
     using namespace std::string_literals;

@@ -62,6 +62,17 @@ TEST(ClaudeUsageParser, largestTotalOfAMessageCountsInEitherOrder)
     EXPECT_THAT(totalsOf(parse({reading(R"("m")", 1), reading(R"("m")", 3), reading(R"("m")", 2)})), ElementsAre(3));
 }
 
+TEST(ClaudeUsageParser, readingsOfMessagesInTurnStayApart)
+{
+    const std::string a = R"("a")";
+    const std::string b = R"("b")";
+    const std::string c = R"("c")";
+    EXPECT_THAT(totalsOf(parse({reading(a, 10), reading(b, 20), reading(a, 30), reading(b, 40), reading(a, 50)})),
+                UnorderedElementsAre(50, 40));
+    EXPECT_THAT(totalsOf(parse({reading(a, 10), reading(b, 20), reading(a, 30), reading(c, 5), reading(a, 50)})),
+                UnorderedElementsAre(50, 20, 5));
+}
+
 TEST(ClaudeUsageParser, earlierOfEqualReadingsIsKeptWhole)
 {
     const auto samples = parse({reading(R"("m")", 100, "2026-11-21T09:41:07Z", "first"),

@@ -203,6 +203,20 @@ TEST_F(HistoryFilesTest, memoryDoesNotGrowWithTheNumberOfFiles)
     EXPECT_TRUE(found.isPartial);
 }
 
+TEST_F(HistoryFilesTest, pathIsCutWhereTheSystemTakesNoMore)
+{
+    write("a.jsonl", "one");
+    std::string path = "a.jsonl";
+    while (path.size() < 3 * std::size_t{PATH_MAX})
+        path.insert(0, "./");
+    LocalUsageScanner::TailReader reader;
+    for (const auto* begin : {"", ".//"}) { // a separator at the last place that fits, and at the next one
+        const auto tail = reader.tailLines(openRoot(), begin + path);
+        ASSERT_EQ(errorOf(tail), std::error_code{}) << begin;
+        EXPECT_EQ(std::get<HistoryTail>(tail).lines.text(), "one");
+    }
+}
+
 /// A folder in a folder in a folder: its path is longer than the system takes at once.
 class DeepHistory : public HistoryFolder {
 protected:
