@@ -265,6 +265,19 @@ TEST(ClaudeUsageParser, lastOfADoubledMemberCounts)
     EXPECT_THAT(parse({claudeLine({{"type", R"("user","type":"assistant")"}})}), ElementsAre(claudeSample()));
 }
 
+TEST(ClaudeUsageParser, lastOfADoubledMemberCountsAgainInTheNextLine)
+{
+    const auto doubled = [](const std::string& id) {
+        return claudeLine({{"message.id", id},
+                           {"message.model", R"("fox","model":null)"},
+                           {"message.usage", R"({"input_tokens":7,"output_tokens":5,"output_tokens":null})"}});
+    };
+    const auto samples = parse({doubled(R"("a")"), doubled(R"("b")"), doubled(R"("c")")});
+    EXPECT_THAT(totalsOf(samples), ElementsAre(7, 7, 7));
+    for (const UsageSample& sample : samples)
+        EXPECT_EQ(sample.model, samples.front().model);
+}
+
 TEST(ClaudeUsageParser, timestampDecidesWhetherTheRecordCounts)
 {
     const auto timesOf = [](const char* timestamp) { return parse({reading(R"("m")", 1, timestamp)}); };

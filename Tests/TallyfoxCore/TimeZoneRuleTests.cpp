@@ -56,6 +56,13 @@ TEST(TimeZoneRule, southernSummerLastsOverNewYear)
     EXPECT_EQ(rule.offsetAt(summer.end).offset, hours{12});
 }
 
+TEST(TimeZoneRule, changesMayBeInTheFirstAndTheLastMonth)
+{
+    const auto rule = TimeZoneRule::parse("ABC0DEF,M1.1.4,M12.5.6");
+    ASSERT_TRUE(rule);
+    EXPECT_EQ(rule->offsetAt(at(2026, 7, 1)), (ZoneOffset{at(2026, 1, 1, 2), at(2026, 12, 26, 1), hours{1}}));
+}
+
 TEST(TimeZoneRule, timesBeyondTheirDayCount)
 {
     // Nuuk changes on the Saturday evening before, Jerusalem on the Friday after the fourth Thursday.
