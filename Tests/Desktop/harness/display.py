@@ -2,6 +2,7 @@
 
 import os
 import subprocess
+import time
 
 from Xlib import X, XK
 from Xlib import display as xlib
@@ -155,10 +156,13 @@ class Display:
         self.x.sync()
 
     def drag(self, start, end):
-        """Presses the button at one place and lets it go at another, with places between."""
+        """Presses the button at one place and lets it go at another, with places between, as slowly as a quick hand: a
+        window manager takes the pointer after the press, and misses what happens before."""
         self.move(start)
         xtest.fake_input(self.x, X.ButtonPress, 1)
+        self.x.sync()
         for step in range(1, 6):
+            time.sleep(0.04)
             self.move(tuple(start[axis] + (end[axis] - start[axis]) * step // 5 for axis in (0, 1)))
         xtest.fake_input(self.x, X.ButtonRelease, 1)
         self.x.sync()
