@@ -5,8 +5,8 @@
 
 namespace tallyfox::test {
 
-/// The properties of a status item and their D-Bus signatures, as the StatusNotifierItem specification and the
-/// Ayatana extensions name them.
+/// The properties of a status item and their D-Bus signatures: those of freedesktop.org's StatusNotifierItem, and those
+/// that Ayatana's panels add to it.
 inline const std::map<std::string, std::string> statusNotifierProperties{
     {"Category", "s"},
     {"Id", "s"},
