@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
 #include <unistd.h>
@@ -34,6 +35,18 @@ TEST(FileDescriptor, numberZeroIsOpenToo)
         ::close(STDIN_FILENO);
         const FileDescriptor folder = FileDescriptor::openFolder("/");
         std::_Exit(folder.get() == STDIN_FILENO && folder.isOpen() ? 0 : 1);
+    };
+    EXPECT_EXIT(openWithoutStandardInput(), testing::ExitedWithCode(0), "");
+}
+
+TEST(FileDescriptor, numberZeroIsNotOpenedAgainBecauseOfAnEarlierError)
+{
+    const auto openWithoutStandardInput = [] {
+        ::dup2(::open("/dev/null", O_RDONLY | O_CLOEXEC), STDIN_FILENO); // so that the root is not zero
+        const FileDescriptor root = FileDescriptor::openFolder("/");
+        ::close(STDIN_FILENO);
+        errno = EPERM;
+        std::_Exit(root.openBelow("usr", O_RDONLY).get() == STDIN_FILENO ? 0 : 1);
     };
     EXPECT_EXIT(openWithoutStandardInput(), testing::ExitedWithCode(0), "");
 }

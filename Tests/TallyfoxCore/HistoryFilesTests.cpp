@@ -217,20 +217,6 @@ TEST_F(HistoryFilesTest, pathIsCutWhereTheSystemTakesNoMore)
     }
 }
 
-TEST_F(HistoryFilesTest, descriptorZeroIsOneLikeAnyOther)
-{
-    write("a.jsonl");
-    const FileDescriptor filler(::open("/dev/null", O_RDONLY | O_CLOEXEC)); // zero where that is closed
-    const FileDescriptor folder = openRoot();
-    const FileDescriptor input(::dup(STDIN_FILENO));
-    ::close(STDIN_FILENO);
-    const std::size_t descriptors = openDescriptors();
-    errno = EPERM; // of some earlier call
-    EXPECT_EQ(folder.openBelow("a.jsonl", O_RDONLY).get(), STDIN_FILENO);
-    EXPECT_EQ(openDescriptors(), descriptors);
-    ::dup2(input.get(), STDIN_FILENO);
-}
-
 /// A folder in a folder in a folder: its path is longer than the system takes at once.
 class DeepHistory : public HistoryFolder {
 protected:
