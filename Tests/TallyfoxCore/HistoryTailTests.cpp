@@ -169,6 +169,11 @@ struct Boundary {
     std::string_view end; ///< what is appended again and again, behind a long line each time
 };
 
+void PrintTo(const Boundary& boundary, std::ostream* out)
+{
+    *out << boundary.name;
+}
+
 class HistoryTailBoundary : public HistoryTailTest, public testing::WithParamInterface<Boundary> {
 protected:
     static constexpr std::size_t reach = 4096;

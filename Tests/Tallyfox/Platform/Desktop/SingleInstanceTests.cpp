@@ -27,6 +27,11 @@ const QString id = QStringLiteral("org.tallyfox.tallyfox");
 /// Whether the agents know each other by a bus or by the socket.
 enum class Way { bus, socket };
 
+void PrintTo(Way way, std::ostream* out)
+{
+    *out << (way == Way::bus ? "bus" : "socket");
+}
+
 class SingleInstanceTest : public testing::TestWithParam<Way> {
 protected:
     std::unique_ptr<Probe> start(const char* wish)
@@ -59,7 +64,7 @@ protected:
 };
 
 INSTANTIATE_TEST_SUITE_P(Ways, SingleInstanceTest, testing::Values(Way::bus, Way::socket),
-                         [](const auto& way) { return way.param == Way::bus ? "bus" : "socket"; });
+                         [](const auto& way) { return testing::PrintToString(way.param); });
 
 TEST_P(SingleInstanceTest, firstIsTheAgentAndHearsTheOthers)
 {
