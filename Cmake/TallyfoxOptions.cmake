@@ -49,7 +49,7 @@ target_compile_options(tallyfoxOptions INTERFACE
 # Hardening of what is shipped. Sanitizers bring their own checks and do not mix with _FORTIFY_SOURCE.
 if(TALLYFOX_SANITIZE)
     target_compile_options(tallyfoxOptions INTERFACE
-        -fsanitize=${TALLYFOX_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -g)
+        -fsanitize=${TALLYFOX_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -g1)
     target_link_options(tallyfoxOptions INTERFACE -fsanitize=${TALLYFOX_SANITIZE})
     target_compile_definitions(tallyfoxOptions INTERFACE TALLYFOX_SANITIZED)
 else()
