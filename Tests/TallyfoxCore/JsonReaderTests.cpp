@@ -1,3 +1,4 @@
+#include "Support/GuardedText.h"
 #include "TallyfoxCore/JsonReader.h"
 
 #include <gtest/gtest.h>
@@ -199,6 +200,26 @@ TEST(JsonReader, textIsReadOnlyUpToItsEnd)
     ASSERT_TRUE(number.readNumber(digits));
     EXPECT_EQ(digits.raw, "1");
     EXPECT_TRUE(number.finish());
+}
+
+TEST(JsonReader, valueOfAnyLengthAtTheEndOfMemoryIsReadWithoutAByteBehindIt)
+{
+    GuardedText room(256);
+    for (std::size_t length = 1; length < 150; ++length) {
+        const std::string content(length, '7');
+        JsonReader numberReader(room.atEnd(content));
+        JsonNumber number;
+        ASSERT_TRUE(numberReader.readNumber(number));
+        EXPECT_EQ(number.raw, content);
+        EXPECT_TRUE(numberReader.finish());
+
+        JsonReader stringReader(room.atEnd('"' + content + '"'));
+        JsonString string;
+        ASSERT_TRUE(stringReader.readString(string));
+        EXPECT_EQ(string.raw, content);
+        EXPECT_TRUE(stringReader.finish());
+        EXPECT_FALSE(JsonReader(room.atEnd('"' + content)).skipValue());
+    }
 }
 
 } // namespace
