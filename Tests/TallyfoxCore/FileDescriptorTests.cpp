@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <climits>
 #include <cstdlib>
 #include <fcntl.h>
+#include <string>
 #include <unistd.h>
 #include <utility>
 
@@ -49,6 +51,16 @@ TEST(FileDescriptor, numberZeroIsNotOpenedAgainBecauseOfAnEarlierError)
         std::_Exit(root.openBelow("usr", O_RDONLY).get() == STDIN_FILENO ? 0 : 1);
     };
     EXPECT_EXIT(openWithoutStandardInput(), testing::ExitedWithCode(0), "");
+}
+
+TEST(FileDescriptor, pathJustBelowAndJustBeyondTheSystemsLimitIsOpened)
+{
+    const FileDescriptor root = FileDescriptor::openFolder("/");
+    for (std::size_t size = PATH_MAX - 8; size < PATH_MAX + 8; ++size) {
+        const std::string path = '.' + std::string(size - 4, '/') + "usr";
+        ASSERT_EQ(path.size(), size);
+        EXPECT_TRUE(root.openBelow(path, O_RDONLY | O_DIRECTORY).isOpen()) << size << ": " << errno;
+    }
 }
 
 } // namespace

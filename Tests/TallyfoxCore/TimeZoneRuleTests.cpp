@@ -84,6 +84,16 @@ TEST(TimeZoneRule, changesNearNewYearAreFoundFromBothYears)
     EXPECT_EQ(late.offsetAt(at(2026, 1, 6, 23)).offset, hours{1});
 }
 
+TEST(TimeZoneRule, changesThatAllFallIntoTheYearBesideTheirOwnAreFound)
+{
+    // Both changes of a year come in the last days of the year before.
+    const auto early = TimeZoneRule::parse("EAR0SUM,J1/-100,J3/-100").value();
+    EXPECT_EQ(early.offsetAt(at(2026, 12, 30)), (ZoneOffset{at(2026, 12, 29, 19), at(2027, 12, 27, 20), seconds{0}}));
+    // Both changes of a year come in the first days of the year after.
+    const auto late = TimeZoneRule::parse("LAT0SUM,J363/100,J365/100").value();
+    EXPECT_EQ(late.offsetAt(at(2026, 1, 1)), (ZoneOffset{at(2025, 1, 4, 3), at(2026, 1, 2, 4), seconds{0}}));
+}
+
 TEST(TimeZoneRule, summerAllTheYearNeverEnds)
 {
     for (const char* text : {"XXX3EDT4,0/0,J365/23", "EST5EDT,0/0,J365/25"}) {
