@@ -15,7 +15,7 @@ namespace tallyfox {
 /// instants do not count, are passed over.
 class TimeZoneFile {
 public:
-    /// The zone in `bytes`, or nothing when they are damaged. Any bytes are accepted.
+    /// The zone in `bytes`, or nothing when they are damaged or more than 65,536. Any bytes are accepted.
     static std::optional<TimeZoneFile> decode(std::string_view bytes);
 
     /// The zone in a file, or nothing: it cannot be read, is no regular file, or holds no zone.

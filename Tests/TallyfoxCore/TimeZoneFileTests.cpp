@@ -1,4 +1,5 @@
 #include "Support/Moments.h"
+#include "Support/ScratchFolder.h"
 #include "Support/TimeZoneBytes.h"
 #include "TallyfoxCore/TimeZoneFile.h"
 
@@ -122,6 +123,18 @@ TEST(TimeZoneFile, whatIsNoRegularFileIsNotOpened)
     EXPECT_FALSE(TimeZoneFile::read(folder));
     EXPECT_FALSE(TimeZoneFile::read(folder / "missing"));
     std::filesystem::remove_all(folder);
+}
+
+TEST(TimeZoneFile, fileOfSixtyFourKibibytesIsReadAndALargerOneRefused)
+{
+    const ScratchFolder folder;
+    const auto file = folder.path() / "zone";
+    std::string bytes = twoChanges.version1();
+    bytes.resize(65'536); // what is behind the last block of version 1 is nobody's business
+    writeFile(file, bytes);
+    EXPECT_TRUE(TimeZoneFile::read(file));
+    writeFile(file, bytes + '\0');
+    EXPECT_FALSE(TimeZoneFile::read(file));
 }
 
 } // namespace
