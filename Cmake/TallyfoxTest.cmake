@@ -7,7 +7,7 @@ function(tallyfox_add_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "LIBRARIES;HEADERS;PROPERTIES")
     add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
     target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} GTest::gmock GTest::gtest)
-    target_compile_options(${name} PRIVATE -g1) # where a test failed; a third less to compile than all there is to know
+    target_compile_options(${name} PRIVATE -g1) # enough to say where a test failed, and quicker to compile
     # Most of the time of compiling a test goes into these: once for each program is enough.
     target_precompile_headers(${name} PRIVATE
         <gmock/gmock.h> <gtest/gtest.h> <algorithm> <chrono> <filesystem> <string> <variant> <vector>
