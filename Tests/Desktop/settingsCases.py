@@ -12,7 +12,7 @@ from harness.settings import SIZE, TITLE, Settings, said, without_labels_of_valu
 from harness.waiting import Failure, expect, expect_equal, stays, until
 
 PICKER_TITLE = "Choose your home folder to read Claude and Codex usage metadata."
-ENTRY = os.path.join(os.path.dirname(__file__), "../../Packaging/org.tallyfox.tallyfox.desktop")
+ENTRY = os.path.join(os.path.dirname(__file__), "../../packaging/org.tallyfox.tallyfox.desktop")
 UNLISTED = {"_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER"}
 INTERVALS = ["1 minute", "5 minutes", "15 minutes", "30 minutes"]
 TOGGLES = {  # by tab: what each is called, the key it is stored under, and whether it is on at first
