@@ -1,21 +1,29 @@
 find_package(GTest REQUIRED)
-include(GoogleTest)
 
-# tallyfox_add_test(NAME sources… [LIBRARIES …] [HEADERS …] [PROPERTIES …]): one GoogleTest program, each of its tests
-# known to ctest by name. HEADERS are compiled once for all sources, with those that every test needs.
+# tallyfox_add_test(NAME sources… [LIBRARIES …] [HEADERS …] [PROPERTIES …]): one GoogleTest program. ctest runs each of
+# its suites in a process of its own. HEADERS are compiled once for all sources, with those that every test needs.
 function(tallyfox_add_test name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "LIBRARIES;HEADERS;PROPERTIES")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LIBRARIES;HEADERS;PROPERTIES")
     add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
     target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} GTest::gmock GTest::gtest)
-    target_compile_options(${name} PRIVATE -g1) # enough to say where a test failed, and quicker to compile
-    # Most of the time of compiling a test goes into these: once for each program is enough.
     target_precompile_headers(${name} PRIVATE
         <gmock/gmock.h> <gtest/gtest.h> <algorithm> <chrono> <filesystem> <string> <variant> <vector>
         ${arg_HEADERS})
-    if(NOT arg_TIMEOUT)
-        set(arg_TIMEOUT 120)
-    endif()
-    gtest_discover_tests(${name}
-        DISCOVERY_TIMEOUT 60
-        PROPERTIES TIMEOUT ${arg_TIMEOUT} ${arg_PROPERTIES})
+
+    # The program itself lists its suites, after each build; ctest adds a test for each of them when it starts.
+    set(suites "${CMAKE_CURRENT_BINARY_DIR}/${name}Suites.cmake")
+    set(tests "${CMAKE_CURRENT_BINARY_DIR}/${name}Tests.cmake")
+    add_custom_command(TARGET ${name} POST_BUILD VERBATIM
+        COMMAND ${CMAKE_COMMAND} "-DPROGRAM=$<TARGET_FILE:${name}>" "-DSUITES=${suites}"
+            -P "${PROJECT_SOURCE_DIR}/cmake/listSuites.cmake")
+    list(JOIN arg_PROPERTIES "]==] [==[" properties)
+    file(GENERATE OUTPUT "${tests}" CONTENT "
+set(suites ${name}_NOT_BUILT)
+include([==[${suites}]==] OPTIONAL)
+foreach(suite IN LISTS suites)
+    add_test(\"\${suite}\" [==[$<TARGET_FILE:${name}>]==] --gtest_brief=1 \"--gtest_filter=\${suite}.*\")
+    set_tests_properties(\"\${suite}\" PROPERTIES TIMEOUT 120 [==[${properties}]==])
+endforeach()
+")
+    set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${tests}")
 endfunction()

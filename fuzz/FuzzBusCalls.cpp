@@ -4,9 +4,9 @@
 #include "Bus/AnyValues.h"
 #include "Bus/HostileBus.h"
 #include "FuzzSupport.h"
-#include "Support/Desktop/StatusNotifierProperties.h"
-#include "Tallyfox/Platform/Linux/BusInstance.h"
-#include "Tallyfox/Platform/Linux/StatusNotifierItem.h"
+#include "Support/Agent/StatusNotifierProperties.h"
+#include "Tallyfox/Agent/Instance/BusInstance.h"
+#include "Tallyfox/Agent/StatusItem/StatusNotifierItem.h"
 
 #include <QGuiApplication>
 

@@ -2,8 +2,8 @@
 /// terminal takes for commands.
 
 #include "FuzzSupport.h"
-#include "Tallyfox/CommandLine/CommandLineOptions.h"
-#include "TallyfoxCore/Utf8.h"
+#include "Tallyfox/Engine/CommandLine/CommandLineOptions.h"
+#include "TallyfoxCore/Json/Utf8.h"
 
 #include <algorithm>
 #include <set>

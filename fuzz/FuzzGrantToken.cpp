@@ -1,5 +1,5 @@
-#include "Tallyfox/Store/GrantToken.h"
-#include "Tallyfox/Store/HomeFolderGrant.h"
+#include "Tallyfox/Engine/Preferences/GrantToken.h"
+#include "Tallyfox/Engine/Preferences/HomeFolderGrant.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -3,8 +3,8 @@
 
 #include "FuzzSupport.h"
 #include "PlainLines.h"
-#include "TallyfoxCore/ClaudeUsageParser.h"
-#include "TallyfoxCore/CodexUsageParser.h"
+#include "TallyfoxCore/Usage/ClaudeUsageParser.h"
+#include "TallyfoxCore/Usage/CodexUsageParser.h"
 #include "UsageOracle.h"
 
 #include <optional>

@@ -3,8 +3,8 @@
 
 #include "FuzzSupport.h"
 #include "PlainLines.h"
-#include "TallyfoxCore/HistoryLines.h"
-#include "TallyfoxCore/Platform/WordSearch.h"
+#include "TallyfoxCore/Json/WordSearch.h"
+#include "TallyfoxCore/Usage/HistoryLines.h"
 
 #include <string>
 #include <vector>

@@ -3,7 +3,7 @@
 
 #include "FuzzSupport.h"
 #include "Support/NestedRecord.h"
-#include "TallyfoxCore/JsonRecordReader.h"
+#include "TallyfoxCore/Json/JsonRecordReader.h"
 
 #include <memory>
 

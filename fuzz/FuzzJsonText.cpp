@@ -3,8 +3,8 @@
 
 #include "FuzzSupport.h"
 #include "RapidjsonGrammar.h"
-#include "TallyfoxCore/JsonReader.h"
-#include "TallyfoxCore/Utf8.h"
+#include "TallyfoxCore/Json/JsonReader.h"
+#include "TallyfoxCore/Json/Utf8.h"
 
 #include <simdjson.h>
 

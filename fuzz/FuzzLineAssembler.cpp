@@ -1,7 +1,7 @@
 /// A stream in pieces of any sizes gives the lines that it gives as a whole; lines that are too long are left out.
 
 #include "FuzzSupport.h"
-#include "Tallyfox/Store/LineAssembler.h"
+#include "Tallyfox/Engine/Quota/LineAssembler.h"
 
 #include <algorithm>
 #include <string>

@@ -3,7 +3,7 @@
 
 #include "FuzzSupport.h"
 #include "Support/ScratchFolder.h"
-#include "Tallyfox/UserDefaults.h"
+#include "Tallyfox/Engine/Preferences/UserDefaults.h"
 
 #include <string>
 

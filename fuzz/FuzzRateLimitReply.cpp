@@ -1,8 +1,8 @@
 /// One line of the Codex app server: decoding it gives what an oracle over another JSON reader gives, within bounds.
 
 #include "FuzzSupport.h"
-#include "TallyfoxCore/CodexRateLimitParser.h"
-#include "TallyfoxCore/Utf8.h"
+#include "TallyfoxCore/Json/Utf8.h"
+#include "TallyfoxCore/Usage/CodexRateLimitParser.h"
 #include "UsageOracle.h"
 
 #include <cmath>

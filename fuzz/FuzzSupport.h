@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TallyfoxCore/TokenSum.h"
+#include "TallyfoxCore/Usage/TokenSum.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -3,9 +3,9 @@
 #include "FuzzSupport.h"
 #include "PlainLines.h"
 #include "Support/ScratchFolder.h"
-#include "TallyfoxCore/FileDescriptor.h"
-#include "TallyfoxCore/HistoryFiles.h"
-#include "TallyfoxCore/LocalUsageScanner.h"
+#include "TallyfoxCore/Files/FileDescriptor.h"
+#include "TallyfoxCore/Files/HistoryFiles.h"
+#include "TallyfoxCore/Files/LocalUsageScanner.h"
 
 #include <string>
 #include <string_view>

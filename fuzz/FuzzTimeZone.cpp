@@ -2,9 +2,9 @@
 /// other without a gap.
 
 #include "FuzzSupport.h"
-#include "TallyfoxCore/Calendar.h"
-#include "TallyfoxCore/TimeZoneFile.h"
-#include "TallyfoxCore/TimeZoneRule.h"
+#include "TallyfoxCore/Time/Calendar.h"
+#include "TallyfoxCore/Time/TimeZoneFile.h"
+#include "TallyfoxCore/Time/TimeZoneRule.h"
 
 #include <array>
 

@@ -1,7 +1,7 @@
 #include "UsageOracle.h"
 
-#include "TallyfoxCore/Iso8601.h"
-#include "TallyfoxCore/Utf8.h"
+#include "TallyfoxCore/Json/Utf8.h"
+#include "TallyfoxCore/Time/Iso8601.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "TallyfoxCore/CodexRateLimitParser.h"
-#include "TallyfoxCore/UsageSample.h"
+#include "TallyfoxCore/Usage/CodexRateLimitParser.h"
+#include "TallyfoxCore/Usage/UsageSample.h"
 
 #include <optional>
 #include <string>

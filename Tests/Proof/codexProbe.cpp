@@ -7,8 +7,8 @@
 
 #include "Support/FakeCodexFolder.h"
 #include "Support/ProcessTable.h"
-#include "Tallyfox/Store/ChildReaper.h"
-#include "Tallyfox/Store/CodexQuotaFetcher.h"
+#include "Tallyfox/Engine/Quota/ChildReaper.h"
+#include "Tallyfox/Engine/Quota/CodexQuotaFetcher.h"
 
 #include <algorithm>
 #include <array>

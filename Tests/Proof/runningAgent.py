@@ -10,7 +10,7 @@ import time
 import types
 
 sys.dont_write_bytecode = True
-sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "../Desktop"))
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "../EndToEnd"))
 
 from gi.repository import Gio, GLib
 

@@ -3,7 +3,7 @@
 ///
 ///     scanProbe HOME COUNT
 
-#include "TallyfoxCore/LocalUsageScanner.h"
+#include "TallyfoxCore/Files/LocalUsageScanner.h"
 
 #include <cstdio>
 #include <cstdlib>

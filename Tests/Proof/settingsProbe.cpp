@@ -2,8 +2,8 @@
 ///
 ///     settingsProbe preference | register | unregister
 
-#include "Tallyfox/Platform/LoginItem.h"
-#include "Tallyfox/UserDefaults.h"
+#include "Tallyfox/Agent/Desktop/LoginItem.h"
+#include "Tallyfox/Engine/Preferences/UserDefaults.h"
 
 #include <string_view>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TallyfoxCore/Provider.h"
+#include "TallyfoxCore/Usage/Provider.h"
 
 #include <cstdint>
 #include <optional>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TallyfoxCore/Instant.h"
+#include "TallyfoxCore/Time/Instant.h"
 
 #include <chrono>
 #include <optional>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Support/ScratchFolder.h"
-#include "TallyfoxCore/FileDescriptor.h"
-#include "TallyfoxCore/HistoryFiles.h"
+#include "TallyfoxCore/Files/FileDescriptor.h"
+#include "TallyfoxCore/Files/HistoryFiles.h"
 
 #include <gtest/gtest.h>
 

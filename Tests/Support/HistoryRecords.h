@@ -1,7 +1,7 @@
 #pragma once
 
-#include "TallyfoxCore/HistoryLines.h"
-#include "TallyfoxCore/UsageSample.h"
+#include "TallyfoxCore/Usage/HistoryLines.h"
+#include "TallyfoxCore/Usage/UsageSample.h"
 
 #include <functional>
 #include <map>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "TallyfoxCore/Calendar.h"
-#include "TallyfoxCore/Instant.h"
+#include "TallyfoxCore/Time/Calendar.h"
+#include "TallyfoxCore/Time/Instant.h"
 
 #include <chrono>
 #include <string_view>

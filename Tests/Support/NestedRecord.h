@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TallyfoxCore/JsonFields.h"
+#include "TallyfoxCore/Json/JsonFields.h"
 
 #include <tuple>
 

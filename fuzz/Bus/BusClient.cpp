@@ -1,11 +1,11 @@
 #include "Bus/BusClient.h"
 
 #include "FuzzSupport.h"
-#include "Tallyfox/Platform/Linux/BusNotificationCenter.h"
-#include "Tallyfox/Platform/Linux/CookieInhibition.h"
-#include "Tallyfox/Platform/Linux/LoginInhibition.h"
-#include "Tallyfox/Platform/Linux/PortalInhibition.h"
-#include "Tallyfox/Platform/Linux/PortalShortcut.h"
+#include "Tallyfox/Agent/Desktop/BusNotificationCenter.h"
+#include "Tallyfox/Agent/KeepAwake/CookieInhibition.h"
+#include "Tallyfox/Agent/KeepAwake/LoginInhibition.h"
+#include "Tallyfox/Agent/KeepAwake/PortalInhibition.h"
+#include "Tallyfox/Agent/Shortcut/PortalShortcut.h"
 
 namespace tallyfox {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Tallyfox/Platform/Linux/DesktopSleepInhibitor.h"
-#include "Tallyfox/Platform/Linux/StatusNotifierWatch.h"
+#include "Tallyfox/Agent/KeepAwake/DesktopSleepInhibitor.h"
+#include "Tallyfox/Agent/StatusItem/StatusNotifierWatch.h"
 
 #include <memory>
 #include <string_view>

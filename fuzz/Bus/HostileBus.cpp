@@ -2,8 +2,8 @@
 
 #include "Bus/WireWriter.h"
 #include "FuzzSupport.h"
-#include "Tallyfox/Platform/Linux/BusEnd.h"
-#include "Tallyfox/Platform/Linux/LocalSocket.h"
+#include "Tallyfox/Agent/Bus/BusEnd.h"
+#include "Tallyfox/Agent/Bus/LocalSocket.h"
 
 #include <QtCore/qtestsupport_core.h>
 

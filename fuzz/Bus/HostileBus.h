@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Bus/WireMessage.h"
-#include "TallyfoxCore/FileDescriptor.h"
+#include "TallyfoxCore/Files/FileDescriptor.h"
 
 #include <QDBusConnection>
 

@@ -1,6 +1,6 @@
 #include "CommandLineDocuments/CommandLineDocuments.h"
 
-#include "Tallyfox/CommandLine/CommandLineOptions.h"
+#include "Tallyfox/Engine/CommandLine/CommandLineOptions.h"
 
 #include <string_view>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Tallyfox/Store/UsageSnapshot.h"
+#include "Tallyfox/Engine/Store/UsageSnapshot.h"
 
 #include <QString>
 

@@ -6,12 +6,12 @@
 // with a locale ("de", "de_AT"), they speak its language.
 
 #include "Gallery/GalleryStates.h"
-#include "Tallyfox/Platform/SystemCalendar.h"
-#include "Tallyfox/Popover/PopoverView.h"
-#include "Tallyfox/SettingsView.h"
-#include "Tallyfox/Store/StoreEnvironment.h"
-#include "Tallyfox/TallyfoxTheme.h"
-#include "Tallyfox/Translations.h"
+#include "Tallyfox/Agent/Popover/PopoverView.h"
+#include "Tallyfox/Agent/Settings/SettingsView.h"
+#include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
+#include "Tallyfox/Agent/Theme/Translations.h"
+#include "Tallyfox/Engine/Store/StoreEnvironment.h"
+#include "Tallyfox/Engine/System/SystemCalendar.h"
 
 #include <QApplication>
 #include <QCommandLineParser>

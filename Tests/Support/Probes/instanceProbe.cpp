@@ -1,4 +1,4 @@
-#include "Tallyfox/Platform/SingleInstance.h"
+#include "Tallyfox/Agent/Instance/SingleInstance.h"
 
 #include <QCoreApplication>
 

@@ -1,5 +1,5 @@
-#include "Tallyfox/Platform/GlobalShortcut.h"
-#include "Tallyfox/Platform/SessionBus.h"
+#include "Tallyfox/Agent/Bus/SessionBus.h"
+#include "Tallyfox/Agent/Shortcut/GlobalShortcut.h"
 
 #include <QApplication>
 #include <QLabel>

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "TallyfoxCore/Files/FileDescriptor.h"
+
+#include <QByteArray>
+#include <QDeadlineTimer>
+
+#include <optional>
+#include <sys/socket.h>
+#include <sys/un.h>
+
+namespace tallyfox {
+
+/// The address of a socket in the file system, or of one without a file when `isAbstract`.
+struct LocalAddress {
+    sockaddr_un value{};
+    socklen_t size = 0;
+
+    [[nodiscard]] const sockaddr* get() const;
+};
+
+/// Nothing for a name that is empty or too long for the system (108 bytes).
+std::optional<LocalAddress> localAddress(const QByteArray& name, bool isAbstract = false);
+
+/// A stream socket that blocks nobody and is not inherited by children.
+FileDescriptor newLocalSocket();
+
+/// A socket connected to `address`; not open when nobody listens, or nobody accepts.
+FileDescriptor connectedSocket(const LocalAddress& address);
+
+/// Sends all of `bytes` until `deadline`; whether it went.
+bool sendAll(const FileDescriptor& socket, const QByteArray& bytes, const QDeadlineTimer& deadline);
+
+/// Waits for more bytes and appends them, 4,096 at most; false at the end of the stream, on an error or at `deadline`.
+bool receiveMore(const FileDescriptor& socket, QByteArray& bytes, const QDeadlineTimer& deadline);
+
+} // namespace tallyfox

@@ -1,0 +1,144 @@
+#include "Tallyfox/Agent/Charts/Chart.h"
+
+#include "Tallyfox/Agent/Charts/ChartLegend.h"
+#include "Tallyfox/Agent/Theme/DayFormat.h"
+#include "Tallyfox/Engine/CommandLine/TokenText.h"
+#include "TallyfoxCore/Usage/TokenSum.h"
+
+#include <QHelpEvent>
+#include <QLocale>
+#include <QPainter>
+#include <QToolTip>
+
+#include <utility>
+
+namespace tallyfox {
+
+namespace {
+
+constexpr int legendGap = 6; // between the plot and the legend
+
+QString shortText(std::int64_t tokens)
+{
+    return tokenText(tokens, QLocale{});
+}
+
+} // namespace
+
+Chart::Chart(int height, QWidget* parent)
+    : QWidget(parent)
+{
+    setFixedHeight(height);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+}
+
+void Chart::setData(ChartData data)
+{
+    if (data == m_data)
+        return;
+    m_data = std::move(data);
+    accessibleElementsChanged(*this);
+    update();
+}
+
+const ChartData& Chart::data() const
+{
+    return m_data;
+}
+
+QString Chart::helpText(std::size_t day) const
+{
+    QString text = DayFormat{}.text(m_data.days.at(day));
+    for (const ChartSeries& series : m_data.series) {
+        for (const ChartValue& value : series.values) {
+            if (value.day == day)
+                text += QLatin1Char{'\n'} + tr("%1: %2").arg(series.name, shortText(value.tokens));
+        }
+    }
+    return text;
+}
+
+QAccessible::Role Chart::accessibleRole() const
+{
+    return QAccessible::Chart;
+}
+
+std::vector<AccessibleElement> Chart::accessibleElements() const
+{
+    const DayFormat format;
+    std::vector<AccessibleElement> elements;
+    for (const ChartSeries& series : m_data.series) {
+        if (!series.values.empty())
+            elements.push_back(elementOf(series, format));
+    }
+    return elements;
+}
+
+AccessibleElement Chart::elementOf(const ChartSeries& series, const DayFormat& format) const
+{
+    AccessibleElement list;
+    list.role = QAccessible::List;
+    list.frame = plotFrame().toAlignedRect();
+    list.children.reserve(series.values.size());
+    std::int64_t sum = 0;
+    for (const ChartValue& value : series.values) {
+        sum = tokenSum(sum, value.tokens);
+        const QString tokens = shortText(value.tokens);
+        list.children.push_back({tr("%1: %2").arg(format.text(m_data.days.at(value.day)), tokens),
+                                 tokens,
+                                 QAccessible::ListItem,
+                                 valueFrame(series, value).toAlignedRect(),
+                                 {}});
+    }
+    list.value = shortText(sum);
+    list.name = tr("%1: %2").arg(series.name, list.value);
+    return list;
+}
+
+QRectF Chart::plotFrame() const
+{
+    return rect().adjusted(0, 0, 0, -(ChartLegend::height() + legendGap));
+}
+
+bool Chart::event(QEvent* event)
+{
+    if (event->type() != QEvent::ToolTip)
+        return QWidget::event(event);
+    const auto* help = static_cast<QHelpEvent*>(event);
+    showHelp(help->pos(), help->globalPos());
+    return true;
+}
+
+void Chart::showHelp(const QPoint& position, const QPoint& onScreen)
+{
+    const auto day = dayAt(position);
+    if (day)
+        QToolTip::showText(onScreen, helpText(*day), this, dayFrame(*day).toAlignedRect());
+    else
+        QToolTip::hideText();
+}
+
+std::optional<std::size_t> Chart::dayAt(QPointF position) const
+{
+    for (std::size_t day = 0; day < m_data.days.size(); ++day) {
+        if (dayFrame(day).contains(position))
+            return day;
+    }
+    return std::nullopt;
+}
+
+void Chart::paintEvent(QPaintEvent* /*event*/)
+{
+    QPainter painter{this};
+    paintPlot(painter);
+    const double legendHeight = ChartLegend::height();
+    ChartLegend::paint(painter, QRectF{0, height() - legendHeight, double(width()), legendHeight}, m_data.series);
+}
+
+void Chart::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    accessibleElementsChanged(*this);
+}
+
+} // namespace tallyfox

@@ -1,0 +1,176 @@
+#include "Tallyfox/Agent/Charts/StackedBarChart.h"
+
+#include "Tallyfox/Agent/Controls/PixelGrid.h"
+#include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
+#include "TallyfoxCore/Usage/TokenSum.h"
+
+#include <QFontMetrics>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace tallyfox {
+
+namespace {
+
+constexpr std::uint64_t mostSteps = 5;
+constexpr int labelGap = 6; // between the bars and the labels of the axis
+constexpr double gridOpacity = 0.6;
+constexpr double narrowestColumnWithGap = 4; // device pixels: narrower ones would be half gaps
+constexpr double gapShare = 0.25; // of a column
+
+/// Only a damaged history counts below zero; such a day has no bar.
+std::int64_t barTokens(const ChartValue& value)
+{
+    return std::max<std::int64_t>(value.tokens, 0);
+}
+
+std::vector<std::int64_t> totals(const ChartData& data)
+{
+    std::vector<std::int64_t> totals(data.days.size());
+    for (const ChartSeries& series : data.series) {
+        for (const ChartValue& value : series.values)
+            totals.at(value.day) = tokenSum(totals.at(value.day), barTokens(value));
+    }
+    return totals;
+}
+
+/// The tokens of the series that `day`'s bar has under `series`.
+std::int64_t tokensBelow(const ChartData& data, const ChartSeries& series, std::size_t day)
+{
+    std::int64_t sum = 0;
+    for (const ChartSeries& lower : data.series) {
+        if (&lower == &series)
+            break;
+        for (const ChartValue& value : lower.values)
+            sum = tokenSum(sum, value.day == day ? barTokens(value) : 0);
+    }
+    return sum;
+}
+
+double heightOf(std::int64_t tokens, const AxisScale& scale, const QRectF& frame)
+{
+    return static_cast<double>(tokens) / static_cast<double>(scale.top()) * frame.height();
+}
+
+QString label(std::uint64_t mark)
+{
+    return QString::fromStdString(axisLabel(mark));
+}
+
+/// Where a day's bar stands within the row of bars: all are equally wide, on whole device pixels.
+struct BarSpan {
+    double left;
+    double width;
+};
+
+BarSpan barSpan(const PixelGrid& grid, const QRectF& frame, std::size_t day, std::size_t count)
+{
+    const double column = frame.width() / static_cast<double>(count);
+    const double start = frame.left() + column * static_cast<double>(day);
+    const double pixels = grid.pixels(column);
+    if (pixels < narrowestColumnWithGap)
+        return {grid.x(start), grid.x(start + column) - grid.x(start)};
+    const double gap = std::max(1.0, std::round(pixels * gapShare));
+    return {grid.x(start + gap / 2 * grid.pixel()), (std::floor(pixels) - gap) * grid.pixel()};
+}
+
+} // namespace
+
+StackedBarChart::StackedBarChart(QWidget* parent)
+    : Chart(totalHeight, parent)
+{ }
+
+AxisScale StackedBarChart::scale() const
+{
+    const std::vector<std::int64_t> ofDays = totals(data());
+    const auto highest = std::max_element(ofDays.begin(), ofDays.end());
+    return axisScale(highest == ofDays.end() ? 0 : *highest, mostSteps);
+}
+
+bool StackedBarChart::hasTokens() const
+{
+    const std::vector<std::int64_t> ofDays = totals(data());
+    return std::any_of(ofDays.begin(), ofDays.end(), [](std::int64_t tokens) { return tokens > 0; });
+}
+
+QRectF StackedBarChart::barsFrame(const AxisScale& scale) const
+{
+    const QFontMetrics metrics{Theme::caption2()};
+    int labelWidth = 0;
+    for (const std::uint64_t mark : scale.marks())
+        labelWidth = std::max(labelWidth, metrics.horizontalAdvance(label(mark)));
+    const double halfLabel = metrics.height() / 2.0; // the first and the last label reach over the ends of the axis
+    return plotFrame().adjusted(0, halfLabel, -(labelWidth + labelGap), -halfLabel);
+}
+
+QRectF StackedBarChart::dayFrame(std::size_t day) const
+{
+    const QRectF frame = barsFrame(scale());
+    const double column = frame.width() / static_cast<double>(data().days.size());
+    return {frame.left() + column * static_cast<double>(day), frame.top(), column, frame.height()};
+}
+
+QRectF StackedBarChart::valueFrame(const ChartSeries& series, const ChartValue& value) const
+{
+    const AxisScale axis = scale();
+    const QRectF frame = barsFrame(axis);
+    const double bottom = frame.bottom() - heightOf(tokensBelow(data(), series, value.day), axis, frame);
+    const double height = heightOf(barTokens(value), axis, frame);
+    const QRectF column = dayFrame(value.day);
+    return {column.left(), bottom - height, column.width(), height};
+}
+
+void StackedBarChart::paintPlot(QPainter& painter)
+{
+    const PixelGrid grid{painter};
+    const AxisScale axis = scale();
+    const QRectF frame = barsFrame(axis);
+    paintAxis(painter, grid, axis, frame);
+    paintBars(painter, grid, axis, frame);
+}
+
+void StackedBarChart::paintAxis(QPainter& painter, const PixelGrid& grid, const AxisScale& scale,
+                                const QRectF& frame) const
+{
+    painter.setFont(Theme::caption2());
+    painter.setPen(Theme::muted());
+    const double labelHeight = QFontMetrics{Theme::caption2()}.height();
+    // Without any tokens every number but zero would be made up.
+    const std::uint64_t lastStep = hasTokens() ? scale.steps : 0;
+    for (std::uint64_t step = 0; step <= lastStep; ++step) {
+        const double share = static_cast<double>(step) / static_cast<double>(scale.steps);
+        const double y = grid.y(frame.bottom() - share * frame.height());
+        const double thickness = std::max(1.0, std::floor(grid.pixels(1))) * grid.pixel();
+        painter.fillRect(QRectF{frame.left(), y, frame.width(), thickness},
+                         Theme::withOpacity(Theme::line(), step == 0 ? 1 : gridOpacity));
+        const QRectF text{frame.right() + labelGap, y - labelHeight / 2, width() - frame.right() - labelGap,
+                          labelHeight};
+        painter.drawText(text, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine, label(scale.step * step));
+    }
+}
+
+void StackedBarChart::paintBars(QPainter& painter, const PixelGrid& grid, const AxisScale& scale,
+                                const QRectF& frame) const
+{
+    const std::size_t count = data().days.size();
+    std::vector<std::int64_t> tokens(count);
+    std::vector<double> tops(count, grid.y(frame.bottom()));
+    for (const ChartSeries& series : data().series) {
+        for (const ChartValue& value : series.values) {
+            if (barTokens(value) == 0)
+                continue;
+            tokens.at(value.day) += barTokens(value);
+            // A day with any tokens shows that it has some.
+            const double bottom = tops.at(value.day);
+            const double top =
+                std::min(grid.y(frame.bottom() - heightOf(tokens.at(value.day), scale, frame)), bottom - grid.pixel());
+            const BarSpan span = barSpan(grid, frame, value.day, count);
+            painter.fillRect(QRectF{span.left, top, span.width, bottom - top}, series.color);
+            tops.at(value.day) = top;
+        }
+    }
+}
+
+} // namespace tallyfox

@@ -1,0 +1,137 @@
+#include "Tallyfox/Agent/Controls/Metric.h"
+
+#include "Tallyfox/Agent/Controls/TextLabel.h"
+#include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
+
+#include <QEvent>
+#include <QStyle>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <numeric>
+
+namespace tallyfox {
+
+namespace {
+
+constexpr int columnSpacing = 10;
+
+} // namespace
+
+Metric::Metric(QWidget* parent)
+    : QWidget(parent)
+    , m_title(new TextLabel{Theme::caption(), Theme::muted(), this})
+    , m_value(new TextLabel{Theme::system(12, QFont::Medium), Theme::ink(), this})
+{
+    auto* column = new QVBoxLayout{this};
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(1);
+    column->addWidget(m_title);
+    column->addWidget(m_value);
+}
+
+void Metric::setMetric(const QString& title, const QString& value)
+{
+    m_title->setText(title);
+    m_value->setText(value);
+    m_value->setAccessibleDescription(title);
+}
+
+const TextLabel& Metric::title() const
+{
+    return *m_title;
+}
+
+const TextLabel& Metric::value() const
+{
+    return *m_value;
+}
+
+std::vector<int> columnWidths(const std::vector<int>& wishes, int available)
+{
+    const int count = static_cast<int>(wishes.size());
+    const int equal = available / std::max(count, 1);
+    const int wished = std::accumulate(wishes.begin(), wishes.end(), 0);
+    std::vector<int> widths(wishes.size(), equal);
+    if (std::all_of(wishes.begin(), wishes.end(), [equal](int wish) { return wish <= equal; }))
+        return widths;
+    if (wished <= available) {
+        std::transform(wishes.begin(), wishes.end(), widths.begin(),
+                       [&](int wish) { return wish + (available - wished) / count; });
+        return widths;
+    }
+    const auto isNarrow = [equal](int wish) { return wish <= equal; };
+    int left = available;
+    int wide = count;
+    for (const int wish : wishes) {
+        if (isNarrow(wish)) {
+            left -= wish;
+            --wide;
+        }
+    }
+    std::transform(wishes.begin(), wishes.end(), widths.begin(),
+                   [&](int wish) { return isNarrow(wish) ? wish : std::min(wish, left / wide); });
+    return widths;
+}
+
+MetricRow::MetricRow(int count, QWidget* parent)
+    : QWidget(parent)
+{
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    for (int index = 0; index < count; ++index)
+        m_metrics.push_back(new Metric{this});
+}
+
+void MetricRow::setMetric(int index, const QString& title, const QString& value)
+{
+    m_metrics.at(static_cast<std::size_t>(index))->setMetric(title, value);
+}
+
+const std::vector<Metric*>& MetricRow::metrics() const
+{
+    return m_metrics;
+}
+
+QSize MetricRow::sizeHint() const
+{
+    QSize size{-columnSpacing, 0};
+    for (const Metric* metric : m_metrics) {
+        const QSize column = metric->sizeHint();
+        size = {size.width() + columnSpacing + column.width(), std::max(size.height(), column.height())};
+    }
+    return size;
+}
+
+QSize MetricRow::minimumSizeHint() const
+{
+    return {0, sizeHint().height()};
+}
+
+bool MetricRow::event(QEvent* event)
+{
+    if (event->type() == QEvent::LayoutRequest) // a text has changed
+        layOutMetrics();
+    return QWidget::event(event);
+}
+
+void MetricRow::resizeEvent(QResizeEvent* /*event*/)
+{
+    layOutMetrics();
+}
+
+void MetricRow::layOutMetrics()
+{
+    std::vector<int> wishes;
+    for (const Metric* metric : m_metrics)
+        wishes.push_back(metric->sizeHint().width());
+    const int gaps = columnSpacing * (static_cast<int>(m_metrics.size()) - 1);
+    const std::vector<int> widths = columnWidths(wishes, width() - gaps);
+    int left = 0;
+    for (std::size_t index = 0; index < widths.size(); ++index) {
+        const QRect frame{left, 0, widths[index], height()};
+        m_metrics[index]->setGeometry(QStyle::visualRect(layoutDirection(), rect(), frame));
+        left += widths[index] + columnSpacing;
+    }
+}
+
+} // namespace tallyfox

@@ -1,0 +1,145 @@
+#include "Tallyfox/Agent/Controls/PushButton.h"
+
+#include "Tallyfox/Agent/Controls/FocusRing.h"
+#include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
+
+#include <QHelpEvent>
+#include <QPainter>
+#include <QStyle>
+#include <QToolTip>
+
+#include <algorithm>
+#include <cmath>
+
+namespace tallyfox {
+
+namespace {
+
+constexpr int buttonHeight = 26;
+constexpr double radius = 6;
+constexpr int symbolSide = 14;
+constexpr int symbolSpacing = 6;
+
+/// Rounded down, half of all texts would end in an ellipsis.
+int textWidth(const QString& text, const QFont& font)
+{
+    return static_cast<int>(std::ceil(QFontMetricsF{font}.horizontalAdvance(text)));
+}
+
+} // namespace
+
+PushButton::PushButton(const QString& text, ButtonStyle style, QWidget* parent)
+    : QPushButton(text, parent)
+    , m_style(style)
+{
+    setFont(Theme::system(Theme::body().pixelSize() - 1, QFont::Medium));
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    setAttribute(Qt::WA_Hover);
+    setAutoDefault(true); // the return key presses it as the space bar does
+}
+
+void PushButton::setSymbol(Symbol symbol)
+{
+    m_symbol = symbol;
+    updateGeometry();
+    update();
+}
+
+int PushButton::sidePadding() const
+{
+    return m_style == ButtonStyle::plain ? 4 : 12;
+}
+
+int PushButton::symbolWidth() const
+{
+    return m_symbol ? symbolSide + symbolSpacing : 0;
+}
+
+QSize PushButton::sizeHint() const
+{
+    return {textWidth(text(), font()) + symbolWidth() + 2 * sidePadding(), buttonHeight};
+}
+
+QSize PushButton::minimumSizeHint() const
+{
+    const int fewLetters = 4 * QFontMetrics{font()}.averageCharWidth();
+    return {std::min(sizeHint().width(), fewLetters + symbolWidth() + 2 * sidePadding()), buttonHeight};
+}
+
+QString PushButton::shownText() const
+{
+    return QFontMetricsF{font()}.elidedText(text(), Qt::ElideRight, width() - symbolWidth() - 2 * sidePadding());
+}
+
+bool PushButton::event(QEvent* event)
+{
+    if (event->type() != QEvent::ToolTip || shownText() == text())
+        return QPushButton::event(event);
+    QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), text(), this);
+    return true;
+}
+
+QColor PushButton::textColor() const
+{
+    if (!isEnabled())
+        return Theme::withOpacity(Theme::muted(), Theme::disabledOpacity);
+    if (m_style == ButtonStyle::borderedProminent)
+        return Theme::cream();
+    const QColor color = m_style == ButtonStyle::plain ? Theme::accent() : Theme::ink();
+    return isDown() ? Theme::withOpacity(color, 0.7) : color;
+}
+
+void PushButton::paintEvent(QPaintEvent* /*event*/)
+{
+    QPainter painter{this};
+    painter.setRenderHint(QPainter::Antialiasing);
+    paintFrame(painter);
+    paintLabel(painter);
+    if (showsFocus(*this))
+        paintFocus(painter);
+}
+
+void PushButton::paintFrame(QPainter& painter) const
+{
+    const QRectF frame = rect();
+    painter.setPen(Qt::NoPen);
+    if (m_style == ButtonStyle::bordered) {
+        painter.setPen(QPen{Theme::line(), 1});
+        painter.setBrush(Theme::surface());
+        painter.drawRoundedRect(frame.adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+        painter.setPen(Qt::NoPen);
+    } else if (m_style == ButtonStyle::borderedProminent) {
+        painter.setBrush(isEnabled() ? Theme::accent() : Theme::surfaceStrong());
+        painter.drawRoundedRect(frame, radius, radius);
+    }
+    if (!isEnabled() || !(isDown() || underMouse()))
+        return;
+    painter.setBrush(Theme::withOpacity(Theme::ink(), isDown() ? 0.14 : 0.06));
+    painter.drawRoundedRect(frame, radius, radius);
+}
+
+/// On the accent a ring in the accent would not be seen.
+void PushButton::paintFocus(QPainter& painter) const
+{
+    if (m_style == ButtonStyle::borderedProminent)
+        paintFocusRing(painter, rect().adjusted(2, 2, -2, -2), radius - 2, Theme::cream());
+    else
+        paintFocusRing(painter, rect(), radius);
+}
+
+void PushButton::paintLabel(QPainter& painter) const
+{
+    const QString shown = shownText();
+    const int labelWidth = textWidth(shown, font()) + symbolWidth();
+    const QRect label = QStyle::alignedRect(layoutDirection(), Qt::AlignCenter, {labelWidth, height()}, rect());
+    if (m_symbol) {
+        const QRect symbol{label.left(), (height() - symbolSide) / 2, symbolSide, symbolSide};
+        drawSymbol(painter, *m_symbol, QStyle::visualRect(layoutDirection(), label, symbol), textColor());
+    }
+    painter.setFont(font());
+    painter.setPen(textColor());
+    const QRect beside = label.adjusted(symbolWidth(), 0, 0, 0);
+    painter.drawText(QStyle::visualRect(layoutDirection(), label, beside), Qt::AlignCenter | Qt::TextSingleLine, shown);
+}
+
+} // namespace tallyfox

@@ -1,0 +1,136 @@
+#include "Tallyfox/Agent/Desktop/AutostartLoginItem.h"
+
+#include "Tallyfox/Agent/Desktop/DesktopEntry.h"
+#include "Tallyfox/Engine/System/AccountHome.h"
+#include "Tallyfox/Engine/System/FileUpdate.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+namespace tallyfox {
+
+namespace {
+
+constexpr std::string_view hidden = "Hidden";
+constexpr std::string_view exec = "Exec";
+constexpr std::string_view tryExec = "TryExec";
+/// Says that the entry was made here, so that it may be taken away.
+constexpr std::string_view madeByUs = "X-Tallyfox-Created";
+/// Says that it was hidden here, not by the desktop's settings, so that it may be shown again.
+constexpr std::string_view hiddenByUs = "X-Tallyfox-Hidden";
+
+std::optional<DesktopEntry> entryIn(const std::filesystem::path& file)
+{
+    const auto content = FileUpdate::read(file);
+    const auto* const text = std::get_if<std::string>(&content);
+    return text ? std::optional{DesktopEntry{*text}} : std::nullopt;
+}
+
+/// A program by its path, or by its name in one of the folders of `PATH`.
+bool canBeStarted(const std::string& program)
+{
+    const QString name = QFile::decodeName(program.c_str());
+    const QFileInfo file{name};
+    return file.isAbsolute() ? file.isFile() && file.isExecutable() : !QStandardPaths::findExecutable(name).isEmpty();
+}
+
+bool isHiddenByUs(const DesktopEntry& entry)
+{
+    return entry.isTrue(hidden) && entry.isTrue(hiddenByUs);
+}
+
+bool findsProgram(const DesktopEntry& entry)
+{
+    const auto tried = entry.value(tryExec);
+    const auto program = programOf(entry.value(exec).value_or(std::string{}));
+    return program && canBeStarted(*program) && (!tried || tried->empty() || canBeStarted(*tried));
+}
+
+void setWhereAbsent(DesktopEntry& entry, std::string_view key, std::string_view value)
+{
+    if (!entry.value(key))
+        entry.set(key, value);
+}
+
+} // namespace
+
+AutostartLoginItem::AutostartLoginItem(std::filesystem::path entry, std::filesystem::path program)
+    : m_entry(std::move(entry))
+    , m_program(std::move(program))
+{ }
+
+/// Each desktop has a key of its own for the switch in its settings, besides the one that all know.
+bool AutostartLoginItem::isSwitchedOff(const DesktopEntry& entry) const
+{
+    const bool isHidden = entry.isTrue(hidden) && !entry.isTrue(hiddenByUs);
+    return isHidden || entry.value("X-GNOME-Autostart-enabled") == "false"
+        || entry.value("X-MATE-Autostart-enabled") == "false";
+}
+
+/// Makes an entry start this program, and changes nothing else. A command line that starts it already keeps its
+/// arguments.
+void AutostartLoginItem::complete(DesktopEntry& entry) const
+{
+    setWhereAbsent(entry, "Type", "Application");
+    setWhereAbsent(entry, "Name", "Tallyfox");
+    setWhereAbsent(entry, "Icon", "org.tallyfox.tallyfox");
+    if (programOf(entry.value(exec).value_or(std::string{})) != m_program.native())
+        entry.set(exec, execValue(m_program));
+    entry.set(tryExec, m_program.native());
+    if (isHiddenByUs(entry)) {
+        entry.remove(hidden);
+        entry.remove(hiddenByUs);
+    }
+}
+
+bool AutostartLoginItem::registerItem()
+{
+    const bool isWritten =
+        FileUpdate::apply(m_entry, [this](const std::string& before) -> std::optional<FileUpdate::Replacement> {
+            DesktopEntry entry{before};
+            if (isSwitchedOff(entry))
+                return std::nullopt;
+            complete(entry);
+            if (before.empty())
+                entry.set(madeByUs, "true");
+            const bool isComplete = entry.text() == before;
+            return isComplete ? std::nullopt : std::optional{FileUpdate::Replacement{.content = entry.text()}};
+        });
+    return isWritten && status() == LoginItemStatus::enabled;
+}
+
+bool AutostartLoginItem::unregisterItem()
+{
+    const auto current = entryIn(m_entry);
+    if (current && current->isTrue(madeByUs)) {
+        std::error_code error;
+        std::filesystem::remove(m_entry, error);
+        return !error;
+    }
+    if (!current || current->isTrue(hidden))
+        return status() != LoginItemStatus::enabled;
+    return FileUpdate::apply(m_entry, [](const std::string& before) {
+        DesktopEntry entry{before};
+        entry.set(hidden, "true");
+        entry.set(hiddenByUs, "true");
+        return std::optional{FileUpdate::Replacement{.content = entry.text()}};
+    });
+}
+
+LoginItemStatus AutostartLoginItem::status() const
+{
+    const auto entry = entryIn(m_entry);
+    if (!entry || isHiddenByUs(*entry))
+        return LoginItemStatus::notRegistered;
+    if (isSwitchedOff(*entry))
+        return LoginItemStatus::requiresApproval;
+    return findsProgram(*entry) ? LoginItemStatus::enabled : LoginItemStatus::notFound;
+}
+
+std::unique_ptr<LoginItem> makeLoginItem(const std::filesystem::path& program, const std::string& id)
+{
+    return std::make_unique<AutostartLoginItem>(configurationFolder() / "autostart" / (id + ".desktop"), program);
+}
+
+} // namespace tallyfox

@@ -1,0 +1,95 @@
+#include "Tallyfox/Agent/Instance/BusInstance.h"
+
+#include "Tallyfox/Agent/Instance/InstanceRequests.h"
+
+#include <QDBusMessage>
+#include <QDBusReply>
+#include <QLatin1StringView>
+
+namespace tallyfox {
+
+namespace {
+
+constexpr std::chrono::milliseconds claimLimit{1000}; ///< for a bus that has answered a moment ago
+constexpr std::chrono::milliseconds sendLimit{300};
+constexpr unsigned doNotQueue = 4; ///< and let nobody take the name over
+constexpr unsigned nameIsOurs = 1;
+constexpr unsigned nameIsAnothers = 3;
+
+QDBusMessage busCall(const QString& method)
+{
+    const QString bus = QStringLiteral("org.freedesktop.DBus");
+    return QDBusMessage::createMethodCall(bus, QStringLiteral("/org/freedesktop/DBus"), bus, method);
+}
+
+} // namespace
+
+BusInstance::BusInstance(const QDBusConnection& bus, const QString& id, QObject* parent)
+    : SingleInstance(parent)
+    , m_bus(bus)
+    , m_id(id)
+    , m_path(QLatin1Char('/') + QString{id}.replace(QLatin1Char('.'), QLatin1Char('/')))
+{
+    // Later, so that the caller, who waits only a moment, is answered first.
+    connect(this, &BusInstance::asked, this, &SingleInstance::requested, Qt::QueuedConnection);
+}
+
+BusInstance::~BusInstance()
+{
+    if (!m_isFirst)
+        return;
+    m_bus.unregisterObject(m_path);
+    m_bus.send(busCall(QStringLiteral("ReleaseName")) << m_id);
+}
+
+SingleInstance::Claim BusInstance::claim()
+{
+    // The object comes first: whoever sees the name may call at once.
+    if (!m_bus.registerObject(m_path, this, QDBusConnection::ExportScriptableSlots))
+        return Claim::impossible;
+    const QDBusMessage call = busCall(QStringLiteral("RequestName")) << m_id << doNotQueue;
+    const QDBusReply<unsigned> answer = m_bus.call(call, QDBus::Block, claimLimit.count());
+    m_isFirst = answer.isValid() && answer.value() == nameIsOurs;
+    if (m_isFirst)
+        return Claim::first;
+    m_bus.unregisterObject(m_path);
+    return answer.isValid() && answer.value() == nameIsAnothers ? Claim::other : Claim::impossible;
+}
+
+bool BusInstance::send(InstanceRequest request)
+{
+    return send(request, sendLimit);
+}
+
+bool BusInstance::send(InstanceRequest request, std::chrono::milliseconds limit)
+{
+    const bool isShow = request == InstanceRequest::show;
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(m_id, m_path, QStringLiteral("org.freedesktop.Application"),
+                                       isShow ? QStringLiteral("Activate") : QStringLiteral("ActivateAction"));
+    if (!isShow)
+        call << QString::fromLatin1(nameOf(request)) << QVariantList{};
+    call << QVariantMap{};
+    call.setAutoStartService(false); // a request is for an agent that runs
+    return m_bus.call(call, QDBus::Block, static_cast<int>(limit.count())).type() == QDBusMessage::ReplyMessage;
+}
+
+void BusInstance::Activate(const QVariantMap&)
+{
+    Q_EMIT asked(InstanceRequest::show);
+}
+
+void BusInstance::Open(const QStringList&, const QVariantMap&)
+{
+    Q_EMIT asked(InstanceRequest::show);
+}
+
+void BusInstance::ActivateAction(const QString& name, const QVariantList&, const QVariantMap&)
+{
+    if (const auto named = requestNamed(name.left(16).toLatin1()))
+        Q_EMIT asked(*named);
+    else
+        sendErrorReply(QDBusError::InvalidArgs, QStringLiteral("no such action"));
+}
+
+} // namespace tallyfox

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "Tallyfox/Agent/Instance/SingleInstance.h"
+
+#include <QDBusConnection>
+#include <QDBusContext>
+#include <QStringList>
+#include <QVariant>
+
+#include <chrono>
+
+namespace tallyfox {
+
+/// The agent as a name on a bus. What it answers to is org.freedesktop.Application, so that desktops can call it as
+/// well, as they call any other program.
+class BusInstance : public SingleInstance, protected QDBusContext {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
+
+public:
+    BusInstance(const QDBusConnection& bus, const QString& id, QObject* parent = nullptr);
+    /// Gives the name back.
+    ~BusInstance() override;
+
+    Claim claim() override;
+    bool send(InstanceRequest request) override;
+    bool send(InstanceRequest request, std::chrono::milliseconds limit);
+
+public Q_SLOTS:
+    // The names are those of the interface.
+    Q_SCRIPTABLE void Activate(const QVariantMap& platformData);
+    Q_SCRIPTABLE void Open(const QStringList& addresses, const QVariantMap& platformData);
+    Q_SCRIPTABLE void ActivateAction(const QString& name, const QVariantList& parameters,
+                                     const QVariantMap& platformData);
+
+Q_SIGNALS:
+    void asked(InstanceRequest request); ///< of the bus; `requested` follows
+
+private:
+    QDBusConnection m_bus;
+    QString m_id;
+    QString m_path;
+    bool m_isFirst = false;
+};
+
+} // namespace tallyfox

@@ -1,0 +1,64 @@
+#include "Tallyfox/Agent/Instance/SingleInstance.h"
+
+#include "Tallyfox/Agent/Bus/MessageBus.h"
+#include "Tallyfox/Agent/Instance/BusInstance.h"
+#include "Tallyfox/Agent/Instance/SocketInstance.h"
+
+#include <QDeadlineTimer>
+
+namespace tallyfox {
+
+namespace {
+
+constexpr std::chrono::seconds claimLimit{2}; ///< a bus may be slow while a session starts
+constexpr std::chrono::milliseconds sendLimit{2000}; ///< an agent that is just starting has no time yet
+constexpr std::chrono::milliseconds findBusLimit{200}; ///< of these; the rest is for the agent
+
+/// By the bus where it answers, else by the socket.
+class DesktopInstance : public SingleInstance {
+public:
+    explicit DesktopInstance(const QString& id)
+        : m_id(id)
+    { }
+
+    Claim claim() override
+    {
+        const QDBusConnection bus = answeringSessionBus(claimLimit);
+        const Claim byName = bus.isConnected() ? claimBy(std::make_unique<BusInstance>(bus, m_id)) : Claim::impossible;
+        return byName != Claim::impossible ? byName : claimBy(std::make_unique<SocketInstance>(runtimeFolder(), m_id));
+    }
+
+    bool send(InstanceRequest request) override
+    {
+        const QDeadlineTimer deadline{sendLimit};
+        const QDBusConnection bus = answeringSessionBus(findBusLimit);
+        if (bus.isConnected() && BusInstance{bus, m_id}.send(request, remaining(deadline)))
+            return true;
+        return SocketInstance{runtimeFolder(), m_id}.send(request, remaining(deadline));
+    }
+
+private:
+    static std::chrono::milliseconds remaining(const QDeadlineTimer& deadline)
+    {
+        return std::chrono::milliseconds{deadline.remainingTime()};
+    }
+
+    Claim claimBy(std::unique_ptr<SingleInstance> way)
+    {
+        m_way = std::move(way);
+        connect(m_way.get(), &SingleInstance::requested, this, &SingleInstance::requested);
+        return m_way->claim();
+    }
+
+    QString m_id;
+    std::unique_ptr<SingleInstance> m_way;
+};
+
+} // namespace
+
+std::unique_ptr<SingleInstance> makeSingleInstance(const QString& id)
+{
+    return std::make_unique<DesktopInstance>(id);
+}
+
+} // namespace tallyfox

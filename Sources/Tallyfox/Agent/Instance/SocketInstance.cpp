@@ -1,0 +1,165 @@
+#include "Tallyfox/Agent/Instance/SocketInstance.h"
+
+#include "Tallyfox/Agent/Bus/LocalSocket.h"
+#include "Tallyfox/Agent/Instance/InstanceRequests.h"
+#include "Tallyfox/Agent/Instance/SocketPeer.h"
+
+#include <QSocketNotifier>
+
+#include <algorithm>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
+
+namespace tallyfox {
+
+namespace {
+
+constexpr std::chrono::milliseconds sendLimit{300};
+constexpr std::chrono::milliseconds nextTry{10};
+constexpr std::chrono::seconds pause{1};
+constexpr std::size_t mostPeers = 16; ///< at a time; the others wait in the system's queue
+constexpr int longestQueue = 64;
+constexpr mode_t privateFile = S_IRUSR | S_IWUSR;
+
+/// Only this user can put anything into it.
+bool isPrivateFolder(const QByteArray& folder)
+{
+    struct stat status { };
+    return folder.startsWith('/') && lstat(folder.constData(), &status) == 0 && S_ISDIR(status.st_mode)
+        && status.st_uid == getuid() && (status.st_mode & (S_IWGRP | S_IWOTH)) == 0;
+}
+
+bool belongsToThisUser(const FileDescriptor& socket)
+{
+    ucred peer{};
+    socklen_t size = sizeof peer;
+    return getsockopt(socket.get(), SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 && peer.uid == getuid();
+}
+
+bool isAnswered(const LocalAddress& address, InstanceRequest request, const QDeadlineTimer& deadline)
+{
+    const FileDescriptor socket = connectedSocket(address);
+    if (!socket.isOpen() || !belongsToThisUser(socket)
+        || !sendAll(socket, QByteArray{nameOf(request)} + '\n', deadline))
+        return false;
+    QByteArray answer;
+    while (answer.size() < 3 && receiveMore(socket, answer, deadline)) {
+    }
+    return answer == "ok\n";
+}
+
+} // namespace
+
+SocketInstance::SocketInstance(const QByteArray& folder, const QString& id, QObject* parent)
+    : SingleInstance(parent)
+    , m_folder(folder)
+    , m_socketPath(folder + '/' + id.toUtf8() + ".socket")
+    , m_lockPath(folder + '/' + id.toUtf8() + ".lock")
+{ }
+
+SocketInstance::~SocketInstance()
+{
+    delete m_newcomers; // before the descriptor it watches is closed
+    if (m_socket.isOpen())
+        unlink(m_socketPath.constData());
+}
+
+SingleInstance::Claim SocketInstance::claim()
+{
+    if (!isPrivateFolder(m_folder) || !localAddress(m_socketPath))
+        return Claim::impossible;
+    FileDescriptor lock{open(m_lockPath.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, privateFile)};
+    if (!lock.isOpen())
+        return Claim::impossible;
+    if (flock(lock.get(), LOCK_EX | LOCK_NB) != 0)
+        return errno == EWOULDBLOCK ? Claim::other : Claim::impossible;
+    m_lock = std::move(lock);
+    // Without a socket it is the agent all the same, deaf to requests: a second one would be worse.
+    if (listen()) {
+        m_newcomers = new QSocketNotifier(m_socket.get(), QSocketNotifier::Read, this);
+        connect(m_newcomers, &QSocketNotifier::activated, this, &SocketInstance::accept);
+        m_pause.setSingleShot(true);
+        connect(&m_pause, &QTimer::timeout, this, &SocketInstance::resume);
+    }
+    return Claim::first;
+}
+
+bool SocketInstance::listen()
+{
+    const auto address = localAddress(m_socketPath);
+    FileDescriptor socket = newLocalSocket();
+    unlink(m_socketPath.constData());
+    // The mode of the socket is that of its file to be: there is no moment at which others could connect.
+    if (!socket.isOpen() || fchmod(socket.get(), privateFile) != 0
+        || bind(socket.get(), address->get(), address->size) != 0 || ::listen(socket.get(), longestQueue) != 0)
+        return false;
+    m_socket = std::move(socket);
+    return true;
+}
+
+void SocketInstance::accept()
+{
+    FileDescriptor socket{accept4(m_socket.get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK)};
+    if (!socket.isOpen()) {
+        pauseAfterFailure();
+        return;
+    }
+    if (!belongsToThisUser(socket))
+        return;
+    m_peers.push_back(std::make_unique<SocketPeer>(std::move(socket)));
+    m_newcomers->setEnabled(m_peers.size() < mostPeers);
+    const SocketPeer* peer = m_peers.back().get();
+    connect(peer, &SocketPeer::asked, this, &SocketInstance::requested, Qt::QueuedConnection);
+    connect(
+        peer, &SocketPeer::finished, this, [this, peer] { forget(*peer); }, Qt::QueuedConnection);
+}
+
+void SocketInstance::pauseAfterFailure()
+{
+    // A process without free descriptors would otherwise be told of the same newcomer for ever.
+    m_newcomers->setEnabled(false);
+    m_pause.start(pause);
+}
+
+void SocketInstance::resume()
+{
+    m_newcomers->setEnabled(m_peers.size() < mostPeers);
+}
+
+void SocketInstance::forget(const SocketPeer& peer)
+{
+    std::erase_if(m_peers, [&](const std::unique_ptr<SocketPeer>& each) { return each.get() == &peer; });
+    m_newcomers->setEnabled(true);
+}
+
+bool SocketInstance::send(InstanceRequest request)
+{
+    return send(request, sendLimit);
+}
+
+bool SocketInstance::send(InstanceRequest request, std::chrono::milliseconds limit)
+{
+    const QDeadlineTimer deadline{limit};
+    const auto address = localAddress(m_socketPath);
+    // There has never been an agent where there is no lock.
+    if (!address || !isPrivateFolder(m_folder) || access(m_lockPath.constData(), F_OK) != 0)
+        return false;
+    // An agent that has its lock may not have its socket yet.
+    while (!isAnswered(*address, request, deadline)) {
+        if (deadline.hasExpired())
+            return false;
+        std::this_thread::sleep_for(nextTry);
+    }
+    return true;
+}
+
+QByteArray runtimeFolder()
+{
+    const QByteArray given = qgetenv("XDG_RUNTIME_DIR");
+    return given.isEmpty() ? "/run/user/" + QByteArray::number(getuid()) : given;
+}
+
+} // namespace tallyfox

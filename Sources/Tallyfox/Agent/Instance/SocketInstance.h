@@ -1,0 +1,53 @@
+#pragma once
+
+#include "Tallyfox/Agent/Instance/SingleInstance.h"
+#include "TallyfoxCore/Files/FileDescriptor.h"
+
+#include <QByteArray>
+#include <QTimer>
+
+#include <chrono>
+#include <vector>
+
+class QSocketNotifier;
+
+namespace tallyfox {
+
+class SocketPeer;
+
+/// The agent as the holder of a lock beside a socket, both in a folder that only the user can enter. The lock, which
+/// the system gives back however its holder ends, decides; a socket that a killed agent has left is replaced.
+class SocketInstance : public SingleInstance {
+    Q_OBJECT
+
+public:
+    /// `folder` may be anything: one that is no private folder of this user makes every claim impossible.
+    SocketInstance(const QByteArray& folder, const QString& id, QObject* parent = nullptr);
+    /// Removes the socket and gives the lock back. The lock's file stays: another start may have it open.
+    ~SocketInstance() override;
+
+    Claim claim() override;
+    bool send(InstanceRequest request) override;
+    bool send(InstanceRequest request, std::chrono::milliseconds limit);
+
+private:
+    bool listen();
+    void accept();
+    void pauseAfterFailure();
+    void resume();
+    void forget(const SocketPeer& peer);
+
+    QByteArray m_folder;
+    QByteArray m_socketPath;
+    QByteArray m_lockPath;
+    FileDescriptor m_lock;
+    FileDescriptor m_socket;
+    QSocketNotifier* m_newcomers = nullptr;
+    QTimer m_pause;
+    std::vector<std::unique_ptr<SocketPeer>> m_peers;
+};
+
+/// The folder for such sockets: $XDG_RUNTIME_DIR, or where it usually is.
+QByteArray runtimeFolder();
+
+} // namespace tallyfox

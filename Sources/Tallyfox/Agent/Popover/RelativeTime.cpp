@@ -1,0 +1,82 @@
+#include "Tallyfox/Agent/Popover/RelativeTime.h"
+
+#include <QDateTime>
+#include <QLocale>
+#include <QTimeZone>
+
+#include <algorithm>
+#include <chrono>
+#include <unicode/locid.h>
+#include <unicode/numfmt.h>
+#include <unicode/reldatefmt.h>
+
+namespace tallyfox {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+struct Distance {
+    std::int64_t count; ///< never negative
+    URelativeDateTimeUnit unit;
+};
+
+/// How many whole months lie between two moments, `from` the earlier one.
+std::int64_t wholeMonths(Instant from, Instant to)
+{
+    const auto fromDay = std::chrono::floor<std::chrono::days>(from);
+    const auto toDay = std::chrono::floor<std::chrono::days>(to);
+    const std::chrono::year_month_day first{fromDay};
+    const std::chrono::year_month_day last{toDay};
+    const std::int64_t months = (last.year() / last.month() - first.year() / first.month()).count();
+    // The last month has not passed before the same time of the same day of it.
+    const bool isWhole = last.day() > first.day() || (last.day() == first.day() && to - toDay >= from - fromDay);
+    return isWhole ? months : months - 1;
+}
+
+Distance distance(Instant from, Instant to)
+{
+    const auto passed = to - from;
+    const std::int64_t months = wholeMonths(from, to);
+    if (months >= 12)
+        return {months / 12, UDAT_REL_UNIT_YEAR};
+    if (months >= 1)
+        return {months, UDAT_REL_UNIT_MONTH};
+    if (passed >= std::chrono::weeks{1})
+        return {passed / std::chrono::weeks{1}, UDAT_REL_UNIT_WEEK};
+    if (passed >= 24h)
+        return {passed / 24h, UDAT_REL_UNIT_DAY};
+    if (passed >= 1h)
+        return {passed / 1h, UDAT_REL_UNIT_HOUR};
+    if (passed >= 1min)
+        return {passed / 1min, UDAT_REL_UNIT_MINUTE};
+    return {passed / 1s, UDAT_REL_UNIT_SECOND};
+}
+
+QString phrase(double count, URelativeDateTimeUnit unit, const QLocale& locale, UErrorCode& status)
+{
+    const icu::Locale language = icu::Locale::forLanguageTag(locale.bcp47Name().toStdString(), status);
+    const icu::RelativeDateTimeFormatter formatter{language, nullptr, UDAT_STYLE_SHORT, UDISPCTX_CAPITALIZATION_NONE,
+                                                   status};
+    icu::UnicodeString text;
+    formatter.formatNumeric(count, unit, text, status);
+    return QString{reinterpret_cast<const QChar*>(text.getBuffer()), text.length()};
+}
+
+} // namespace
+
+QString relativeTimeText(Instant moment, Instant now, const QLocale& locale)
+{
+    const bool isPast = moment < now;
+    const auto [count, unit] = isPast ? distance(moment, now) : distance(now, moment);
+    UErrorCode status = U_ZERO_ERROR;
+    const auto signedCount = static_cast<double>(isPast ? -count : count);
+    QString text = phrase(signedCount, unit, locale, status);
+    if (U_SUCCESS(status))
+        return text;
+    // Without the library's data there is no phrase in any language: the moment itself then.
+    const auto seconds = std::chrono::floor<std::chrono::seconds>(moment).time_since_epoch().count();
+    return locale.toString(QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC), QLocale::ShortFormat);
+}
+
+} // namespace tallyfox

@@ -1,0 +1,78 @@
+#include "Tallyfox/Agent/Settings/AccountSettingsView.h"
+
+#include "Tallyfox/Agent/Controls/PushButton.h"
+#include "Tallyfox/Agent/Settings/AccountRow.h"
+
+namespace tallyfox {
+
+AccountSettingsView::AccountSettingsView(QWidget* parent)
+    : SettingsForm(parent)
+    , m_sync(new PushButton{tr("Sync Accounts"), ButtonStyle::bordered, this})
+{
+    addConnectedAccounts();
+    addLocalHistory();
+    addSection(tr("Previously Removed"))->addTextRow(tr("No removed accounts"));
+    endSections();
+    showHomeAccess(false);
+}
+
+void AccountSettingsView::addConnectedAccounts()
+{
+    m_accountSection = addSection(tr("Connected Accounts"));
+    m_sync->setSymbol(Symbol::arrowClockwise);
+    m_accountSection->addButtonRow(m_sync);
+    connect(m_sync, &QPushButton::clicked, this, &AccountSettingsView::refreshRequested);
+}
+
+void AccountSettingsView::addLocalHistory()
+{
+    SettingsSection* const section = addSection(tr("Local Usage History"));
+    m_homeAccess = section->addValueRow(tr("Home directory access"), QString{});
+    auto* const grant = new PushButton{tr("Allow Home Folder Access"), ButtonStyle::bordered, this};
+    m_grantRow = section->addButtonRow(grant);
+    section->addCaptionRow(tr("Claude and Codex usage metadata is read in place and is never copied."));
+    connect(grant, &QPushButton::clicked, this, &AccountSettingsView::homeAccessRequested);
+}
+
+void AccountSettingsView::setUsage(const UsageSnapshot& snapshot)
+{
+    showStates(snapshot.states);
+    showRefreshing(snapshot.isRefreshing);
+    showHomeAccess(snapshot.hasHomeAccess);
+}
+
+/// The rows of providers that were there before are kept: the list is that of all providers, always.
+void AccountSettingsView::showStates(const std::vector<ProviderState>& states)
+{
+    for (std::size_t index = 0; index < states.size(); ++index) {
+        if (index < m_rows.size()) {
+            m_rows[index]->setState(states[index]);
+            continue;
+        }
+        m_rows.push_back(new AccountRow{states[index], m_accountSection});
+        m_accountSection->insertWideRow(static_cast<int>(index), m_rows.back());
+    }
+}
+
+/// A button that is disabled loses the focus to the next one. Whoever synchronised by the keyboard gets it back,
+/// unless they have moved on.
+void AccountSettingsView::showRefreshing(bool isRefreshing)
+{
+    if (m_sync->isEnabled() != isRefreshing)
+        return;
+    const bool hadFocus = m_sync->hasFocus();
+    m_sync->setEnabled(!isRefreshing);
+    QWidget* const focus = window()->focusWidget();
+    if (isRefreshing)
+        m_focusWhileRefreshing = hadFocus ? focus : nullptr;
+    else if (m_focusWhileRefreshing && m_focusWhileRefreshing == focus)
+        m_sync->setFocus();
+}
+
+void AccountSettingsView::showHomeAccess(bool hasHomeAccess)
+{
+    m_homeAccess->setValue(hasHomeAccess ? tr("Allowed") : tr("Required"));
+    m_grantRow->setVisible(!hasHomeAccess);
+}
+
+} // namespace tallyfox

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "Tallyfox/Agent/Settings/SettingsForm.h"
+#include "Tallyfox/Engine/Store/UsageSnapshot.h"
+
+#include <QPointer>
+
+#include <vector>
+
+namespace tallyfox {
+
+class AccountRow;
+class PushButton;
+
+/// The "Accounts" tab: how each provider's account does, and whether the history may be read.
+class AccountSettingsView : public SettingsForm {
+    Q_OBJECT
+
+public:
+    explicit AccountSettingsView(QWidget* parent = nullptr);
+
+    void setUsage(const UsageSnapshot& snapshot);
+
+Q_SIGNALS:
+    void refreshRequested();
+    void homeAccessRequested();
+
+private:
+    void addConnectedAccounts();
+    void addLocalHistory();
+    void showStates(const std::vector<ProviderState>& states);
+    void showRefreshing(bool isRefreshing);
+    void showHomeAccess(bool hasHomeAccess);
+
+    SettingsSection* m_accountSection = nullptr;
+    std::vector<AccountRow*> m_rows;
+    PushButton* m_sync;
+    QPointer<QWidget> m_focusWhileRefreshing; ///< who got the focus when it was taken from the button
+    SettingsValue* m_homeAccess = nullptr;
+    QWidget* m_grantRow = nullptr;
+};
+
+} // namespace tallyfox

@@ -1,0 +1,57 @@
+#include "Tallyfox/Agent/Settings/SettingsWindow.h"
+
+#include "Tallyfox/Agent/Desktop/ActivationPolicy.h"
+#include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QVBoxLayout>
+
+namespace tallyfox {
+
+namespace {
+
+const QScreen& screenWithPointer()
+{
+    const QScreen* screen = QGuiApplication::screenAt(QCursor::pos());
+    return screen ? *screen : *QGuiApplication::primaryScreen();
+}
+
+} // namespace
+
+SettingsWindow::SettingsWindow(const QString& version, const SettingsServices& services)
+    : QWidget(nullptr,
+              Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint
+                  | Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint)
+    , m_view(new SettingsView{version, this})
+    , m_controller(*m_view, services)
+{
+    setObjectName(QStringLiteral("settings"));
+    setWindowTitle(tr("Tallyfox Settings"));
+    setFixedSize(Theme::settingsWidth, Theme::settingsHeight);
+    auto* layout = new QVBoxLayout{this};
+    layout->setContentsMargins({});
+    layout->addWidget(m_view);
+    services.activationPolicy.addWindow(*this);
+}
+
+void SettingsWindow::setUsage(const UsageSnapshot& snapshot)
+{
+    m_view->setUsage(snapshot);
+}
+
+void SettingsWindow::bringToFront()
+{
+    if (!m_isPlaced) {
+        move(screenWithPointer().availableGeometry().center() - rect().center());
+        m_isPlaced = true;
+    }
+    if (isMinimized())
+        showNormal();
+    show();
+    raise();
+    activateWindow();
+}
+
+} // namespace tallyfox

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "Tallyfox/Agent/Settings/SettingsController.h"
+#include "Tallyfox/Agent/Settings/SettingsView.h"
+
+#include <QWidget>
+
+namespace tallyfox {
+
+/// The settings window: made once, then hidden and shown again with what was chosen in it.
+class SettingsWindow : public QWidget {
+    Q_OBJECT
+
+public:
+    /// The services must outlive the window. `version` is the program's.
+    SettingsWindow(const QString& version, const SettingsServices& services);
+
+    void setUsage(const UsageSnapshot& snapshot);
+
+    /// What the user wants of the rest of the program.
+    [[nodiscard]] const SettingsController& controller() const
+    {
+        return m_controller;
+    }
+
+    /// Shows it, in the middle of the screen at first, over the other windows and with the focus.
+    void bringToFront();
+
+private:
+    SettingsView* m_view;
+    SettingsController m_controller;
+    bool m_isPlaced = false;
+};
+
+} // namespace tallyfox

@@ -1,0 +1,91 @@
+#pragma once
+
+#include "Tallyfox/Agent/KeepAwake/CaffeineController.h"
+#include "Tallyfox/Agent/KeepAwake/SleepInhibitor.h"
+#include "Tallyfox/Agent/Shell/PopoverWindow.h"
+#include "Tallyfox/Agent/Shortcut/GlobalShortcut.h"
+#include "Tallyfox/Agent/StatusItem/StatusItem.h"
+#include "Tallyfox/Engine/Preferences/UserDefaults.h"
+#include "Tallyfox/Engine/Store/UsageStore.h"
+
+#include <QObject>
+#include <QString>
+#include <QTimer>
+
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace tallyfox {
+
+class ActivationPolicySwitch;
+class LoginItem;
+class NotificationCenter;
+class SettingsWindow;
+
+/// The desktop as the agent sees it.
+struct AppDelegateEnvironment {
+    UsageStoreEnvironment store{};
+    std::unique_ptr<SleepInhibitor> sleepInhibitor{};
+    std::function<std::unique_ptr<StatusItem>()> makeStatusItem{};
+    std::function<std::unique_ptr<GlobalShortcut>()> registerGlobalShortcut{};
+    std::unique_ptr<LoginItem> loginItem{};
+    std::unique_ptr<NotificationCenter> notificationCenter{};
+    std::unique_ptr<ActivationPolicySwitch> activationPolicy{};
+    UserDefaults userDefaults{std::filesystem::path{}};
+};
+
+/// The agent: owns the one store and the keep-awake switch, and wires them to the status item, the popover, the
+/// settings window and the shortcut. Main thread.
+class AppDelegate : public QObject {
+    Q_OBJECT
+
+public:
+    /// `version` is the program's, as the settings show it.
+    AppDelegate(AppDelegateEnvironment environment, QString version, QObject* parent = nullptr);
+    ~AppDelegate() override;
+
+    /// Puts everything in place and starts the first refresh. Once.
+    void applicationDidFinishLaunching();
+
+    /// Opens the popover where the status item was clicked last, or closes it.
+    void togglePopover();
+    /// The same, never closing it.
+    void showPopover();
+    /// Opens the settings window, or brings it to the front.
+    void showSettings();
+    void closePopover();
+
+    /// The armed interval of the refreshes; nothing before the launch has finished.
+    [[nodiscard]] std::optional<std::chrono::seconds> refreshInterval() const
+    {
+        return m_store.refreshInterval();
+    }
+
+private:
+    void configureStatusItem();
+    void configurePopover();
+    void registerGlobalShortcut();
+    void activateStatusItem(std::optional<QPoint> click);
+    void openPopover();
+    void createSettingsWindow();
+    void publishLater();
+    void publish();
+    [[nodiscard]] bool isSettingsVisible() const;
+    [[nodiscard]] UsageSnapshot snapshot() const;
+
+    AppDelegateEnvironment m_environment;
+    QString m_version;
+    UsageStore m_store;
+    CaffeineController m_caffeine;
+    PopoverWindow m_popover;
+    std::unique_ptr<StatusItem> m_statusItem;
+    std::unique_ptr<SettingsWindow> m_settingsWindow;
+    std::unique_ptr<GlobalShortcut> m_hotKey;
+    std::optional<QPoint> m_lastClick; ///< on the status item
+    QTimer m_publication;
+};
+
+} // namespace tallyfox

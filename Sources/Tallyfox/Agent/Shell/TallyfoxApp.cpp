@@ -1,0 +1,182 @@
+#include "Tallyfox/Agent/Shell/TallyfoxApp.h"
+
+#include "Tallyfox/Agent/Bus/SessionBus.h"
+#include "Tallyfox/Agent/Controls/AccessibleElements.h"
+#include "Tallyfox/Agent/Desktop/ActivationPolicy.h"
+#include "Tallyfox/Agent/Desktop/Display.h"
+#include "Tallyfox/Agent/Desktop/FolderPicker.h"
+#include "Tallyfox/Agent/Desktop/LoginItem.h"
+#include "Tallyfox/Agent/Desktop/NotificationCenter.h"
+#include "Tallyfox/Agent/Instance/SingleInstance.h"
+#include "Tallyfox/Agent/Settings/AccessibleSettings.h"
+#include "Tallyfox/Agent/Shell/AppDelegate.h"
+#include "Tallyfox/Agent/StatusItem/StatusIconPainter.h"
+#include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
+#include "Tallyfox/Agent/Theme/Translations.h"
+#include "Tallyfox/Engine/CommandLine/HomeOption.h"
+#include "Tallyfox/Engine/Preferences/UserDefaults.h"
+#include "Tallyfox/Engine/Store/StoreEnvironment.h"
+#include "Tallyfox/Engine/System/AgentProgram.h"
+#include "Tallyfox/Engine/System/StandardStreams.h"
+#include "Tallyfox/Engine/System/TerminationSignals.h"
+#include "Tallyfox/Engine/System/ToolkitMessages.h"
+
+#include <QApplication>
+#include <QDBusConnection>
+#include <QLocale>
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tallyfox {
+
+namespace {
+
+QString applicationId()
+{
+    return QStringLiteral("org.tallyfox.tallyfox");
+}
+
+ExitStatus fail(const std::string& message, ExitStatus status = ExitStatus::failure)
+{
+    StandardStreams::writeDiagnostic(message);
+    return status;
+}
+
+InstanceRequest requestOf(AgentAction action)
+{
+    switch (action) {
+    case AgentAction::toggle:
+        return InstanceRequest::toggle;
+    case AgentAction::settings:
+        return InstanceRequest::settings;
+    case AgentAction::show:
+        break;
+    }
+    return InstanceRequest::show;
+}
+
+/// Before the first window: what desktops know the program by, and what ends it. Closing its last window does not.
+void introduce()
+{
+    QCoreApplication::setApplicationName(QStringLiteral("Tallyfox"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(TALLYFOX_VERSION));
+    QGuiApplication::setDesktopFileName(applicationId());
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+}
+
+AppDelegateEnvironment environmentOf(const StoreEnvironmentOptions& options)
+{
+    AppDelegateEnvironment environment;
+    environment.store = systemEnvironment(options);
+    environment.sleepInhibitor = makeSleepInhibitor();
+    environment.makeStatusItem = [] { return makeStatusItem(applicationId(), QStringLiteral("Tallyfox")); };
+    environment.registerGlobalShortcut = &registerGlobalShortcut;
+    environment.loginItem = makeLoginItem(AgentProgram::command(), applicationId().toStdString());
+    environment.notificationCenter = makeNotificationCenter(QDBusConnection::sessionBus());
+    environment.activationPolicy = makeActivationPolicySwitch();
+    environment.userDefaults = UserDefaults{options.userDefaults};
+    return environment;
+}
+
+void answer(AppDelegate& delegate, InstanceRequest request)
+{
+    switch (request) {
+    case InstanceRequest::show:
+        return delegate.showPopover();
+    case InstanceRequest::toggle:
+        return delegate.togglePopover();
+    case InstanceRequest::settings:
+        return delegate.showSettings();
+    }
+}
+
+} // namespace
+
+TallyfoxApp::TallyfoxApp(int& argc, char** argv)
+    : m_argc(argc)
+    , m_argv(argv)
+{ }
+
+ExitStatus TallyfoxApp::run()
+{
+    silenceToolkitMessages();
+    const std::vector<std::string_view> arguments(m_argv + std::min(1, m_argc), m_argv + m_argc);
+    const CommandLineRequest request = parseCommandLine(arguments);
+    if (const auto* error = std::get_if<UsageError>(&request))
+        return fail(error->message, ExitStatus::wrongUsage);
+    if (const auto* agent = std::get_if<AgentRequest>(&request))
+        return perform(*agent);
+    return fail("this is the agent's program; use tallyfox for the terminal", ExitStatus::wrongUsage);
+}
+
+ExitStatus TallyfoxApp::perform(const AgentRequest& request)
+{
+    const auto home = checkedHome(request.home);
+    if (const auto* error = std::get_if<UsageError>(&home))
+        return fail(error->message, ExitStatus::wrongUsage);
+    if (request.action == AgentAction::toggle)
+        return pass(request.action);
+    return start(request, std::get<std::optional<std::filesystem::path>>(home));
+}
+
+/// A key binding of a compositor calls this: it needs the bus alone, and no display.
+ExitStatus TallyfoxApp::pass(AgentAction action)
+{
+    chooseSessionBus();
+    const QCoreApplication application{m_argc, m_argv};
+    if (makeSingleInstance(applicationId())->send(requestOf(action)))
+        return ExitStatus::done;
+    return fail("no agent is running on this desktop; tallyfox starts it");
+}
+
+ExitStatus TallyfoxApp::start(const AgentRequest& request, const std::optional<std::filesystem::path>& home)
+{
+    if (!chooseDisplay())
+        return fail("there is no display to show a status icon on; tallyfox --summary prints the figures");
+    chooseSessionBus();
+    introduce();
+    TerminationSignals signals;
+    QApplication application{m_argc, m_argv};
+    signals.watch();
+    QObject::connect(&signals, &TerminationSignals::received, &application, &QCoreApplication::quit);
+    const std::unique_ptr<SingleInstance> instance = makeSingleInstance(applicationId());
+    if (instance->claim() != SingleInstance::Claim::other) {
+        runAgent(request, home, *instance);
+        signals.dieOfReceived();
+        return ExitStatus::done;
+    }
+    if (instance->send(requestOf(request.action)))
+        return ExitStatus::done;
+    return fail("the agent that runs on this desktop does not answer");
+}
+
+void TallyfoxApp::runAgent(const AgentRequest& request, const std::optional<std::filesystem::path>& home,
+                           SingleInstance& instance)
+{
+    installTranslations(*qApp, QLocale{});
+    Theme::apply(*qApp);
+    // Not every taskbar finds it by the desktop entry.
+    QGuiApplication::setWindowIcon(StatusIconPainter::icon(QString{}));
+    installAccessibleElements();
+    installAccessibleSettings();
+    StoreEnvironmentOptions options;
+    options.home = home;
+    options.fetchQuota = request.fetchesQuota;
+    options.userDefaults = UserDefaults::standardPath();
+    options.reaper = std::make_shared<ChildReaper>();
+    FolderPicker picker;
+    options.picker = &picker;
+    AppDelegate delegate{environmentOf(options), QStringLiteral(TALLYFOX_VERSION)};
+    QObject::connect(&picker, &FolderPicker::aboutToOpen, &delegate, &AppDelegate::closePopover);
+    QObject::connect(&instance, &SingleInstance::requested, &delegate,
+                     [&](InstanceRequest wish) { answer(delegate, wish); });
+    delegate.applicationDidFinishLaunching();
+    if (request.action == AgentAction::settings)
+        delegate.showSettings();
+    QCoreApplication::exec();
+}
+
+} // namespace tallyfox

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "Tallyfox/Engine/CommandLine/CommandLineOptions.h"
+#include "Tallyfox/Engine/CommandLine/ExitStatus.h"
+
+#include <filesystem>
+#include <optional>
+
+namespace tallyfox {
+
+class SingleInstance;
+
+/// One run of the agent's program: builds the parts, makes them one application, and runs it until the desktop or a
+/// signal ends it. Without anything to show on, or where an agent runs already, it is short.
+class TallyfoxApp {
+public:
+    /// Keeps references: both must outlive the object.
+    TallyfoxApp(int& argc, char** argv);
+
+    ExitStatus run();
+
+private:
+    ExitStatus perform(const AgentRequest& request);
+    ExitStatus pass(AgentAction action);
+    ExitStatus start(const AgentRequest& request, const std::optional<std::filesystem::path>& home);
+    void runAgent(const AgentRequest& request, const std::optional<std::filesystem::path>& home,
+                  SingleInstance& instance);
+
+    int& m_argc;
+    char** m_argv;
+};
+
+} // namespace tallyfox

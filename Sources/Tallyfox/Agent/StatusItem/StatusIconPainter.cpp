@@ -1,0 +1,93 @@
+#include "Tallyfox/Agent/StatusItem/StatusIconPainter.h"
+
+#include "Tallyfox/Agent/Theme/Symbol.h"
+#include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
+
+#include <QPainter>
+#include <QPainterPath>
+#include <QPixmap>
+
+#include <algorithm>
+#include <cmath>
+
+namespace tallyfox::StatusIconPainter {
+
+namespace {
+
+constexpr double cornerRadius = 0.19; // of the side, like all of the following
+constexpr double sideMargin = 1.0 / 16;
+constexpr double digitHeight = 0.66;
+constexpr double symbolMargin = 0.1;
+
+/// Wider than this, in terms of the font's own width, a single digit looks like another font's.
+constexpr double widestStretch = 1;
+
+/// The outline of the number, its top left at the origin. Outlines can be squeezed to the pixel, which fonts cannot.
+QPainterPath outline(const QString& number)
+{
+    QPainterPath path;
+    path.addText(QPointF{}, Theme::system(100, QFont::Bold), number);
+    return path.translated(-path.boundingRect().topLeft());
+}
+
+void drawNumber(QPainter& painter, const QString& number, int side)
+{
+    const QPainterPath path = outline(number);
+    const QRectF bounds = path.boundingRect();
+    if (bounds.isEmpty())
+        return;
+    // Whole pixels above and below keep the horizontal strokes sharp.
+    const double height = std::round(side * digitHeight);
+    const double top = std::floor((side - height) / 2);
+    const double scaleY = height / bounds.height();
+    const double widest = side - 2 * std::max(1.0, std::round(side * sideMargin));
+    const double scaleX = std::min(scaleY * widestStretch, widest / bounds.width());
+    painter.translate((side - bounds.width() * scaleX) / 2, top);
+    painter.scale(scaleX, scaleY);
+    painter.fillPath(path, Theme::cream());
+}
+
+} // namespace
+
+// Not with a regular expression: the toolkit compiles those to code, in memory that it can write and execute.
+QString number(const QString& title)
+{
+    const auto isDigit = [](QChar character) { return character >= u'0' && character <= u'9'; };
+    const auto* begin = std::find_if(title.begin(), title.end(), isDigit);
+    const auto* const end = std::find_if_not(begin, title.end(), isDigit);
+    const bool isNegative = begin != title.begin() && *(begin - 1) == u'-';
+    if (isNegative && begin != end)
+        --begin;
+    if (end - begin <= 3)
+        return QString{begin, end - begin};
+    return isNegative ? QStringLiteral("<0") : QStringLiteral("99+");
+}
+
+QImage image(const QString& number, int side)
+{
+    QImage result{side, side, QImage::Format_ARGB32_Premultiplied};
+    result.fill(Qt::transparent);
+    QPainter painter{&result};
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Theme::accent());
+    painter.drawRoundedRect(result.rect(), side * cornerRadius, side * cornerRadius);
+    if (number.isEmpty()) {
+        const double margin = std::round(side * symbolMargin);
+        drawSymbol(painter, Symbol::barChartFill, QRectF{result.rect()}.adjusted(margin, margin, -margin, -margin),
+                   Theme::cream());
+    } else {
+        drawNumber(painter, number, side);
+    }
+    return result;
+}
+
+QIcon icon(const QString& number)
+{
+    QIcon result;
+    for (const int side : sides)
+        result.addPixmap(QPixmap::fromImage(image(number, side)));
+    return result;
+}
+
+} // namespace tallyfox::StatusIconPainter

@@ -1,0 +1,111 @@
+#include "Tallyfox/Agent/StatusItem/TrayManagerWatch.h"
+
+#include <QByteArray>
+#include <QGuiApplication>
+
+#include <cstdlib>
+#include <memory>
+#include <xcb/xcb.h>
+
+namespace tallyfox {
+
+namespace {
+
+struct FreeMemory {
+    void operator()(void* memory) const
+    {
+        std::free(memory);
+    }
+};
+
+template <typename Reply> using XcbReply = std::unique_ptr<Reply, FreeMemory>;
+
+xcb_connection_t* toolkitConnection()
+{
+    const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    return x11 != nullptr ? x11->connection() : nullptr;
+}
+
+QByteArray selectionName()
+{
+    int screen = 0;
+    int display = 0;
+    char* host = nullptr;
+    if (xcb_parse_display(nullptr, &host, &display, &screen) != 0)
+        std::free(host);
+    return QByteArrayLiteral("_NET_SYSTEM_TRAY_S") + QByteArray::number(screen);
+}
+
+xcb_atom_t atom(xcb_connection_t* connection, const QByteArray& name)
+{
+    const auto cookie = xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.constData());
+    const XcbReply<xcb_intern_atom_reply_t> reply{xcb_intern_atom_reply(connection, cookie, nullptr)};
+    return reply ? reply->atom : 0;
+}
+
+/// Whether the end of `window` will be told; not when it has ended already.
+bool watchEndOf(xcb_connection_t* connection, xcb_window_t window)
+{
+    const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    const auto cookie = xcb_change_window_attributes_checked(connection, window, XCB_CW_EVENT_MASK, &mask);
+    const XcbReply<xcb_generic_error_t> error{xcb_request_check(connection, cookie)};
+    return !error;
+}
+
+} // namespace
+
+TrayManagerWatch::TrayManagerWatch(QObject* parent)
+    : QObject{parent}
+    , m_connection{toolkitConnection()}
+{
+    if (m_connection == nullptr)
+        return;
+    m_news.setSingleShot(true);
+    connect(&m_news, &QTimer::timeout, this, &TrayManagerWatch::managerChanged);
+    m_selection = atom(m_connection, selectionName());
+    m_announcement = atom(m_connection, QByteArrayLiteral("MANAGER"));
+    qGuiApp->installNativeEventFilter(this); // removed by its destructor
+    findManager();
+}
+
+quint32 TrayManagerWatch::manager() const
+{
+    return m_manager;
+}
+
+void TrayManagerWatch::findManager()
+{
+    const auto cookie = xcb_get_selection_owner(m_connection, m_selection);
+    const XcbReply<xcb_get_selection_owner_reply_t> reply{xcb_get_selection_owner_reply(m_connection, cookie, nullptr)};
+    setManager(reply ? reply->owner : 0);
+}
+
+void TrayManagerWatch::setManager(quint32 window)
+{
+    if (window != 0 && !watchEndOf(m_connection, window))
+        window = 0;
+    if (window == m_manager)
+        return;
+    m_manager = window;
+    m_news.start();
+}
+
+/// Trays announce themselves to the root window, whose messages the toolkit asks for anyway.
+bool TrayManagerWatch::nativeEventFilter(const QByteArray& eventType, void* message, qintptr* /*result*/)
+{
+    if (eventType != "xcb_generic_event_t")
+        return false;
+    const auto* event = static_cast<const xcb_generic_event_t*>(message);
+    const int type = event->response_type & 0x7f;
+    if (type == XCB_CLIENT_MESSAGE) {
+        const auto* announcement = static_cast<const xcb_client_message_event_t*>(message);
+        if (announcement->type == m_announcement && announcement->data.data32[1] == m_selection)
+            findManager();
+    } else if (type == XCB_DESTROY_NOTIFY
+               && static_cast<const xcb_destroy_notify_event_t*>(message)->window == m_manager) {
+        findManager();
+    }
+    return false;
+}
+
+} // namespace tallyfox

@@ -1,0 +1,61 @@
+#include "Tallyfox/Agent/Theme/ServiceRow.h"
+
+#include "Tallyfox/Agent/Theme/ProviderPresentation.h"
+#include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
+#include "Tallyfox/Agent/Theme/TranslatedText.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+
+namespace tallyfox {
+
+namespace {
+
+struct ServiceRowText {
+    Q_DECLARE_TR_FUNCTIONS(ServiceRow)
+};
+
+ServiceRow stagedRow(const QString& name, Symbol symbol, const QString& detail)
+{
+    return {name, symbol, detail, ServiceRowText::tr("Coming Soon"), Theme::muted()};
+}
+
+} // namespace
+
+ServiceRow serviceRow(const ProviderState& state)
+{
+    const std::string_view title = providerTitle(state.provider);
+    return {QString::fromUtf8(title.data(), static_cast<qsizetype>(title.size())), providerSymbol(state.provider),
+            translatedText(state.detail), translatedText(rawValue(state.health)), healthColor(state.health)};
+}
+
+std::array<ServiceRow, 2> stagedServiceRows()
+{
+    return {stagedRow(QStringLiteral("Gemini"), Symbol::diamond, ServiceRowText::tr("CLI support staged")),
+            stagedRow(QStringLiteral("Windsurf"), Symbol::wind, ServiceRowText::tr("Credential boundary staged"))};
+}
+
+std::int64_t connectedCount(std::span<const ProviderState> states)
+{
+    return std::count_if(states.begin(), states.end(),
+                         [](const ProviderState& state) { return state.health == SourceHealth::connected; });
+}
+
+const QColor& healthColor(SourceHealth health)
+{
+    switch (health) {
+    case SourceHealth::connected:
+        return Theme::success();
+    case SourceHealth::localOnly:
+    case SourceHealth::stale:
+        return Theme::claude();
+    case SourceHealth::permissionRequired:
+        return Theme::warning();
+    case SourceHealth::unavailable:
+        break;
+    }
+    return Theme::muted();
+}
+
+} // namespace tallyfox

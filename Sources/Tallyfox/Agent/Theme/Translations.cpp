@@ -1,0 +1,57 @@
+#include "Tallyfox/Agent/Theme/Translations.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QTranslator>
+
+#include <memory>
+
+namespace tallyfox {
+
+namespace {
+
+void install(QCoreApplication& application, const QString& file)
+{
+    auto translator = std::make_unique<QTranslator>(&application);
+    if (translator->load(file))
+        QCoreApplication::installTranslator(translator.release()); // the application owns it
+}
+
+QString ownFile(const QString& language)
+{
+    return QStringLiteral(":/translations/tallyfox_%1.qm").arg(language);
+}
+
+QString toolkitFile(const QString& language)
+{
+    return QLibraryInfo::path(QLibraryInfo::TranslationsPath) + QStringLiteral("/qtbase_%1.qm").arg(language);
+}
+
+} // namespace
+
+void installTranslations(QCoreApplication& application, const QLocale& locale)
+{
+    const QString language = translatedLanguage(locale.uiLanguages());
+    if (language.isEmpty())
+        return;
+    install(application, toolkitFile(language));
+    install(application, ownFile(language));
+}
+
+/// The toolkit itself would pass over English, for which there is no file, and take the next best language.
+QString translatedLanguage(const QStringList& languages)
+{
+    for (const QString& name : languages) {
+        const QLocale::Language language = QLocale{name}.language();
+        if (language == QLocale::English || language == QLocale::C)
+            return {};
+        QString code = QLocale::languageToCode(language);
+        if (QFile::exists(ownFile(code)))
+            return code;
+    }
+    return {};
+}
+
+} // namespace tallyfox

@@ -1,0 +1,182 @@
+#include "Tallyfox/Engine/Quota/CodexQuotaFetcher.h"
+
+#include "Tallyfox/Engine/Quota/ChildProcess.h"
+#include "Tallyfox/Engine/Quota/ChildReaper.h"
+#include "Tallyfox/Engine/Quota/ExchangeClock.h"
+#include "Tallyfox/Engine/Quota/LineAssembler.h"
+#include "TallyfoxCore/Json/Utf8.h"
+#include "TallyfoxCore/Usage/CodexRateLimitParser.h"
+
+#include <cerrno>
+#include <cstdint>
+#include <fcntl.h>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace tallyfox::CodexQuotaFetcher {
+
+namespace {
+
+using Outcome = std::variant<QuotaSnapshot, QuotaError>;
+
+constexpr std::int64_t rateLimitRequest = 2; ///< id of the request whose reply is wanted
+constexpr std::string_view requests =
+    R"({"method":"initialize","id":0,"params":{"clientInfo":{"name":"tallyfox","title":"Tallyfox","version":"0.1.0"}}})"
+    "\n"
+    R"({"method":"initialized"})"
+    "\n"
+    R"({"method":"account/rateLimits/read","id":2})"
+    "\n";
+constexpr std::size_t maximumLineLength = std::size_t{1024} * 1024; ///< bytes; no reply comes near it
+constexpr std::size_t pieceSize = std::size_t{64} * 1024; ///< bytes read at a time
+
+std::error_code lastError()
+{
+    return {errno, std::system_category()};
+}
+
+bool isExecutableFile(const std::filesystem::path& path)
+{
+    struct stat status { };
+    return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode)
+        && faccessat(AT_FDCWD, path.c_str(), X_OK, AT_EACCESS) == 0;
+}
+
+/// The outcome if `line` is the wanted reply. A byte that is no UTF-8 spoils its line alone.
+std::optional<Outcome> outcomeOf(std::string_view line)
+{
+    std::string repaired;
+    if (!isValidUtf8(line)) {
+        repaired = repairedUtf8(line);
+        line = repaired;
+    }
+    if (!CodexRateLimitParser::isReply(line, rateLimitRequest))
+        return std::nullopt;
+    const auto decoded = CodexRateLimitParser::decode(line);
+    if (const auto* error = std::get_if<DecodingError>(&decoded))
+        return QuotaError{*error};
+    return std::get<QuotaSnapshot>(decoded);
+}
+
+/// Reads a child's output, in pieces, until the reply is found.
+class ReplyReader {
+public:
+    explicit ReplyReader(const FileDescriptor& output)
+        : m_output(output)
+    { }
+
+    /// Reads one piece; the outcome, if the piece decided it.
+    std::optional<Outcome> readPiece()
+    {
+        const ssize_t count = read(m_output.get(), m_piece.data(), m_piece.size());
+        if (count < 0)
+            return errno == EAGAIN || errno == EINTR ? std::nullopt : std::optional<Outcome>{lastError()};
+        if (count == 0)
+            return outcomeAtEnd();
+        std::string_view input{m_piece.data(), static_cast<std::size_t>(count)};
+        while (const auto line = m_lines.next(input)) {
+            if (auto outcome = outcomeOf(*line))
+                return outcome;
+        }
+        return std::nullopt;
+    }
+
+private:
+    Outcome outcomeAtEnd()
+    {
+        const auto line = m_lines.last();
+        return (line ? outcomeOf(*line) : std::nullopt).value_or(SourceError::unavailable);
+    }
+
+    const FileDescriptor& m_output;
+    LineAssembler m_lines{maximumLineLength};
+    std::vector<char> m_piece = std::vector<char>(pieceSize);
+};
+
+/// A reply that is already there when the limit strikes still wins; only one piece is read for it, so that a child
+/// that floods its output cannot put the limit off.
+Outcome awaitReply(const FileDescriptor& output, const ExchangeClock& clock)
+{
+    ReplyReader reader{output};
+    for (;;) {
+        const auto woken = clock.wait(output);
+        if (const auto* error = std::get_if<std::error_code>(&woken))
+            return *error;
+        const auto& wake = std::get<ExchangeClock::Wake>(woken);
+        if (wake.isStopped)
+            return SourceError::cancelled;
+        if (wake.hasOutput) {
+            if (auto outcome = reader.readPiece())
+                return *outcome;
+        }
+        if (wake.isExpired)
+            return SourceError::timeout;
+    }
+}
+
+/// Fills the pipe before the child exists: the pipe is empty and its reading end is our own, so that the one write
+/// can neither block, nor be cut short, nor fail because a child has exited already.
+std::error_code writeRequests(const Pipe& input)
+{
+    return write(input.writer.get(), requests.data(), requests.size()) < 0 ? lastError() : std::error_code{};
+}
+
+Outcome exchange(const std::filesystem::path& executable, Pipe input, Pipe output, ChildReaper& reaper,
+                 const ExchangeClock& clock)
+{
+    if (const std::error_code error = writeRequests(input))
+        return error;
+    if (fcntl(output.reader.get(), F_SETFL, O_NONBLOCK) != 0)
+        return lastError();
+    const auto started =
+        reaper.start([&] { return spawnChild(executable, "app-server", input.reader, output.writer); });
+    if (const auto* error = std::get_if<std::error_code>(&started))
+        return *error;
+    if (std::holds_alternative<ChildReaper::Ended>(started))
+        return SourceError::cancelled;
+    input.reader = FileDescriptor{};
+    output.writer = FileDescriptor{};
+    const Outcome outcome = awaitReply(output.reader, clock);
+    input.writer = FileDescriptor{}; // before the child is told to terminate, which `started` does when it goes
+    return outcome;
+}
+
+} // namespace
+
+std::vector<std::filesystem::path> candidates(const std::filesystem::path& accountHome)
+{
+    return {accountHome / ".local/bin/codex", "/opt/homebrew/bin/codex", "/usr/local/bin/codex"};
+}
+
+std::variant<std::filesystem::path, SourceError> executableURL(const std::vector<std::filesystem::path>& candidates)
+{
+    for (const std::filesystem::path& candidate : candidates) {
+        if (isExecutableFile(candidate))
+            return candidate;
+    }
+    return SourceError::missingCLI;
+}
+
+std::variant<QuotaSnapshot, QuotaError> fetch(const std::vector<std::filesystem::path>& candidates, ChildReaper& reaper,
+                                              const std::stop_token& stop, std::chrono::milliseconds limit)
+{
+    const ExchangeClock clock{limit, stop};
+    if (stop.stop_requested())
+        return SourceError::cancelled;
+    const auto executable = executableURL(candidates);
+    if (const auto* error = std::get_if<SourceError>(&executable))
+        return *error;
+    auto input = Pipe::open();
+    if (const auto* error = std::get_if<std::error_code>(&input))
+        return *error;
+    auto output = Pipe::open();
+    if (const auto* error = std::get_if<std::error_code>(&output))
+        return *error;
+    return exchange(std::get<std::filesystem::path>(executable), std::move(std::get<Pipe>(input)),
+                    std::move(std::get<Pipe>(output)), reaper, clock);
+}
+
+} // namespace tallyfox::CodexQuotaFetcher

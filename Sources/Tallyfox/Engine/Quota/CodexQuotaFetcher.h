@@ -1,0 +1,38 @@
+#pragma once
+
+#include "Tallyfox/Engine/Quota/SourceError.h"
+#include "TallyfoxCore/Usage/QuotaSnapshot.h"
+
+#include <chrono>
+#include <filesystem>
+#include <memory>
+#include <stop_token>
+#include <variant>
+#include <vector>
+
+namespace tallyfox {
+
+class ChildReaper;
+
+/// Asks the user's own `codex` executable for the account's rate limits, over newline-delimited JSON-RPC on the
+/// standard input and output of a child process.
+namespace CodexQuotaFetcher {
+
+inline constexpr std::chrono::seconds timeLimit{10}; ///< of a whole fetch; counts system sleep
+
+/// Where `codex` is looked for, in this order, given the home folder of the account.
+std::vector<std::filesystem::path> candidates(const std::filesystem::path& accountHome);
+
+/// The first candidate that is an executable file, or `SourceError::missingCLI`.
+std::variant<std::filesystem::path, SourceError> executableURL(const std::vector<std::filesystem::path>& candidates);
+
+/// One exchange. Blocks until the reply, a failure, the limit or a stop request, whichever is first; never waits for
+/// the child to exit. Whatever the way out, the child's process group is told to terminate and `reaper` sees to it
+/// that nothing of it is left 2 seconds later.
+std::variant<QuotaSnapshot, QuotaError> fetch(const std::vector<std::filesystem::path>& candidates, ChildReaper& reaper,
+                                              const std::stop_token& stop = {},
+                                              std::chrono::milliseconds limit = timeLimit);
+
+} // namespace CodexQuotaFetcher
+
+} // namespace tallyfox

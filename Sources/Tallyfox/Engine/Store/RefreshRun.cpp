@@ -1,0 +1,118 @@
+#include "Tallyfox/Engine/Store/RefreshRun.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+
+#include <algorithm>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <system_error>
+
+namespace tallyfox {
+
+namespace {
+
+constexpr std::chrono::milliseconds partingTime{250}; ///< for loads that are asked to stop
+
+std::size_t placeOf(Provider provider)
+{
+    const auto* const place = std::find(allProviders.begin(), allProviders.end(), provider);
+    return static_cast<std::size_t>(place - allProviders.begin());
+}
+
+} // namespace
+
+class RefreshRun::Mailbox {
+public:
+    explicit Mailbox(QObject* receiver)
+        : m_receiver(receiver)
+    { }
+
+    void deliver(ProviderUpdate update)
+    {
+        const std::lock_guard lock{m_mutex};
+        m_updates.at(placeOf(update.provider)) = std::move(update);
+        if (!isComplete())
+            return;
+        m_completed.notify_all();
+        // Under the lock, so that the receiver cannot go meanwhile. The event carries nothing: whatever is passed
+        // between the threads is passed under this lock.
+        if (m_receiver)
+            QCoreApplication::postEvent(m_receiver, new QEvent{QEvent::User});
+    }
+
+    void forgetReceiver()
+    {
+        const std::lock_guard lock{m_mutex};
+        m_receiver = nullptr;
+    }
+
+    bool waitUntilComplete(std::chrono::milliseconds limit)
+    {
+        std::unique_lock lock{m_mutex};
+        return m_completed.wait_for(lock, limit, [this] { return isComplete(); });
+    }
+
+    Updates take()
+    {
+        const std::lock_guard lock{m_mutex};
+        return {std::move(m_updates[0].value()), std::move(m_updates[1].value())};
+    }
+
+private:
+    [[nodiscard]] bool isComplete() const
+    {
+        return std::all_of(m_updates.begin(), m_updates.end(), [](const auto& update) { return update.has_value(); });
+    }
+
+    std::mutex m_mutex; ///< guards everything below
+    std::condition_variable m_completed;
+    QObject* m_receiver;
+    std::array<std::optional<ProviderUpdate>, allProviders.size()> m_updates;
+};
+
+RefreshRun::RefreshRun(const LoadEnvironment& environment, QObject* receiver)
+    : m_mailbox(std::make_shared<Mailbox>(receiver))
+{
+    for (const Provider provider : allProviders) {
+        auto load = [provider, own = LoadEnvironment{environment}, mailbox = m_mailbox,
+                     stop = m_stop.get_token()]() mutable {
+            ProviderUpdate update = loadProvider(provider, own, stop);
+            own = {}; // nothing of the outside world is held any more when the update is out
+            mailbox->deliver(std::move(update));
+        };
+        try {
+            m_threads.at(placeOf(provider)) = std::thread{std::move(load)};
+        } catch (const std::system_error&) {
+            m_mailbox->deliver(failedLoad(provider, environment));
+        }
+    }
+}
+
+RefreshRun::~RefreshRun()
+{
+    abandon();
+    const bool isComplete = m_mailbox->waitUntilComplete(partingTime);
+    for (std::thread& thread : m_threads) {
+        if (!thread.joinable())
+            continue;
+        if (isComplete)
+            thread.join();
+        else
+            thread.detach();
+    }
+}
+
+RefreshRun::Updates RefreshRun::takeUpdates()
+{
+    return m_mailbox->take();
+}
+
+void RefreshRun::abandon()
+{
+    m_mailbox->forgetReceiver();
+    m_stop.request_stop();
+}
+
+} // namespace tallyfox

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "Tallyfox/Engine/Store/ProviderLoad.h"
+
+#include <array>
+#include <memory>
+#include <stop_token>
+#include <thread>
+
+class QObject;
+
+namespace tallyfox {
+
+/// The two loads of one refresh, each on a thread of its own and both at the same time. When the second of them is
+/// done the receiver gets one custom event (`QEvent::User`) on its own thread. Main thread only.
+///
+/// A load can be stuck for as long as a stalled file system likes. So what the loads and this object share belongs to
+/// all of them: a load that is abandoned posts into something that nobody looks at any more.
+class RefreshRun {
+public:
+    using Updates = std::array<ProviderUpdate, allProviders.size()>;
+
+    RefreshRun(const LoadEnvironment& environment, QObject* receiver);
+    RefreshRun(const RefreshRun&) = delete;
+    RefreshRun& operator=(const RefreshRun&) = delete;
+    /// Abandons the loads unless they are done: as `abandon`, then waits a quarter of a second at most.
+    ~RefreshRun();
+
+    /// The updates in the order of `allProviders`. Only after the event.
+    [[nodiscard]] Updates takeUpdates();
+
+    /// Asks the loads to stop; the receiver is not told any more.
+    void abandon();
+
+private:
+    class Mailbox;
+
+    std::shared_ptr<Mailbox> m_mailbox;
+    std::stop_source m_stop;
+    std::array<std::thread, allProviders.size()> m_threads;
+};
+
+} // namespace tallyfox

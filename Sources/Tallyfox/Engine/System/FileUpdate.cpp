@@ -1,0 +1,172 @@
+#include "Tallyfox/Engine/System/FileUpdate.h"
+
+#include "TallyfoxCore/Files/FileDescriptor.h"
+
+#include <cerrno>
+#include <chrono>
+#include <fcntl.h>
+#include <string_view>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
+
+namespace tallyfox::FileUpdate {
+
+namespace {
+
+constexpr std::chrono::milliseconds longestWait{500};
+constexpr std::chrono::milliseconds betweenTries{1};
+
+/// Creates what is missing of a folder's path. An existing folder is left as it is.
+void makeFolders(const std::filesystem::path& folder)
+{
+    if (folder.has_parent_path() && folder.parent_path() != folder)
+        makeFolders(folder.parent_path());
+    mkdir(folder.c_str(), S_IRWXU); // a failure shows when something is to be made in it
+}
+
+/// The file itself where `file` is a link to it, so that the link is not what is replaced.
+std::filesystem::path behindLinks(const std::filesystem::path& file)
+{
+    std::error_code error;
+    const auto target = std::filesystem::canonical(file, error);
+    return error ? file : target;
+}
+
+std::optional<std::string> contentOf(const FileDescriptor& file)
+{
+    std::string content(maximumSize + 1, '\0'); // the one byte more tells a file that is too large
+    std::size_t size = 0;
+    while (size < content.size()) {
+        const ssize_t count = ::read(file.get(), content.data() + size, content.size() - size);
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count < 0)
+            return std::nullopt;
+        if (count == 0)
+            break;
+        size += static_cast<std::size_t>(count);
+    }
+    content.resize(size);
+    return size <= maximumSize ? std::optional{std::move(content)} : std::nullopt;
+}
+
+bool writeAll(const FileDescriptor& file, std::string_view content)
+{
+    while (!content.empty()) {
+        const ssize_t count = ::write(file.get(), content.data(), content.size());
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count <= 0)
+            return false;
+        content.remove_prefix(static_cast<std::size_t>(count));
+    }
+    return fsync(file.get()) == 0;
+}
+
+/// The file that is going to replace another. Its name is also the lock: whoever holds the file that bears it may
+/// replace the other one. A process that dies leaves a draft behind that the next one takes over, never more than one.
+class Draft {
+public:
+    explicit Draft(const std::filesystem::path& file)
+        : m_name(file.native() + ".new")
+        , m_file(locked(m_name))
+    { }
+    Draft(const Draft&) = delete;
+    Draft& operator=(const Draft&) = delete;
+    ~Draft()
+    {
+        if (m_file.isOpen() && !m_isMoved)
+            unlink(m_name.c_str());
+    }
+
+    [[nodiscard]] bool isOurs() const
+    {
+        return m_file.isOpen();
+    }
+
+    bool becomes(const std::filesystem::path& file, std::string_view content)
+    {
+        m_isMoved =
+            ftruncate(m_file.get(), 0) == 0 && writeAll(m_file, content) && rename(m_name.c_str(), file.c_str()) == 0;
+        return m_isMoved;
+    }
+
+private:
+    /// A file that was renamed or removed while this process waited for it is no draft any more.
+    static bool bearsName(const FileDescriptor& file, const std::string& name)
+    {
+        struct stat opened { };
+        struct stat named { };
+        return fstat(file.get(), &opened) == 0 && lstat(name.c_str(), &named) == 0 && opened.st_dev == named.st_dev
+            && opened.st_ino == named.st_ino;
+    }
+
+    static FileDescriptor locked(const std::string& name)
+    {
+        const auto deadline = std::chrono::steady_clock::now() + longestWait;
+        while (true) {
+            FileDescriptor file{open(name.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR)};
+            const bool isLocked = file.isOpen() && flock(file.get(), LOCK_EX | LOCK_NB) == 0;
+            if (!file.isOpen() || (isLocked && bearsName(file, name)))
+                return file;
+            if (std::chrono::steady_clock::now() >= deadline)
+                return FileDescriptor{};
+            std::this_thread::sleep_for(betweenTries);
+        }
+    }
+
+    std::string m_name;
+    FileDescriptor m_file;
+    bool m_isMoved = false;
+};
+
+bool store(const std::filesystem::path& file, std::string_view content)
+{
+    Draft draft{file};
+    return draft.isOurs() && draft.becomes(file, content);
+}
+
+} // namespace
+
+std::variant<std::string, Absent, Unreadable> read(const std::filesystem::path& file)
+{
+    // Without O_NONBLOCK a pipe of that name would be waited for.
+    const FileDescriptor opened{open(file.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC)};
+    if (!opened.isOpen() && (errno == ENOENT || errno == ENOTDIR))
+        return Absent{};
+    struct stat status { };
+    if (!opened.isOpen() || fstat(opened.get(), &status) != 0 || !S_ISREG(status.st_mode))
+        return Unreadable{};
+    auto content = contentOf(opened);
+    if (!content)
+        return Unreadable{};
+    return std::move(*content);
+}
+
+std::filesystem::path backupOf(const std::filesystem::path& file)
+{
+    return file.native() + ".backup";
+}
+
+bool apply(const std::filesystem::path& file, const Change& change)
+{
+    const auto target = behindLinks(file);
+    makeFolders(target.parent_path());
+    Draft draft{target};
+    if (!draft.isOurs())
+        return false;
+    const auto before = read(target);
+    if (std::holds_alternative<Unreadable>(before))
+        return false;
+    const auto* const content = std::get_if<std::string>(&before);
+    const auto wanted = change(content ? *content : std::string{});
+    if (!wanted)
+        return true;
+    if (wanted->keepsBackup && content && !store(backupOf(target), *content))
+        return false;
+    return draft.becomes(target, wanted->content);
+}
+
+} // namespace tallyfox::FileUpdate

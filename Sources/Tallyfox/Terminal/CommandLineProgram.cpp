@@ -1,0 +1,145 @@
+#include "Tallyfox/Terminal/CommandLineProgram.h"
+
+#include "Tallyfox/Engine/CommandLine/HomeOption.h"
+#include "Tallyfox/Engine/Preferences/UserDefaults.h"
+#include "Tallyfox/Engine/Store/StoreEnvironment.h"
+#include "Tallyfox/Engine/System/AgentProgram.h"
+#include "Tallyfox/Engine/System/StandardStreams.h"
+#include "Tallyfox/Engine/System/SystemCalendar.h"
+#include "Tallyfox/Engine/System/TerminationSignals.h"
+#include "Tallyfox/Engine/System/ToolkitMessages.h"
+#include "Tallyfox/Terminal/SummaryJson.h"
+#include "Tallyfox/Terminal/SummaryTable.h"
+
+#include <QCoreApplication>
+#include <QTimer>
+
+#include <algorithm>
+#include <chrono>
+#include <string>
+#include <system_error>
+#include <vector>
+
+namespace tallyfox {
+
+namespace {
+
+/// `status` when the text could be written, or nobody wants to read it.
+ExitStatus print(std::string_view text, ExitStatus status = ExitStatus::done)
+{
+    const auto outcome = StandardStreams::writeOutput(text);
+    const auto* error = std::get_if<std::error_code>(&outcome);
+    if (!error)
+        return status;
+    StandardStreams::writeDiagnostic("cannot write to standard output: " + error->message());
+    return ExitStatus::failure;
+}
+
+UsageStoreEnvironment environmentOf(const SummaryRequest& request)
+{
+    StoreEnvironmentOptions options;
+    options.home = request.home;
+    options.fetchQuota = request.fetchesQuota;
+    options.userDefaults = UserDefaults::standardPath();
+    if (request.fetchesQuota)
+        options.reaper = std::make_shared<ChildReaper>();
+    UsageStoreEnvironment environment = systemEnvironment(options);
+    // One calendar for the whole run: the days are printed as they were counted.
+    environment.calendar = [calendar = systemCalendar()] { return calendar; };
+    return environment;
+}
+
+SummaryFigures figuresOf(const UsageStore& store, const Calendar& calendar)
+{
+    return {.states = store.states(),
+            .lastUpdated = store.lastUpdated(),
+            .combinedPercent = store.combinedPercent(),
+            .hasHomeAccess = store.hasHomeAccess(),
+            .calendar = calendar};
+}
+
+/// One refresh of the application's own store, on its own event loop. A signal that ends the program ends it here,
+/// after the processes it has started.
+SummaryFigures figuresOfOneRefresh(const UsageStoreEnvironment& environment)
+{
+    TerminationSignals signals;
+    signals.watch();
+    SummaryFigures figures;
+    {
+        UsageStore store{environment};
+        QObject::connect(&store, &UsageStore::isRefreshingPublished, &store, [](bool isRefreshing) {
+            if (!isRefreshing)
+                QCoreApplication::quit();
+        });
+        QObject::connect(&signals, &TerminationSignals::received, &store, &QCoreApplication::quit);
+        // What a load posts is looked at each second in any case: should the system fail to wake this thread, the
+        // result comes late, and not never.
+        QTimer heartbeat;
+        heartbeat.start(std::chrono::seconds{1});
+        store.refresh();
+        QCoreApplication::exec();
+        figures = figuresOf(store, environment.calendar());
+    }
+    signals.dieOfReceived();
+    return figures;
+}
+
+} // namespace
+
+CommandLineProgram::CommandLineProgram(int& argc, char** argv)
+    : m_argc(argc)
+    , m_argv(argv)
+{ }
+
+ExitStatus CommandLineProgram::run()
+{
+    const std::vector<std::string_view> arguments(m_argv + std::min(1, m_argc), m_argv + m_argc);
+    return std::visit([this](const auto& request) { return perform(request); }, parseCommandLine(arguments));
+}
+
+ExitStatus CommandLineProgram::perform(const HelpRequest& /*request*/)
+{
+    return print(helpText());
+}
+
+ExitStatus CommandLineProgram::perform(const VersionRequest& /*request*/)
+{
+    return print("tallyfox " TALLYFOX_VERSION "\n");
+}
+
+ExitStatus CommandLineProgram::perform(const AgentRequest& /*request*/)
+{
+    const std::error_code error = AgentProgram::replaceThisProcess(m_argv);
+    StandardStreams::writeDiagnostic("cannot start the agent: " + error.message());
+    return ExitStatus::failure;
+}
+
+ExitStatus CommandLineProgram::perform(const UsageError& error)
+{
+    StandardStreams::writeDiagnostic(error.message);
+    return ExitStatus::wrongUsage;
+}
+
+ExitStatus CommandLineProgram::perform(const SummaryRequest& request)
+{
+    const auto home = checkedHome(request.home);
+    if (const auto* error = std::get_if<UsageError>(&home))
+        return perform(*error);
+    SummaryRequest checked = request;
+    checked.home = std::get<std::optional<std::filesystem::path>>(home);
+    silenceToolkitMessages();
+    const QCoreApplication application{m_argc, m_argv};
+    const UsageStoreEnvironment environment = environmentOf(checked);
+    const SummaryFigures figures = figuresOfOneRefresh(environment);
+
+    const ExitStatus status = figures.hasHomeAccess ? ExitStatus::done : ExitStatus::noHomeFolder;
+    const std::string text = checked.isJson
+        ? SummaryJson::document(figures)
+        : SummaryTable::text(figures, environment.now(), StandardStreams::outputStyle());
+    const ExitStatus outcome = print(text, status);
+    if (outcome == ExitStatus::noHomeFolder)
+        StandardStreams::writeDiagnostic("no home folder has been granted; --home DIR uses one for this run");
+    return outcome;
+}
+
+} // namespace tallyfox

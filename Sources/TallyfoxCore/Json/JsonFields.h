@@ -1,0 +1,205 @@
+#pragma once
+
+#include "TallyfoxCore/Json/JsonReader.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+#include <tuple>
+#include <type_traits>
+
+/// Records of JSON objects: a struct of fields, with a static function `members` that lists them as a
+/// `std::tuple{requiredMember("timestamp", &Record::timestamp), optionalMember("message", &Record::message)}`.
+namespace tallyfox {
+
+/// What became of a member that a record wants. A member that stands twice counts as it stands the last time, so each
+/// reading replaces the one before, errors included. Null counts as absent.
+enum class FieldState { absent, present, wrongType };
+
+/// A member that a record wants: its key, the field that takes it, and whether the record is of no use without it.
+template <typename Record, typename Field, std::size_t keySize> struct WantedMember {
+    const char (&key)[keySize];
+    Field Record::*field;
+    bool isRequired;
+};
+
+template <typename Record, typename Field, std::size_t keySize>
+constexpr auto requiredMember(const char (&key)[keySize], Field Record::*field)
+{
+    return WantedMember<Record, Field, keySize>{key, field, true};
+}
+
+template <typename Record, typename Field, std::size_t keySize>
+constexpr auto optionalMember(const char (&key)[keySize], Field Record::*field)
+{
+    return WantedMember<Record, Field, keySize>{key, field, false};
+}
+
+/// Whether no member of the record, on any level, has a value of the wrong type.
+template <typename Record> bool hasRightTypes(const Record& record)
+{
+    return std::apply([&](const auto&... member) { return ((record.*member.field).hasRightTypes() && ...); },
+                      Record::members());
+}
+
+/// Whether no required member of the record, nor of a record in it, is absent.
+template <typename Record> bool isComplete(const Record& record)
+{
+    const auto isMet = [&](const auto& member) {
+        const auto& field = record.*member.field;
+        return (!member.isRequired || field.isPresent()) && field.isComplete();
+    };
+    return std::apply([&](const auto&... member) { return (isMet(member) && ...); }, Record::members());
+}
+
+/// Calls `visit` with each scalar field of the record and of the records in it, always in the same order.
+template <typename Record, typename Visit> constexpr void forEachScalar(Record& record, const Visit& visit)
+{
+    const auto visitField = [&visit](auto& field) {
+        if constexpr (requires { field.record; })
+            forEachScalar(field.record, visit);
+        else
+            visit(field);
+    };
+    std::apply([&](const auto&... member) { (visitField(record.*member.field), ...); },
+               std::remove_const_t<Record>::members());
+}
+
+/// Reads the object that comes next; members that the record does not want are passed over.
+template <typename Record> void readMembers(JsonReader& reader, Record& record)
+{
+    if (!reader.beginObject())
+        return;
+    JsonString key;
+    const auto readIfMeant = [&](const auto& member) {
+        const bool isMeant = key.equals(member.key);
+        if (isMeant)
+            (record.*member.field).read(reader);
+        return isMeant;
+    };
+    while (reader.nextMember(key)) {
+        const bool isWanted =
+            std::apply([&](const auto&... member) { return (readIfMeant(member) || ...); }, Record::members());
+        if (!isWanted)
+            reader.skipValue();
+    }
+}
+
+/// Reads `text` into `record`. False when it is not one grammatical JSON object.
+template <typename Record> bool readJsonObject(std::string_view text, Record& record)
+{
+    JsonReader reader(text);
+    readMembers(reader, record);
+    return reader.finish();
+}
+
+/// What all fields have in common.
+struct JsonField {
+    FieldState state = FieldState::absent;
+
+    [[nodiscard]] bool isPresent() const
+    {
+        return state == FieldState::present;
+    }
+
+protected:
+    /// Passes over a value that is not of the field's type.
+    void refuse(JsonReader& reader, JsonReader::Type type)
+    {
+        state = type == JsonReader::Type::null ? FieldState::absent : FieldState::wrongType;
+        reader.skipValue();
+    }
+};
+
+/// A field that holds one value.
+struct ScalarField : JsonField {
+    /// Where the text has the value that the field was read from; null if that was not of the field's JSON type.
+    const char* source = nullptr;
+
+    [[nodiscard]] bool hasRightTypes() const
+    {
+        return state != FieldState::wrongType;
+    }
+    [[nodiscard]] static bool isComplete()
+    {
+        return true;
+    }
+};
+
+/// A wanted string.
+struct StringField : ScalarField {
+    JsonString value;
+
+    void read(JsonReader& reader)
+    {
+        source = nullptr;
+        const JsonReader::Type type = reader.nextType();
+        if (type != JsonReader::Type::string)
+            return refuse(reader, type);
+        JsonString string;
+        if (reader.readString(string))
+            assign(string);
+    }
+    void assign(const JsonString& string)
+    {
+        source = string.raw.data();
+        state = FieldState::present;
+        value = string;
+    }
+};
+
+/// A wanted number that `convert` turns into a value, or into nothing when its type cannot hold it.
+template <typename Value, auto convert> struct NumberField : ScalarField {
+    Value value = 0;
+
+    void read(JsonReader& reader)
+    {
+        source = nullptr;
+        const JsonReader::Type type = reader.nextType();
+        if (type != JsonReader::Type::number)
+            return refuse(reader, type);
+        JsonNumber number;
+        if (reader.readNumber(number))
+            assign(number);
+    }
+    void assign(const JsonNumber& number)
+    {
+        const std::optional<Value> converted = (number.*convert)();
+        source = number.raw.data();
+        state = converted ? FieldState::present : FieldState::wrongType;
+        value = converted.value_or(0);
+    }
+    [[nodiscard]] Value valueOr(Value other) const
+    {
+        return isPresent() ? value : other;
+    }
+};
+
+using IntegerField = NumberField<std::int64_t, &JsonNumber::toInteger>;
+using DoubleField = NumberField<double, &JsonNumber::toDouble>;
+
+/// A wanted object.
+template <typename Record> struct ObjectField : JsonField {
+    Record record;
+
+    void read(JsonReader& reader)
+    {
+        record = {};
+        const JsonReader::Type type = reader.nextType();
+        if (type != JsonReader::Type::object)
+            return refuse(reader, type);
+        state = FieldState::present;
+        readMembers(reader, record);
+    }
+    [[nodiscard]] bool hasRightTypes() const
+    {
+        return state == FieldState::absent || (isPresent() && tallyfox::hasRightTypes(record));
+    }
+    [[nodiscard]] bool isComplete() const
+    {
+        return !isPresent() || tallyfox::isComplete(record);
+    }
+};
+
+} // namespace tallyfox

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "TallyfoxCore/Usage/HistoryParser.h"
+
+#include <memory>
+#include <vector>
+
+namespace tallyfox {
+
+/// Reads the usage records of one Claude Code history file.
+namespace ClaudeUsageParser {
+
+/// The samples of `lines`, ascending by timestamp. Each message id gives one sample, the reading with the largest
+/// total (the earlier one of equals); records without an id stand for themselves. Lines that are no assistant record
+/// with usage and a timestamp are passed over. Message content is skipped, never decoded. A token sum beyond 64 bits
+/// ends the program (TokenSum.h).
+std::vector<UsageSample> parse(const HistoryLines& lines, LineSelection selection = LineSelection::mentioning);
+
+/// A parser that gives, file by file, the same samples.
+std::unique_ptr<HistoryParser> make(LineSelection selection = LineSelection::mentioning);
+
+} // namespace ClaudeUsageParser
+
+} // namespace tallyfox

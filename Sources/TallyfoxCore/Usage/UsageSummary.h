@@ -1,0 +1,32 @@
+#pragma once
+
+#include "TallyfoxCore/Time/Calendar.h"
+#include "TallyfoxCore/Usage/DailyUsage.h"
+#include "TallyfoxCore/Usage/UsageSample.h"
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace tallyfox {
+
+/// What a provider's samples add up to: a zero-filled daily series of the 365 local days that end today.
+struct UsageSummary {
+    std::int64_t totalTokens = 0; ///< sum over `last30Days`, not over all history
+    std::int64_t todayTokens = 0; ///< tokens of the last day
+    std::vector<DailyUsage> last30Days; ///< the last 30 entries of `last365Days`
+    std::vector<DailyUsage> last365Days; ///< oldest first, the last one today; days that the zone skipped are absent
+
+    UsageSummary() = default;
+
+    /// Adds up `samples`, in any order and of any provider. Samples before the first day and after today count
+    /// nowhere. A sum beyond 64 bits ends the program (TokenSum.h).
+    UsageSummary(std::span<const UsageSample> samples, Instant now, const Calendar& calendar);
+
+    /// The last `days` entries of `last365Days`, oldest first; `days` is taken as at least 1 and at most 365.
+    [[nodiscard]] std::vector<DailyUsage> series(std::int64_t days) const;
+
+    friend bool operator==(const UsageSummary&, const UsageSummary&) = default;
+};
+
+} // namespace tallyfox

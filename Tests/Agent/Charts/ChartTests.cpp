@@ -1,0 +1,307 @@
+#include "Support/Agent/Widgets.h"
+#include "Tallyfox/Agent/Charts/ChartLegend.h"
+#include "Tallyfox/Agent/Charts/LineChart.h"
+#include "Tallyfox/Agent/Charts/StackedBarChart.h"
+#include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
+
+#include <QApplication>
+#include <QHelpEvent>
+#include <QImage>
+#include <QPainter>
+#include <QToolTip>
+#include <gmock/gmock.h>
+
+#include <functional>
+#include <set>
+
+namespace tallyfox::test {
+namespace {
+
+using TokensOf = std::function<std::int64_t(int)>;
+
+ChartSeries seriesOf(const char* name, const QColor& color, int days, const TokensOf& tokensOf)
+{
+    ChartSeries series{QString::fromUtf8(name), color, {}};
+    for (int day = 0; day < days; ++day)
+        series.values.push_back({static_cast<std::size_t>(day), tokensOf(day)});
+    return series;
+}
+
+ChartData dataOf(int days, const TokensOf& claude, const TokensOf& codex)
+{
+    ChartData data;
+    for (int day = 0; day < days; ++day)
+        data.days.push_back(QDate{2026, 11, 21}.addDays(day - days + 1));
+    data.series = {seriesOf("Claude", Theme::claude(), days, claude), seriesOf("Codex", Theme::codex(), days, codex)};
+    return data;
+}
+
+std::int64_t none(int /*day*/)
+{
+    return 0;
+}
+
+/// The widget as it looks on a screen of a scale, on the card's colour.
+QImage drawn(QWidget& widget, double scale = 1)
+{
+    QImage image{(QSizeF{widget.size()} * scale).toSize(), QImage::Format_RGB32};
+    image.setDevicePixelRatio(scale);
+    image.fill(Theme::surface());
+    QPainter painter{&image};
+    widget.render(&painter, {}, {}, QWidget::DrawChildren);
+    return image;
+}
+
+int pixelsOf(const QImage& image, const QColor& color, const QRect& within)
+{
+    int count = 0;
+    for (int y = within.top(); y <= within.bottom(); ++y) {
+        for (int x = within.left(); x <= within.right(); ++x)
+            count += image.pixel(x, y) == color.rgb() ? 1 : 0;
+    }
+    return count;
+}
+
+QRect plotOf(const QWidget& chart)
+{
+    return chart.rect().adjusted(0, 0, 0, -(ChartLegend::height() + 2));
+}
+
+QRect legendOf(const QWidget& chart)
+{
+    return {0, chart.height() - ChartLegend::height(), chart.width(), ChartLegend::height()};
+}
+
+void help(QWidget& widget, QPoint position)
+{
+    QHelpEvent event{QEvent::ToolTip, position, widget.mapToGlobal(position)};
+    QApplication::sendEvent(&widget, &event);
+}
+
+TEST(LineChart, isAlwaysNinetyTwoHigh)
+{
+    LineChart chart;
+    EXPECT_EQ(chart.height(), 92);
+    chart.setData(dataOf(30, none, none));
+    EXPECT_EQ(chart.height(), 92);
+}
+
+TEST(LineChart, lineRunsThroughItsValuesInTheColourOfItsSeries)
+{
+    LineChart chart;
+    chart.resize(301, LineChart::totalHeight);
+    ChartData data = dataOf(
+        3, [](int day) { return day == 1 ? 10 : 0; }, none);
+    data.series.pop_back();
+    chart.setData(data);
+    const QImage image = drawn(chart);
+    EXPECT_EQ(image.pixel(150, 1), Theme::claude().rgb());
+    EXPECT_EQ(image.pixel(150, 40), Theme::surface().rgb());
+}
+
+TEST(LineChart, flatLineAtZeroIsWhole)
+{
+    LineChart chart;
+    chart.resize(300, LineChart::totalHeight);
+    chart.setData(dataOf(30, none, none));
+    const QRect plot = plotOf(chart);
+    // Two pixels thick from end to end: nothing of it is cut off.
+    EXPECT_GE(pixelsOf(drawn(chart), Theme::codex(), plot), 2 * 298);
+}
+
+TEST(LineChart, withoutSeriesNothingIsDrawn)
+{
+    LineChart chart;
+    chart.resize(300, LineChart::totalHeight);
+    QImage blank{chart.size(), QImage::Format_RGB32};
+    blank.fill(Theme::surface());
+    EXPECT_EQ(drawn(chart), blank);
+}
+
+TEST(LineChart, negativeCountIsDrawnAtZero)
+{
+    LineChart chart;
+    chart.resize(300, LineChart::totalHeight);
+    chart.setData(dataOf(
+        30, [](int day) { return day == 4 ? -500 : 0; }, none));
+    const QImage negative = drawn(chart);
+    chart.setData(dataOf(30, none, none));
+    EXPECT_EQ(negative, drawn(chart));
+}
+
+TEST(ChartLegend, everySeriesHasItsDot)
+{
+    LineChart chart;
+    chart.resize(300, LineChart::totalHeight);
+    chart.setData(dataOf(30, none, none));
+    const QImage image = drawn(chart);
+    EXPECT_GT(pixelsOf(image, Theme::claude(), legendOf(chart)), 10);
+    EXPECT_GT(pixelsOf(image, Theme::codex(), legendOf(chart)), 10);
+}
+
+TEST(StackedBarChart, isTwoHundredAndTwentyHigh)
+{
+    EXPECT_EQ(StackedBarChart{}.height(), 220);
+}
+
+TEST(StackedBarChart, scaleFitsTheHighestStack)
+{
+    StackedBarChart chart;
+    chart.setData(dataOf(
+        7, [](int day) { return day; }, [](int day) { return 2 * day; }));
+    EXPECT_EQ(chart.scale(), axisScale(18, 5));
+}
+
+TEST(StackedBarChart, seriesStandOnEachOther)
+{
+    StackedBarChart chart;
+    chart.resize(370, StackedBarChart::totalHeight);
+    chart.setData(dataOf(
+        1, [](int) { return 5; }, [](int) { return 5; }));
+    const QImage image = drawn(chart);
+    EXPECT_EQ(image.pixel(150, 150), Theme::claude().rgb());
+    EXPECT_EQ(image.pixel(150, 50), Theme::codex().rgb());
+}
+
+TEST(StackedBarChart, smallestCountIsStillSeen)
+{
+    StackedBarChart chart;
+    chart.resize(370, StackedBarChart::totalHeight);
+    chart.setData(dataOf(
+        7, [](int day) { return day == 0 ? 1'000'000'000'000 : 1; }, none));
+    EXPECT_GT(pixelsOf(drawn(chart), Theme::claude(), plotOf(chart).adjusted(180, 0, 0, 0)), 20);
+}
+
+TEST(StackedBarChart, allZeroDrawsNoBarAndNoNumberButZero)
+{
+    StackedBarChart chart;
+    chart.resize(370, StackedBarChart::totalHeight);
+    chart.setData(dataOf(30, none, none));
+    const QImage image = drawn(chart);
+    EXPECT_EQ(pixelsOf(image, Theme::claude(), plotOf(chart)), 0);
+    for (int y = 0; y < 100; ++y)
+        EXPECT_EQ(pixelsOf(image, Theme::surface(), {0, y, 370, 1}), 370) << "something is drawn at " << y;
+}
+
+struct Crispness {
+    int days;
+    double scale;
+};
+
+void PrintTo(const Crispness& crispness, std::ostream* out)
+{
+    *out << crispness.days << " days at " << crispness.scale;
+}
+
+class EveryRange : public testing::TestWithParam<Crispness> { };
+
+TEST_P(EveryRange, barsHaveNoBlurredEdges)
+{
+    StackedBarChart chart;
+    chart.resize(370, StackedBarChart::totalHeight);
+    chart.setData(dataOf(
+        GetParam().days, [](int day) { return 100 + day * 37 % 400; }, [](int day) { return day * 53 % 300; }));
+    const QImage image = drawn(chart, GetParam().scale);
+    // Through the bars, between two lines of the grid: nothing but the three whole colours.
+    const int y = static_cast<int>(170 * GetParam().scale);
+    const int right = static_cast<int>(320 * GetParam().scale);
+    std::set<QRgb> colors;
+    for (int x = 0; x < right; ++x)
+        colors.insert(image.pixel(x, y));
+    EXPECT_THAT(colors, testing::IsSubsetOf({Theme::surface().rgb(), Theme::claude().rgb(), Theme::codex().rgb()}));
+    EXPECT_THAT(colors, testing::Contains(Theme::claude().rgb()));
+}
+
+INSTANTIATE_TEST_SUITE_P(RangesAndScales, EveryRange,
+                         testing::Values(Crispness{7, 1}, Crispness{30, 1}, Crispness{180, 1}, Crispness{7, 1.25},
+                                         Crispness{30, 1.25}, Crispness{180, 1.25}, Crispness{7, 2}, Crispness{30, 2},
+                                         Crispness{180, 2}));
+
+TEST(StackedBarChart, barsOfAMonthAreEquallyWideWithGapsBetween)
+{
+    StackedBarChart chart;
+    chart.resize(370, StackedBarChart::totalHeight);
+    chart.setData(dataOf(
+        30, [](int) { return 10; }, none));
+    const QImage image = drawn(chart);
+    std::vector<int> widths;
+    int width = 0;
+    for (int x = 0; x < 370; ++x) {
+        if (image.pixel(x, 150) == Theme::claude().rgb())
+            ++width;
+        else if (width > 0)
+            widths.push_back(std::exchange(width, 0));
+    }
+    EXPECT_EQ(widths.size(), 30U);
+    EXPECT_THAT(widths, testing::Each(widths.front()));
+}
+
+TEST(ChartHelp, dayUnderThePointerIsToldWithEachSeries)
+{
+    StackedBarChart chart;
+    chart.resize(370, StackedBarChart::totalHeight);
+    chart.setData(dataOf(
+        7, [](int day) { return day == 0 ? 1'260'000 : 0; }, [](int) { return 999; }));
+    chart.show();
+    help(chart, {10, 100});
+    EXPECT_EQ(QToolTip::text(), QStringLiteral("Nov 15, 2026\nClaude: 1.3M\nCodex: 999"));
+}
+
+TEST(ChartHelp, emptyChartHasNone)
+{
+    LineChart chart;
+    chart.show();
+    help(chart, {10, 10});
+    EXPECT_FALSE(QToolTip::isVisible());
+}
+
+TEST(ChartAccessibility, seriesAndTheirDaysAreChildrenWithNumbers)
+{
+    installAccessibleElements();
+    StackedBarChart chart;
+    chart.resize(370, StackedBarChart::totalHeight);
+    chart.setAccessibleName(QStringLiteral("Token Dashboard"));
+    chart.setData(dataOf(
+        2, [](int day) { return 1'000 * day; }, [](int) { return 7; }));
+    EXPECT_EQ(accessibleRole(chart), QAccessible::Chart);
+    EXPECT_EQ(accessibleName(chart), QStringLiteral("Token Dashboard"));
+    QAccessibleInterface* root = QAccessible::queryAccessibleInterface(&chart);
+    ASSERT_EQ(root->childCount(), 2);
+    QAccessibleInterface* codex = root->child(1);
+    EXPECT_EQ(codex->role(), QAccessible::List);
+    EXPECT_EQ(codex->text(QAccessible::Name), QStringLiteral("Codex: 14"));
+    EXPECT_EQ(codex->text(QAccessible::Value), QStringLiteral("14"));
+    ASSERT_EQ(codex->childCount(), 2);
+    EXPECT_EQ(root->child(0)->child(1)->text(QAccessible::Name), QStringLiteral("Nov 21, 2026: 1.0K"));
+    EXPECT_EQ(root->child(0)->child(1)->text(QAccessible::Value), QStringLiteral("1.0K"));
+    EXPECT_EQ(root->child(0)->child(1)->role(), QAccessible::ListItem);
+}
+
+TEST(ChartAccessibility, valueIsFoundWhereItIsDrawn)
+{
+    installAccessibleElements();
+    StackedBarChart chart;
+    chart.resize(370, StackedBarChart::totalHeight);
+    chart.setData(dataOf(
+        1, [](int) { return 5; }, [](int) { return 5; }));
+    QAccessibleInterface* root = QAccessible::queryAccessibleInterface(&chart);
+    const QPoint lower = chart.mapToGlobal(QPoint{150, 150});
+    const QPoint upper = chart.mapToGlobal(QPoint{150, 50});
+    EXPECT_EQ(root->childAt(lower.x(), lower.y())->parent()->text(QAccessible::Name), QStringLiteral("Claude: 5"));
+    EXPECT_EQ(root->childAt(upper.x(), upper.y())->parent()->text(QAccessible::Name), QStringLiteral("Codex: 5"));
+}
+
+TEST(ChartAccessibility, sameDataKeepWhatWasHandedOutAndOtherDataEndIt)
+{
+    installAccessibleElements();
+    LineChart chart;
+    chart.setData(dataOf(30, none, none));
+    const QAccessible::Id series = QAccessible::uniqueId(QAccessible::queryAccessibleInterface(&chart)->child(0));
+    chart.setData(dataOf(30, none, none));
+    EXPECT_NE(QAccessible::accessibleInterface(series), nullptr);
+    chart.setData(dataOf(7, none, none));
+    EXPECT_EQ(QAccessible::accessibleInterface(series), nullptr);
+}
+
+} // namespace
+} // namespace tallyfox::test

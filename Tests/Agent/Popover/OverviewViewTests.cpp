@@ -1,0 +1,215 @@
+#include "Agent/Popover/ProviderStates.h"
+#include "Support/Agent/Widgets.h"
+#include "Tallyfox/Agent/Controls/ActivityIndicator.h"
+#include "Tallyfox/Agent/Controls/TextLabel.h"
+#include "Tallyfox/Agent/Controls/ToolButton.h"
+#include "Tallyfox/Agent/Popover/HomeAccessInvitation.h"
+#include "Tallyfox/Agent/Popover/OverviewView.h"
+#include "Tallyfox/Agent/Popover/ProviderCard.h"
+#include "Tallyfox/Agent/Popover/RefreshFooter.h"
+#include "Tallyfox/Agent/Popover/TrendCard.h"
+#include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
+
+#include <QLocale>
+#include <gtest/gtest.h>
+
+namespace tallyfox::test {
+namespace {
+
+class OverviewViewTest : public testing::Test {
+protected:
+    OverviewViewTest()
+    {
+        QObject::connect(&view, &TabView::homeAccessRequested, [this] { requests.emplace_back("home access"); });
+        QObject::connect(&view, &TabView::dashboardRequested, [this] { requests.emplace_back("dashboard"); });
+        QObject::connect(&view, &TabView::refreshRequested, [this] { requests.emplace_back("refresh"); });
+    }
+
+    void show(const UsageSnapshot& snapshot)
+    {
+        view.setUsage(snapshot);
+        view.resize(420, 600);
+        showActive(view);
+        settle();
+    }
+
+    [[nodiscard]] bool shows(const char* text) const
+    {
+        const QList<TextLabel*> labels = view.findChildren<TextLabel*>();
+        return std::any_of(labels.begin(), labels.end(), [text](const TextLabel* label) {
+            return label->isVisible() && label->text() == QLatin1String{text};
+        });
+    }
+
+    template <typename Part> [[nodiscard]] Part& part() const
+    {
+        return *view.findChild<Part*>();
+    }
+
+    [[nodiscard]] CardButton& trendButton() const
+    {
+        return *qobject_cast<CardButton*>(part<TrendCard>().parentWidget());
+    }
+
+    [[nodiscard]] ToolButton& refreshButton() const
+    {
+        return *part<RefreshFooter>().findChild<ToolButton*>();
+    }
+
+    OverviewView view;
+    std::vector<std::string> requests;
+};
+
+UsageSnapshot nothingYet()
+{
+    return {.hasHomeAccess = false, .now = now};
+}
+
+TEST_F(OverviewViewTest, withoutAccessAndStatesItInvitesAboveAnEmptyTrend)
+{
+    show(nothingYet());
+    EXPECT_TRUE(part<HomeAccessInvitation>().isVisible());
+    EXPECT_TRUE(part<TrendCard>().isVisible());
+    EXPECT_EQ(view.findChild<ProviderCard*>(), nullptr);
+    EXPECT_TRUE(shows("Not updated"));
+    EXPECT_TRUE(shows("Local processing"));
+}
+
+TEST_F(OverviewViewTest, invitationSaysWhatItIsFor)
+{
+    show(nothingYet());
+    EXPECT_TRUE(shows("Enable 30-day usage"));
+    EXPECT_TRUE(shows("Allow read-only access to Claude and Codex usage metadata"));
+    EXPECT_TRUE(shows("Allow Access"));
+    EXPECT_EQ(accessibleDescription(part<HomeAccessInvitation>()),
+              QStringLiteral("Opens a folder picker for your home folder"));
+    EXPECT_FALSE(accessibleName(part<HomeAccessInvitation>()).isEmpty());
+}
+
+TEST_F(OverviewViewTest, invitationAsksForHomeAccess)
+{
+    show(nothingYet());
+    click(part<HomeAccessInvitation>());
+    EXPECT_EQ(requests, std::vector<std::string>{"home access"});
+}
+
+TEST_F(OverviewViewTest, grantedAccessTakesTheInvitationAway)
+{
+    show(nothingYet());
+    show(snapshotOf({}));
+    EXPECT_FALSE(part<HomeAccessInvitation>().isVisible());
+}
+
+TEST_F(OverviewViewTest, eachStateHasACardInTheOrderOfTheStore)
+{
+    show(snapshotOf({claudeState(), codexState()}));
+    const QList<ProviderCard*> cards = view.findChildren<ProviderCard*>();
+    ASSERT_EQ(cards.size(), 2);
+    EXPECT_EQ(cards.at(0)->provider(), Provider::claude);
+    EXPECT_EQ(cards.at(1)->provider(), Provider::codex);
+    EXPECT_LT(cards.at(0)->geometry().bottom(), cards.at(1)->y());
+    EXPECT_LT(cards.at(1)->geometry().bottom(), trendButton().y());
+    EXPECT_LT(trendButton().geometry().bottom(), part<RefreshFooter>().y());
+}
+
+TEST_F(OverviewViewTest, publicationIsDrawnIntoTheSameCards)
+{
+    show(snapshotOf({claudeState(), codexState()}));
+    const QList<ProviderCard*> before = view.findChildren<ProviderCard*>();
+    show(snapshotOf({claudeState(), codexState(77)}));
+    EXPECT_TRUE(shows("77%"));
+    EXPECT_FALSE(shows("42%"));
+    EXPECT_EQ(view.findChildren<ProviderCard*>(), before);
+}
+
+TEST_F(OverviewViewTest, cardsFollowTheListOfStates)
+{
+    show(snapshotOf({claudeState(), codexState()}));
+    show(snapshotOf({codexState()}));
+    const QList<ProviderCard*> cards = view.findChildren<ProviderCard*>();
+    ASSERT_EQ(cards.size(), 1);
+    EXPECT_EQ(cards.front()->provider(), Provider::codex);
+    EXPECT_TRUE(cards.front()->isVisible());
+}
+
+TEST_F(OverviewViewTest, contentStandsTwelvePixelsFromTheEdges)
+{
+    show(snapshotOf({claudeState()}));
+    EXPECT_EQ(part<ProviderCard>().geometry().topLeft(), QPoint(12, 12));
+    EXPECT_EQ(part<ProviderCard>().width(), 396);
+}
+
+TEST_F(OverviewViewTest, trendOpensTheDashboardByPointerAndKeyboard)
+{
+    show(snapshotOf({claudeState()}));
+    EXPECT_EQ(accessibleName(trendButton()), QStringLiteral("Open Token Dashboard"));
+    click(trendButton());
+    pressKey(trendButton(), Qt::Key_Return);
+    EXPECT_EQ(requests, (std::vector<std::string>{"dashboard", "dashboard"}));
+}
+
+TEST_F(OverviewViewTest, refreshButtonAsksForARefresh)
+{
+    show(snapshotOf({}));
+    EXPECT_EQ(accessibleName(refreshButton()), QStringLiteral("Refresh"));
+    EXPECT_EQ(refreshButton().symbol(), Symbol::arrowClockwise);
+    click(refreshButton());
+    EXPECT_EQ(requests, std::vector<std::string>{"refresh"});
+}
+
+TEST_F(OverviewViewTest, runningRefreshPutsTheIndicatorInThePlaceOfTheButton)
+{
+    UsageSnapshot snapshot = snapshotOf({});
+    snapshot.isRefreshing = true;
+    show(snapshot);
+    EXPECT_FALSE(refreshButton().isVisible());
+    EXPECT_TRUE(part<ActivityIndicator>().isTurning());
+    snapshot.isRefreshing = false;
+    show(snapshot);
+    EXPECT_TRUE(refreshButton().isVisible());
+    EXPECT_FALSE(part<ActivityIndicator>().isTurning());
+}
+
+TEST_F(OverviewViewTest, focusOnTheRefreshButtonOutlivesTheRefresh)
+{
+    UsageSnapshot snapshot = snapshotOf({claudeState()});
+    show(snapshot);
+    refreshButton().setFocus();
+    snapshot.isRefreshing = true;
+    show(snapshot);
+    EXPECT_TRUE(part<ActivityIndicator>().hasFocus());
+    snapshot.isRefreshing = false;
+    show(snapshot);
+    EXPECT_TRUE(refreshButton().hasFocus());
+}
+
+TEST_F(OverviewViewTest, focusElsewhereStaysThereOverARefresh)
+{
+    UsageSnapshot snapshot = snapshotOf({claudeState()});
+    show(snapshot);
+    trendButton().setFocus();
+    snapshot.isRefreshing = true;
+    show(snapshot);
+    snapshot.isRefreshing = false;
+    show(snapshot);
+    EXPECT_TRUE(trendButton().hasFocus());
+}
+
+std::string status(const std::optional<Instant>& lastUpdated, const Calendar& calendar, QLocale::Language language)
+{
+    return refreshStatusText(lastUpdated, calendar, QLocale{language}).toStdString();
+}
+
+TEST(RefreshStatusText, timeOfDayIsThatOfTheZoneAndTheLocale)
+{
+    EXPECT_EQ(status(std::nullopt, Calendar::utc(), QLocale::English), "Not updated");
+    EXPECT_EQ(status(now, Calendar::utc(), QLocale::German), "Refreshed 14:05");
+    EXPECT_EQ(status(now, Calendar::utc(), QLocale::C), "Refreshed 14:05");
+    EXPECT_EQ(status(now, Calendar::utc(), QLocale::English), "Refreshed 2:05 PM");
+    EXPECT_EQ(status(now, zone("Asia/Tokyo"), QLocale::German), "Refreshed 23:05");
+    EXPECT_EQ(status(now, zone("Pacific/Auckland"), QLocale::German), "Refreshed 03:05");
+    EXPECT_EQ(status(distantPast, zone("America/New_York"), QLocale::German), "Refreshed 19:03");
+}
+
+} // namespace
+} // namespace tallyfox::test

@@ -1,0 +1,190 @@
+#include "Agent/Popover/DailyStates.h"
+#include "Support/Agent/Widgets.h"
+#include "Tallyfox/Agent/Controls/PushButton.h"
+#include "Tallyfox/Agent/Controls/TextLabel.h"
+#include "Tallyfox/Agent/Popover/ServiceRowView.h"
+#include "Tallyfox/Agent/Popover/ServicesView.h"
+#include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
+
+#include <QLayout>
+#include <gmock/gmock.h>
+
+#include <algorithm>
+
+namespace tallyfox::test {
+namespace {
+
+/// From top to bottom.
+std::vector<ServiceRowView*> rowsOf(const QWidget& view)
+{
+    const auto found = view.findChildren<ServiceRowView*>();
+    std::vector<ServiceRowView*> rows{found.begin(), found.end()};
+    std::sort(rows.begin(), rows.end(), [](auto* one, auto* other) { return one->y() < other->y(); });
+    return rows;
+}
+
+std::vector<std::string> namesOf(ServicesView& view)
+{
+    view.resize(Theme::popoverWidth, view.sizeHint().height());
+    view.show();
+    std::vector<std::string> names;
+    for (const ServiceRowView* row : rowsOf(view))
+        names.push_back(row->row().name.toStdString());
+    return names;
+}
+
+bool hasText(const QWidget& view, const QString& text)
+{
+    const auto labels = view.findChildren<TextLabel*>();
+    return std::any_of(labels.begin(), labels.end(), [&](const TextLabel* label) { return label->text() == text; });
+}
+
+PushButton& button(const QWidget& view, const QString& text)
+{
+    const auto buttons = view.findChildren<PushButton*>();
+    const auto found = std::find_if(buttons.begin(), buttons.end(), [&](auto* each) { return each->text() == text; });
+    EXPECT_NE(found, buttons.end());
+    return **found;
+}
+
+PushButton& accessButton(const QWidget& view)
+{
+    return button(view, QStringLiteral("Allow Home Folder Access"));
+}
+
+UsageSnapshot bothProviders(SourceHealth claude, SourceHealth codex)
+{
+    UsageSnapshot snapshot = snapshotOf({evenState(Provider::claude, 1), evenState(Provider::codex, 1)});
+    snapshot.states[0].health = claude;
+    snapshot.states[1].health = codex;
+    return snapshot;
+}
+
+TEST(ServicesView, stagedServicesShowWhateverTheStoreHolds)
+{
+    ServicesView view;
+    view.setUsage(snapshotOf({}));
+    EXPECT_THAT(namesOf(view), testing::ElementsAre("Gemini", "Windsurf"));
+}
+
+TEST(ServicesView, providersComeFirstInTheStoresOrder)
+{
+    ServicesView view;
+    view.setUsage(snapshotOf({evenState(Provider::codex, 1), evenState(Provider::claude, 1)}));
+    EXPECT_THAT(namesOf(view), testing::ElementsAre("Codex", "Claude", "Gemini", "Windsurf"));
+}
+
+TEST(ServicesView, rowsFollowThePublicationsAndStayTheSameWidgets)
+{
+    ServicesView view;
+    view.setUsage(bothProviders(SourceHealth::connected, SourceHealth::stale));
+    EXPECT_THAT(namesOf(view), testing::ElementsAre("Claude", "Codex", "Gemini", "Windsurf"));
+    const auto rows = rowsOf(view);
+    view.setUsage(bothProviders(SourceHealth::unavailable, SourceHealth::connected));
+    EXPECT_EQ(rowsOf(view), rows);
+    EXPECT_EQ(rows[0]->row().status, QStringLiteral("Unavailable"));
+    view.setUsage(snapshotOf({evenState(Provider::codex, 1)}));
+    EXPECT_THAT(namesOf(view), testing::ElementsAre("Codex", "Gemini", "Windsurf"));
+}
+
+TEST(ServicesView, headerCountsConnectedProvidersOnly)
+{
+    ServicesView view;
+    view.setUsage(bothProviders(SourceHealth::connected, SourceHealth::stale));
+    EXPECT_TRUE(hasText(view, QStringLiteral("Manage AI Services")));
+    EXPECT_TRUE(hasText(view, QStringLiteral("Connected Accounts (1)")));
+    view.setUsage(bothProviders(SourceHealth::connected, SourceHealth::connected));
+    EXPECT_TRUE(hasText(view, QStringLiteral("Connected Accounts (2)")));
+    view.setUsage(bothProviders(SourceHealth::localOnly, SourceHealth::unavailable));
+    EXPECT_TRUE(hasText(view, QStringLiteral("Connected Accounts (0)")));
+}
+
+TEST(ServicesView, syncAsksForARefresh)
+{
+    ServicesView view;
+    int refreshes = 0;
+    QObject::connect(&view, &TabView::refreshRequested, &view, [&] { ++refreshes; });
+    view.setUsage(snapshotOf({}));
+    click(button(view, QStringLiteral("Sync Accounts")));
+    EXPECT_EQ(refreshes, 1);
+}
+
+TEST(ServicesView, accessIsOfferedOnlyWhileItIsMissing)
+{
+    ServicesView view;
+    int requests = 0;
+    QObject::connect(&view, &TabView::homeAccessRequested, &view, [&] { ++requests; });
+    UsageSnapshot snapshot = snapshotOf({});
+    snapshot.hasHomeAccess = false;
+    view.setUsage(snapshot);
+    EXPECT_FALSE(accessButton(view).isHidden());
+    click(accessButton(view));
+    EXPECT_EQ(requests, 1);
+    snapshot.hasHomeAccess = true;
+    view.setUsage(snapshot);
+    EXPECT_TRUE(accessButton(view).isHidden());
+}
+
+TEST(ServicesView, footerSaysWhereDataStay)
+{
+    EXPECT_TRUE(hasText(ServicesView{}, QStringLiteral("All data is processed on your Mac")));
+}
+
+TEST(ServicesView, noTextIsCutOffAtTheWidthOfThePopover)
+{
+    ServicesView view;
+    UsageSnapshot snapshot = bothProviders(SourceHealth::permissionRequired, SourceHealth::localOnly);
+    snapshot.states[0].detail = "Home folder access required";
+    view.setUsage(snapshot);
+    view.resize(Theme::popoverWidth, view.sizeHint().height());
+    view.show();
+    for (const TextLabel* label : view.findChildren<TextLabel*>())
+        EXPECT_FALSE(label->isElided()) << label->text().toStdString();
+    EXPECT_GE(button(view, QStringLiteral("Sync Accounts")).width(),
+              button(view, QStringLiteral("Sync Accounts")).sizeHint().width());
+}
+
+TEST(ServiceRowView, textsHaveTheirFontsAndColours)
+{
+    ServiceRowView row;
+    row.setRow(stagedServiceRows()[0]);
+    const auto labels = row.findChildren<TextLabel*>();
+    ASSERT_EQ(labels.size(), 3);
+    EXPECT_EQ(labels[0]->font().weight(), QFont::Medium);
+    EXPECT_EQ(labels[0]->font().pixelSize(), Theme::body().pixelSize());
+    EXPECT_EQ(labels[1]->font(), Theme::caption());
+    EXPECT_EQ(labels[1]->color(), Theme::muted());
+    EXPECT_EQ(labels[2]->font(), Theme::caption2());
+    EXPECT_EQ(labels[2]->color(), Theme::muted());
+}
+
+TEST(ServiceRowView, statusTakesTheColourOfTheRow)
+{
+    ServiceRowView row;
+    ProviderState state = evenState(Provider::codex, 1);
+    state.health = SourceHealth::connected;
+    row.setRow(serviceRow(state));
+    EXPECT_EQ(row.findChildren<TextLabel*>()[2]->text(), QStringLiteral("Connected"));
+    EXPECT_EQ(row.findChildren<TextLabel*>()[2]->color(), Theme::success());
+    row.setRow(stagedServiceRows()[0]);
+    EXPECT_EQ(row.findChildren<TextLabel*>()[2]->color(), Theme::muted());
+}
+
+TEST(ServiceRowView, longDetailTakesASecondLineInsteadOfTheStatusPlace)
+{
+    ServiceRowView row;
+    ServiceRow content = stagedServiceRows()[0];
+    row.setRow(content);
+    const int height = row.heightForWidth(396);
+    content.detail =
+        QStringLiteral("A sentence of a language that needs half as many words again as English does for it");
+    row.setRow(content);
+    row.layout()->activate(); // as the event loop does before the row is next drawn
+    EXPECT_GT(row.heightForWidth(396), height);
+    row.resize(396, row.heightForWidth(396));
+    row.show();
+    EXPECT_FALSE(row.findChildren<TextLabel*>()[2]->isElided());
+}
+
+} // namespace
+} // namespace tallyfox::test

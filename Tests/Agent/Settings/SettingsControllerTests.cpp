@@ -1,0 +1,321 @@
+#include "Support/ScratchFolder.h"
+#include "Tallyfox/Agent/Controls/PushButton.h"
+#include "Tallyfox/Agent/Controls/StepSlider.h"
+#include "Tallyfox/Agent/Controls/ToggleSwitch.h"
+#include "Tallyfox/Agent/Desktop/ActivationPolicy.h"
+#include "Tallyfox/Agent/Desktop/LoginItem.h"
+#include "Tallyfox/Agent/Desktop/NotificationCenter.h"
+#include "Tallyfox/Agent/Settings/SettingsController.h"
+#include "Tallyfox/Agent/Settings/SettingsView.h"
+
+#include <QComboBox>
+#include <QTabBar>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <stdexcept>
+#include <utility>
+
+namespace tallyfox::test {
+namespace {
+
+class FakeLoginItem : public LoginItem {
+public:
+    bool registerItem() override
+    {
+        ++registrations;
+        if (!refuses)
+            current = LoginItemStatus::enabled;
+        return !refuses;
+    }
+    bool unregisterItem() override
+    {
+        ++unregistrations;
+        if (!refuses)
+            current = LoginItemStatus::notRegistered;
+        return !refuses;
+    }
+    [[nodiscard]] LoginItemStatus status() const override
+    {
+        return current;
+    }
+
+    LoginItemStatus current = LoginItemStatus::notRegistered;
+    bool refuses = false;
+    int registrations = 0;
+    int unregistrations = 0;
+};
+
+class FakeNotificationCenter : public NotificationCenter {
+public:
+    void requestAuthorization(NotificationOptions options, Completion completion) override
+    {
+        EXPECT_TRUE(options.alert);
+        EXPECT_TRUE(options.sound);
+        requests.push_back(std::move(completion));
+    }
+
+    std::vector<Completion> requests;
+};
+
+class FakeActivationPolicy : public ActivationPolicySwitch {
+public:
+    void addWindow(QWidget& /*window*/) override { }
+    void setPolicy(ActivationPolicy policy) override
+    {
+        policies.push_back(policy);
+    }
+
+    std::vector<ActivationPolicy> policies;
+};
+
+class SettingsControllerTest : public testing::Test {
+protected:
+    [[nodiscard]] std::filesystem::path file() const
+    {
+        return m_folder.path() / "tallyfox" / "tallyfox.ini";
+    }
+    [[nodiscard]] UserDefaults stored() const
+    {
+        return UserDefaults{file()};
+    }
+
+    /// As the program does when the window is asked for the first time after a start.
+    void open()
+    {
+        m_controller.reset();
+        m_view = std::make_unique<SettingsView>(QString{});
+        const SettingsServices services{.userDefaults = stored(),
+                                        .loginItem = loginItem,
+                                        .notificationCenter = notifications,
+                                        .activationPolicy = policy};
+        m_controller = std::make_unique<SettingsController>(*m_view, services);
+        QObject::connect(m_controller.get(), &SettingsController::refreshIntervalChanged, m_controller.get(),
+                         [this](qint64 minutes) { intervals.push_back(minutes); });
+        m_view->show();
+    }
+
+    void endController()
+    {
+        m_controller.reset();
+    }
+
+    [[nodiscard]] ToggleSwitch& toggle(const char16_t* name) const
+    {
+        for (ToggleSwitch* each : m_view->findChildren<ToggleSwitch*>()) {
+            if (each->accessibleName() == QString::fromUtf16(name))
+                return *each;
+        }
+        throw std::out_of_range{"no such toggle"};
+    }
+    [[nodiscard]] StepSlider& slider(const char16_t* name) const
+    {
+        for (StepSlider* each : m_view->findChildren<StepSlider*>()) {
+            if (each->accessibleName() == QString::fromUtf16(name))
+                return *each;
+        }
+        throw std::out_of_range{"no such slider"};
+    }
+    [[nodiscard]] QComboBox& interval() const
+    {
+        return *m_view->findChild<QComboBox*>();
+    }
+    void showTab(int tab) const
+    {
+        m_view->findChild<QTabBar*>()->setCurrentIndex(tab);
+    }
+
+    [[nodiscard]] SettingsView& view() const
+    {
+        return *m_view;
+    }
+    [[nodiscard]] SettingsController& controller() const
+    {
+        return *m_controller;
+    }
+
+    FakeLoginItem loginItem;
+    FakeNotificationCenter notifications;
+    FakeActivationPolicy policy;
+    std::vector<qint64> intervals;
+
+private:
+    ScratchFolder m_folder;
+    std::unique_ptr<SettingsView> m_view;
+    std::unique_ptr<SettingsController> m_controller;
+};
+
+TEST_F(SettingsControllerTest, nothingIsWrittenOrSetBeforeTheUserChangesSomething)
+{
+    open();
+    for (const int tab : {1, 2, 3, 0})
+        showTab(tab);
+    EXPECT_FALSE(std::filesystem::exists(file().parent_path()));
+    EXPECT_EQ(loginItem.registrations + loginItem.unregistrations, 0);
+    EXPECT_TRUE(notifications.requests.empty());
+    EXPECT_TRUE(policy.policies.empty());
+    EXPECT_TRUE(intervals.empty());
+}
+
+TEST_F(SettingsControllerTest, chosenIntervalIsStoredAndActsAtOnce)
+{
+    open();
+    interval().setCurrentIndex(0);
+    EXPECT_EQ(readFile(file()), "[General]\nrefreshMinutes=1\n");
+    EXPECT_EQ(intervals, std::vector<qint64>{1});
+}
+
+TEST_F(SettingsControllerTest, everyPreferenceIsShownAgainAfterARestart)
+{
+    const auto switchedOn = {u"Launch at Login", u"Show Dock Icon", u"Show Account Emails", u"Notifications",
+                             u"Service and model news"};
+    open();
+    interval().setCurrentIndex(2);
+    for (const auto* const name : switchedOn)
+        toggle(name).click();
+    toggle(u"Ranking Privacy").click();
+    slider(u"Claude threshold").setValue(35);
+    slider(u"Codex threshold").setValue(95);
+    const Preferences wanted{.refreshMinutes = 15,
+                             .launchAtLogin = true,
+                             .showDockIcon = true,
+                             .showAccountEmails = true,
+                             .rankingPrivate = false,
+                             .notificationsEnabled = true,
+                             .claudeThreshold = 35,
+                             .codexThreshold = 95,
+                             .newsNotifications = true};
+    EXPECT_EQ(stored().preferences(), wanted);
+
+    open();
+    EXPECT_EQ(interval().currentText(), QStringLiteral("15 minutes"));
+    for (const auto* const name : switchedOn)
+        EXPECT_TRUE(toggle(name).isChecked());
+    EXPECT_FALSE(toggle(u"Ranking Privacy").isChecked());
+    EXPECT_EQ(slider(u"Claude threshold").value(), 35);
+    EXPECT_EQ(slider(u"Codex threshold").value(), 95);
+}
+
+TEST_F(SettingsControllerTest, launchAtLoginRegistersAndUnregisters)
+{
+    open();
+    toggle(u"Launch at Login").click();
+    EXPECT_EQ(std::pair(loginItem.registrations, loginItem.unregistrations), std::pair(1, 0));
+    EXPECT_TRUE(toggle(u"Launch at Login").isChecked());
+    EXPECT_TRUE(stored().launchAtLogin());
+    toggle(u"Launch at Login").click();
+    EXPECT_EQ(std::pair(loginItem.registrations, loginItem.unregistrations), std::pair(1, 1));
+    EXPECT_FALSE(stored().launchAtLogin());
+}
+
+TEST_F(SettingsControllerTest, refusedRegistrationFlipsTheToggleBackWithoutAnotherAttempt)
+{
+    open();
+    loginItem.refuses = true;
+    toggle(u"Launch at Login").click();
+    EXPECT_FALSE(toggle(u"Launch at Login").isChecked());
+    EXPECT_FALSE(stored().launchAtLogin());
+    EXPECT_EQ(std::pair(loginItem.registrations, loginItem.unregistrations), std::pair(1, 0));
+}
+
+TEST_F(SettingsControllerTest, refusedUnregistrationOfAnEnabledItemFlipsTheToggleBackOn)
+{
+    loginItem.current = LoginItemStatus::enabled;
+    open();
+    loginItem.refuses = true;
+    toggle(u"Launch at Login").click();
+    EXPECT_TRUE(toggle(u"Launch at Login").isChecked());
+    EXPECT_TRUE(stored().launchAtLogin());
+}
+
+TEST_F(SettingsControllerTest, generalTabShowsTheDesktopsStateEachTimeItAppears)
+{
+    for (const auto status :
+         {LoginItemStatus::notRegistered, LoginItemStatus::requiresApproval, LoginItemStatus::notFound}) {
+        loginItem.current = LoginItemStatus::enabled;
+        open();
+        EXPECT_TRUE(toggle(u"Launch at Login").isChecked());
+        showTab(1);
+        loginItem.current = status; // in the desktop's settings, meanwhile
+        showTab(0);
+        EXPECT_FALSE(toggle(u"Launch at Login").isChecked());
+        EXPECT_FALSE(stored().launchAtLogin());
+    }
+    EXPECT_EQ(loginItem.registrations + loginItem.unregistrations, 0);
+}
+
+TEST_F(SettingsControllerTest, dockIconSetsThePolicyOnlyWhenItChanges)
+{
+    ASSERT_TRUE(stored().setShowDockIcon(true));
+    open();
+    EXPECT_TRUE(toggle(u"Show Dock Icon").isChecked());
+    EXPECT_TRUE(policy.policies.empty());
+    toggle(u"Show Dock Icon").click();
+    toggle(u"Show Dock Icon").click();
+    EXPECT_EQ(policy.policies, (std::vector{ActivationPolicy::accessory, ActivationPolicy::regular}));
+}
+
+TEST_F(SettingsControllerTest, refusedNotificationsGoBackByThemselves)
+{
+    open();
+    toggle(u"Notifications").click();
+    ASSERT_EQ(notifications.requests.size(), 1U);
+    EXPECT_TRUE(stored().notificationsEnabled());
+    notifications.requests[0](false);
+    EXPECT_FALSE(toggle(u"Notifications").isChecked());
+    EXPECT_FALSE(stored().notificationsEnabled());
+    EXPECT_EQ(notifications.requests.size(), 1U);
+}
+
+TEST_F(SettingsControllerTest, grantedNotificationsStayAndAreAskedForAgainTheNextTime)
+{
+    open();
+    toggle(u"Notifications").click();
+    notifications.requests.at(0)(true);
+    EXPECT_TRUE(toggle(u"Notifications").isChecked());
+    toggle(u"Notifications").click();
+    EXPECT_EQ(notifications.requests.size(), 1U);
+    EXPECT_FALSE(stored().notificationsEnabled());
+    toggle(u"Notifications").click();
+    EXPECT_EQ(notifications.requests.size(), 2U);
+}
+
+TEST_F(SettingsControllerTest, refusalThatComesAfterTheEndOfTheControllerIsNoHarm)
+{
+    open();
+    toggle(u"Notifications").click();
+    endController();
+    notifications.requests.at(0)(false);
+    EXPECT_TRUE(stored().notificationsEnabled());
+}
+
+TEST_F(SettingsControllerTest, whatCannotBeStoredHoldsInTheRunningProgram)
+{
+    writeFile(file().parent_path(), "a file where the folder should be");
+    open();
+    interval().setCurrentIndex(3);
+    toggle(u"Ranking Privacy").click();
+    toggle(u"Notifications").click();
+    notifications.requests.at(0)(false); // shows all values anew
+    EXPECT_EQ(intervals, std::vector<qint64>{30});
+    EXPECT_EQ(interval().currentText(), QStringLiteral("30 minutes"));
+    EXPECT_FALSE(toggle(u"Ranking Privacy").isChecked());
+    EXPECT_FALSE(toggle(u"Notifications").isChecked());
+}
+
+TEST_F(SettingsControllerTest, buttonsOfTheAccountsArePassedOn)
+{
+    open();
+    QStringList asked;
+    QObject::connect(&controller(), &SettingsController::refreshRequested, &controller(),
+                     [&] { asked << QStringLiteral("refresh"); });
+    QObject::connect(&controller(), &SettingsController::homeAccessRequested, &controller(),
+                     [&] { asked << QStringLiteral("access"); });
+    for (PushButton* button : view().findChildren<PushButton*>())
+        button->click();
+    asked.sort();
+    EXPECT_EQ(asked, (QStringList{QStringLiteral("access"), QStringLiteral("refresh")}));
+}
+
+} // namespace
+} // namespace tallyfox::test

@@ -1,0 +1,289 @@
+#include "Support/Agent/Widgets.h"
+#include "Tallyfox/Agent/Controls/PushButton.h"
+#include "Tallyfox/Agent/Controls/StepSlider.h"
+#include "Tallyfox/Agent/Controls/TextLabel.h"
+#include "Tallyfox/Agent/Settings/AccessibleSettings.h"
+#include "Tallyfox/Agent/Settings/AccountRow.h"
+#include "Tallyfox/Agent/Settings/AccountSettingsView.h"
+#include "Tallyfox/Agent/Settings/GeneralSettingsView.h"
+#include "Tallyfox/Agent/Settings/SettingsView.h"
+#include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QKeySequence>
+#include <QRegularExpression>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QStackedWidget>
+#include <QTabBar>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace tallyfox::test {
+namespace {
+
+struct Item {
+    QPoint position;
+    QString text;
+};
+
+/// A label or a button by its text, a control by its accessible name in brackets; nothing for what is neither.
+std::optional<Item> itemOf(const QWidget& widget, const QWidget& form)
+{
+    const bool isControl = qobject_cast<const QCheckBox*>(&widget) || qobject_cast<const QComboBox*>(&widget)
+        || qobject_cast<const StepSlider*>(&widget);
+    const bool isText = qobject_cast<const QLabel*>(&widget) || qobject_cast<const PushButton*>(&widget);
+    if (!widget.isVisible() || !(isControl || isText))
+        return std::nullopt;
+    const QString text = isControl ? u'[' + widget.accessibleName() + u']' : widget.property("text").toString();
+    return Item{widget.mapTo(&form, QPoint{0, widget.height() / 2}), text};
+}
+
+/// Everything a form says, row by row and from the left to the right.
+QStringList contentOf(const QWidget& form)
+{
+    std::vector<Item> items;
+    for (const QWidget* widget : form.findChildren<QWidget*>()) {
+        if (const auto item = itemOf(*widget, form))
+            items.push_back(*item);
+    }
+    std::sort(items.begin(), items.end(), [](const Item& one, const Item& other) {
+        const bool isSameRow = std::abs(one.position.y() - other.position.y()) < 5;
+        return isSameRow ? one.position.x() < other.position.x() : one.position.y() < other.position.y();
+    });
+    QStringList content;
+    for (const Item& item : items)
+        content << item.text;
+    return content;
+}
+
+QStringList texts(std::initializer_list<const char16_t*> list)
+{
+    QStringList result;
+    for (const char16_t* text : list)
+        result << QString::fromUtf16(text);
+    return result;
+}
+
+class SettingsViewTest : public testing::Test {
+protected:
+    /// Before the first view, which the toolkit may ask for at once.
+    static void SetUpTestSuite()
+    {
+        installAccessibleSettings();
+    }
+
+    SettingsViewTest()
+    {
+        UsageSnapshot snapshot;
+        snapshot.states = {initialState(Provider::claude, distantPast, Calendar::utc()),
+                           initialState(Provider::codex, distantPast, Calendar::utc())};
+        m_view.setUsage(snapshot);
+        m_view.resize(m_view.minimumSize());
+        showActive(m_view);
+    }
+
+    [[nodiscard]] QTabBar& tabs() const
+    {
+        return *m_view.findChild<QTabBar*>();
+    }
+    QWidget& chosen(int tab)
+    {
+        tabs().setCurrentIndex(tab);
+        QWidget* const form = m_view.findChild<QStackedWidget*>()->currentWidget();
+        settle();
+        return *form;
+    }
+
+    /// Everything that the Tab key comes to after the tabs, until it is back there.
+    QStringList reachedByTab()
+    {
+        QStringList reached;
+        tabs().setFocus();
+        for (int steps = 0; steps < 20; ++steps) {
+            pressKey(*m_view.focusWidget(), Qt::Key_Tab);
+            if (m_view.focusWidget() == &tabs())
+                break;
+            const auto item = itemOf(*m_view.focusWidget(), m_view);
+            reached << (item ? item->text : QStringLiteral("neither control nor button"));
+        }
+        return reached;
+    }
+
+    SettingsView m_view{QStringLiteral("9.8.7")};
+};
+
+TEST_F(SettingsViewTest, isNineHundredByFourHundredAndEightyAtLeast)
+{
+    EXPECT_EQ(m_view.minimumSize(), QSize(900, 480));
+}
+
+TEST_F(SettingsViewTest, tabsAreFourAndGeneralIsTheFirst)
+{
+    QStringList titles;
+    for (int tab = 0; tab < tabs().count(); ++tab)
+        titles << QAccessible::queryAccessibleInterface(&tabs())->child(tab)->text(QAccessible::Name);
+    EXPECT_EQ(titles, texts({u"General", u"Accounts", u"Notifications", u"About"}));
+    EXPECT_EQ(tabs().currentIndex(), 0);
+    EXPECT_EQ(accessibleRole(tabs()), QAccessible::PageTabList);
+}
+
+TEST_F(SettingsViewTest, chosenTabIsTheOneThatAScreenReaderHearsOf)
+{
+    tabs().setCurrentIndex(2);
+    QAccessibleInterface* const bar = QAccessible::queryAccessibleInterface(&tabs());
+    EXPECT_EQ(bar->text(QAccessible::Name), QStringLiteral("Settings"));
+    ASSERT_EQ(bar->childCount(), 4);
+    for (int tab = 0; tab < 4; ++tab) {
+        const QAccessible::State state = bar->child(tab)->state();
+        EXPECT_TRUE(state.selectable) << tab;
+        EXPECT_EQ(state.selected, tab == 2) << tab;
+        EXPECT_EQ(bar->indexOfChild(bar->child(tab)), tab);
+    }
+    EXPECT_EQ(bar->child(-1), nullptr);
+    EXPECT_EQ(bar->child(4), nullptr);
+    tabs().setFocus();
+    EXPECT_EQ(bar->focusChild(), bar->child(2));
+    EXPECT_EQ(bar->child(1)->text(QAccessible::Accelerator), QStringLiteral("Alt+A"));
+}
+
+TEST_F(SettingsViewTest, screenReaderChoosesTabs)
+{
+    QAccessibleInterface* const tab = QAccessible::queryAccessibleInterface(&tabs())->child(1);
+    ASSERT_NE(tab->actionInterface(), nullptr);
+    EXPECT_EQ(tab->actionInterface()->actionNames(), QStringList{QAccessibleActionInterface::pressAction()});
+    tab->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(tabs().currentIndex(), 1);
+    QAccessibleInterface* const bar = tab->parent();
+    EXPECT_EQ(bar->childAt(tab->rect().center().x(), tab->rect().center().y()), tab);
+}
+
+TEST_F(SettingsViewTest, screenReaderReadsAccountsBeforeWhatFollowsThem)
+{
+    const QWidget& form = chosen(1);
+    const auto* const sync = form.findChild<PushButton*>();
+    const auto* const account = form.findChild<AccountRow*>();
+    // A reader follows the order of the widgets.
+    const QObjectList& rows = sync->parentWidget()->parentWidget()->children();
+    EXPECT_LT(rows.indexOf(account->parentWidget()), rows.indexOf(sync->parentWidget()));
+}
+
+TEST_F(SettingsViewTest, generalTabSaysItsThreeSections)
+{
+    EXPECT_EQ(contentOf(chosen(0)),
+              texts({u"Usage", u"Refresh interval", u"[Refresh interval]", u"App Access", u"Launch at Login",
+                     u"[Launch at Login]", u"Show Dock Icon", u"[Show Dock Icon]", u"Global Shortcut", u"\u2325\u2318B",
+                     u"Appearance", u"Theme", u"Tallyfox Warm", u"Show Account Emails", u"[Show Account Emails]",
+                     u"Ranking Privacy", u"[Ranking Privacy]"}));
+}
+
+TEST_F(SettingsViewTest, accountsTabSaysItsThreeSections)
+{
+    EXPECT_EQ(contentOf(chosen(1)),
+              texts({u"Connected Accounts", u"Claude", u"Unavailable", u"Waiting for first refresh", u"Codex",
+                     u"Unavailable", u"Waiting for first refresh", u"Sync Accounts", u"Local Usage History",
+                     u"Home directory access", u"Required", u"Allow Home Folder Access",
+                     u"Claude and Codex usage metadata is read in place and is never copied.", u"Previously Removed",
+                     u"No removed accounts"}));
+}
+
+TEST_F(SettingsViewTest, notificationsTabSaysItsTwoSections)
+{
+    EXPECT_EQ(contentOf(chosen(2)),
+              texts({u"Usage Alerts", u"Notifications", u"[Notifications]", u"Claude threshold", u"[Claude threshold]",
+                     u"20%", u"Codex threshold", u"[Codex threshold]", u"20%",
+                     u"You will be notified when remaining usage falls below the threshold.", u"Updates",
+                     u"Service and model news", u"[Service and model news]"}));
+}
+
+TEST_F(SettingsViewTest, aboutTabSaysWhatTheProgramPromises)
+{
+    EXPECT_EQ(contentOf(chosen(3)),
+              texts({u"Tallyfox", u"Version 9.8.7", u"Privacy", u"Processing", u"100% Local", u"Raw transcripts",
+                     u"Never stored", u"Provider credentials", u"Never read"}));
+}
+
+TEST_F(SettingsViewTest, nothingIsCutOffOrScrolledInAnyTab)
+{
+    for (int tab = 0; tab < 4; ++tab) {
+        const QWidget& form = chosen(tab);
+        EXPECT_EQ(dynamic_cast<const QScrollArea&>(form).verticalScrollBar()->maximum(), 0) << tab;
+        for (const TextLabel* label : form.findChildren<TextLabel*>())
+            EXPECT_FALSE(label->isVisible() && label->isElided()) << label->text().toStdString();
+    }
+}
+
+TEST_F(SettingsViewTest, tabKeyReachesEveryControlInOrder)
+{
+    for (int tab = 0; tab < 4; ++tab) {
+        const QStringList wanted =
+            contentOf(chosen(tab)).filter(QRegularExpression{QStringLiteral("^\\[|^Sync|^Allow Home")});
+        EXPECT_EQ(reachedByTab(), wanted) << tab;
+    }
+}
+
+/// The toolkit names a combo box after its value, and tells what it is for by its label.
+TEST_F(SettingsViewTest, intervalIsLabelledForAScreenReader)
+{
+    auto* const picker = m_view.findChild<QComboBox*>();
+    QStringList labels;
+    for (const auto& [label, relation] : QAccessible::queryAccessibleInterface(picker)->relations()) {
+        if (relation == QAccessible::Label)
+            labels << label->text(QAccessible::Name);
+    }
+    EXPECT_EQ(labels, texts({u"Refresh interval"}));
+    EXPECT_EQ(accessibleRole(*picker), QAccessible::ComboBox);
+    EXPECT_EQ(accessibleValue(*picker), QStringLiteral("5 minutes"));
+}
+
+TEST_F(SettingsViewTest, arrowKeysAndLettersChooseTabs)
+{
+    tabs().setFocus();
+    pressKey(tabs(), Qt::Key_Right);
+    EXPECT_EQ(tabs().currentIndex(), 1);
+    QStringList letters;
+    for (int tab = 0; tab < 4; ++tab)
+        letters << QKeySequence::mnemonic(tabs().tabText(tab)).toString();
+    EXPECT_EQ(letters, texts({u"Alt+G", u"Alt+A", u"Alt+N", u"Alt+B"}));
+}
+
+TEST_F(SettingsViewTest, lettersAreUnderlinedWhileAltIsHeld)
+{
+    const QImage before = tabs().grab().toImage();
+    QKeyEvent press{QEvent::KeyPress, Qt::Key_Alt, Qt::AltModifier};
+    QApplication::sendEvent(&m_view, &press);
+    EXPECT_NE(tabs().grab().toImage(), before);
+    QKeyEvent release{QEvent::KeyRelease, Qt::Key_Alt, Qt::NoModifier};
+    QApplication::sendEvent(&m_view, &release);
+    EXPECT_EQ(tabs().grab().toImage(), before);
+}
+
+TEST_F(SettingsViewTest, coloursAreTheThemesWhateverThePaletteOfTheDesktop)
+{
+    const QPalette before = QApplication::palette();
+    QApplication::setPalette(QPalette{Qt::black});
+    const QImage drawn = m_view.grab().toImage();
+    EXPECT_TRUE(isNear(drawn.pixel(4, 4), Theme::canvas().rgb()));
+    EXPECT_TRUE(isNear(drawn.pixel(40, 400), Theme::canvas().rgb()));
+    EXPECT_TRUE(isNear(drawn.pixel(300, 122), Theme::surface().rgb()));
+    QApplication::setPalette(before);
+}
+
+TEST_F(SettingsViewTest, generalTabAppearsEachTimeItIsShown)
+{
+    int times = 0;
+    QObject::connect(&m_view.general(), &GeneralSettingsView::appeared, &m_view, [&] { ++times; });
+    tabs().setCurrentIndex(2);
+    EXPECT_EQ(times, 0);
+    tabs().setCurrentIndex(0);
+    EXPECT_EQ(times, 1);
+    m_view.hide();
+    m_view.show();
+    EXPECT_EQ(times, 2);
+}
+
+} // namespace
+} // namespace tallyfox::test

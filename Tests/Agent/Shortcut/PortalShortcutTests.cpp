@@ -1,0 +1,232 @@
+#include "Support/Agent/FakePortal.h"
+#include "Support/Agent/PrivateBus.h"
+#include "Support/SpinUntil.h"
+#include "Tallyfox/Agent/Shortcut/PortalShortcut.h"
+
+#include <QDBusArgument>
+#include <QDBusMetaType>
+#include <gmock/gmock.h>
+
+namespace tallyfox::test {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const QString sessionPath = QStringLiteral("/org/freedesktop/portal/desktop/session/1_2/theSession");
+const QString shortcutId = QStringLiteral("toggle-popover");
+
+/// "(sa{sv})", of which the portal's list of shortcuts is made.
+struct Entry {
+    QString id;
+};
+
+QDBusArgument& operator<<(QDBusArgument& argument, const Entry& entry)
+{
+    argument.beginStructure();
+    argument << entry.id << QVariantMap{};
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument& operator>>(const QDBusArgument& argument, Entry& entry)
+{
+    QVariantMap properties;
+    argument.beginStructure();
+    argument >> entry.id >> properties;
+    argument.endStructure();
+    return argument;
+}
+
+PortalDecision granting(const QList<Entry>& entries)
+{
+    return {.response = 0, .results = {{QStringLiteral("shortcuts"), QVariant::fromValue(entries)}}};
+}
+
+std::optional<PortalDecision> consent(const QDBusMessage& call)
+{
+    if (call.member() == QStringLiteral("CreateSession"))
+        return PortalDecision{.response = 0, .results = {{QStringLiteral("session_handle"), sessionPath}}};
+    return granting({{shortcutId}});
+}
+
+class PortalShortcutTest : public testing::Test {
+protected:
+    PortalShortcutTest()
+    {
+        qDBusRegisterMetaType<Entry>();
+        qDBusRegisterMetaType<QList<Entry>>();
+    }
+
+    void start()
+    {
+        m_shortcut.emplace(m_program);
+        QObject::connect(&*m_shortcut, &GlobalShortcut::activated, [this] { ++m_activations; });
+    }
+
+    bool isBound()
+    {
+        return spinUntil([this] { return m_shortcut->isBound(); });
+    }
+
+    static void activate(const QDBusConnection& bus, const QString& session, const QString& id)
+    {
+        QDBusMessage signal = QDBusMessage::createSignal(QStringLiteral("/org/freedesktop/portal/desktop"),
+                                                         QStringLiteral("org.freedesktop.portal.GlobalShortcuts"),
+                                                         QStringLiteral("Activated"));
+        bus.send(signal << QVariant::fromValue(QDBusObjectPath{session}) << id << qulonglong{1} << QVariantMap{});
+    }
+
+    PrivateBus m_bus;
+    QDBusConnection m_program = m_bus.connect();
+    QDBusConnection m_portalsBus = m_bus.connect();
+    std::optional<PortalShortcut> m_shortcut;
+    int m_activations = 0;
+};
+
+TEST_F(PortalShortcutTest, keysAreAskedForAndActivate)
+{
+    FakePortal portal{m_portalsBus, consent};
+    start();
+    ASSERT_TRUE(isBound());
+    const QDBusMessage call = portal.callsOf("BindShortcuts").front();
+    EXPECT_EQ(call.signature(), QStringLiteral("oa(sa{sv})sa{sv}"));
+    EXPECT_EQ(call.arguments().front().value<QDBusObjectPath>().path(), sessionPath);
+    activate(m_portalsBus, sessionPath, shortcutId);
+    ASSERT_TRUE(spinUntil([this] { return m_activations == 1; }));
+}
+
+TEST_F(PortalShortcutTest, onlyTheShortcutOfTheSessionActivates)
+{
+    FakePortal portal{m_portalsBus, consent};
+    start();
+    ASSERT_TRUE(isBound());
+    const QDBusConnection stranger = m_bus.connect();
+    activate(stranger, sessionPath, shortcutId);
+    activate(m_portalsBus, sessionPath + QStringLiteral("x"), shortcutId);
+    activate(m_portalsBus, sessionPath, QStringLiteral("another"));
+    QDBusMessage strange = QDBusMessage::createSignal(QStringLiteral("/org/freedesktop/portal/desktop"),
+                                                      QStringLiteral("org.freedesktop.portal.GlobalShortcuts"),
+                                                      QStringLiteral("Activated"));
+    m_portalsBus.send(strange << 7);
+    spinFor(200ms);
+    EXPECT_EQ(m_activations, 0);
+    activate(m_portalsBus, sessionPath, shortcutId);
+    EXPECT_TRUE(spinUntil([this] { return m_activations == 1; }));
+}
+
+TEST_F(PortalShortcutTest, refusalIsTheEndOfIt)
+{
+    for (const char* refused : {"CreateSession", "BindShortcuts"}) {
+        FakePortal portal{m_portalsBus, [&](const QDBusMessage& call) {
+                              return call.member() == QLatin1StringView{refused} ? PortalDecision{.response = 1}
+                                                                                 : consent(call);
+                          }};
+        start();
+        ASSERT_TRUE(spinUntil([&] { return portal.callsOf(refused).size() == 1; })) << refused;
+        spinFor(300ms);
+        EXPECT_FALSE(m_shortcut->isBound()) << refused;
+        EXPECT_EQ(portal.callsOf("CreateSession").size(), 1) << refused;
+        EXPECT_EQ(portal.callsOf(refused).size(), 1) << "no second try: " << refused;
+        m_shortcut.reset();
+    }
+}
+
+TEST_F(PortalShortcutTest, resultsOfOtherTypesAreNoGrant)
+{
+    const std::vector<QVariantMap> wrongSessions{
+        {},
+        {{QStringLiteral("session_handle"), QStringList{sessionPath, sessionPath}}},
+        {{QStringLiteral("session_handle"), QString{}}},
+        {{QStringLiteral("session_handle"), QStringLiteral("no path")}},
+    };
+    for (const QVariantMap& results : wrongSessions) {
+        FakePortal portal{m_portalsBus, [&](const QDBusMessage&) { return PortalDecision{.results = results}; }};
+        start();
+        ASSERT_TRUE(spinUntil([&] { return portal.callsOf("CreateSession").size() == 1; }));
+        spinFor(200ms);
+        EXPECT_FALSE(m_shortcut->isBound());
+        EXPECT_THAT(portal.callsOf("BindShortcuts"), IsEmpty());
+        m_shortcut.reset();
+    }
+}
+
+TEST_F(PortalShortcutTest, shortcutThatTheUserHasLeftOutIsNotBound)
+{
+    const std::vector<PortalDecision> decisions{
+        granting({}),
+        granting({{QStringLiteral("another")}}),
+        {},
+        {.results = {{QStringLiteral("shortcuts"), QStringLiteral("toggle-popover")}}}};
+    for (const PortalDecision& decision : decisions) {
+        FakePortal portal{m_portalsBus, [&](const QDBusMessage& call) {
+                              return call.member() == QStringLiteral("BindShortcuts") ? decision : consent(call);
+                          }};
+        start();
+        ASSERT_TRUE(spinUntil([&] { return portal.callsOf("Close").size() >= 2; })) << "the session is closed";
+        EXPECT_FALSE(m_shortcut->isBound());
+        m_shortcut.reset();
+    }
+}
+
+TEST_F(PortalShortcutTest, sessionIsClosedWithTheObject)
+{
+    FakePortal portal{m_portalsBus, consent};
+    start();
+    ASSERT_TRUE(isBound());
+    m_shortcut.reset();
+    EXPECT_TRUE(spinUntil([&] {
+        const auto calls = portal.callsOf("Close");
+        return !calls.isEmpty() && calls.back().path() == sessionPath;
+    }));
+}
+
+TEST_F(PortalShortcutTest, sessionThatThePortalClosesIsOver)
+{
+    FakePortal portal{m_portalsBus, consent};
+    start();
+    ASSERT_TRUE(isBound());
+    m_portalsBus.send(QDBusMessage::createSignal(sessionPath, QStringLiteral("org.freedesktop.portal.Session"),
+                                                 QStringLiteral("Closed")));
+    EXPECT_TRUE(spinUntil([this] { return !m_shortcut->isBound(); }));
+    spinFor(200ms);
+    EXPECT_EQ(portal.callsOf("CreateSession").size(), 1);
+}
+
+TEST_F(PortalShortcutTest, portalThatIsStartedAnewIsAskedOnceMore)
+{
+    std::optional<FakePortal> portal{std::in_place, m_portalsBus, consent};
+    start();
+    ASSERT_TRUE(isBound());
+    portal.reset();
+    ASSERT_TRUE(spinUntil([this] { return !m_shortcut->isBound(); }));
+    const QDBusConnection nextBus = m_bus.connect();
+    FakePortal next{nextBus, consent};
+    ASSERT_TRUE(isBound());
+    EXPECT_EQ(next.callsOf("CreateSession").size(), 1);
+    activate(nextBus, sessionPath, shortcutId);
+    EXPECT_TRUE(spinUntil([this] { return m_activations == 1; }));
+}
+
+TEST_F(PortalShortcutTest, portalThatDiesWhileItIsAskedIsNotAskedAgain)
+{
+    std::optional<FakePortal> portal{std::in_place, m_portalsBus, [](const QDBusMessage&) { return std::nullopt; }};
+    start();
+    ASSERT_TRUE(spinUntil([&] { return portal->callsOf("CreateSession").size() == 1; }));
+    portal.reset();
+    FakePortal next{m_bus.connect(), consent};
+    spinFor(300ms);
+    EXPECT_FALSE(m_shortcut->isBound());
+    EXPECT_THAT(next.callsOf("CreateSession"), IsEmpty());
+}
+
+TEST_F(PortalShortcutTest, nobodyThereIsNoError)
+{
+    start();
+    spinFor(200ms);
+    EXPECT_FALSE(m_shortcut->isBound());
+}
+
+} // namespace
+} // namespace tallyfox::test

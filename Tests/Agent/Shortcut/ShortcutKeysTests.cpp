@@ -1,0 +1,131 @@
+#include "Tallyfox/Agent/Shortcut/ShortcutKeys.h"
+#include "Tallyfox/Agent/Shortcut/ShortcutWays.h"
+
+#include <gmock/gmock.h>
+
+namespace tallyfox {
+namespace {
+
+using testing::ElementsAre;
+using testing::UnorderedElementsAre;
+
+constexpr std::uint32_t altSymbol = 0xffe9;
+constexpr std::uint32_t superSymbol = 0xffeb;
+constexpr std::uint32_t numLockSymbol = 0xff7f;
+constexpr std::uint32_t scrollLockSymbol = 0xff14;
+constexpr std::uint32_t cyrillicI = 0x6c9;
+
+/// B on key 56, Alt on Mod1, NumLock on Mod2, Super on Mod4.
+Keyboard usualKeyboard()
+{
+    Keyboard keyboard;
+    keyboard.keys = {{56, {{'b', 'B'}}},
+                     {57, {{'n', 'N'}}},
+                     {64, {{altSymbol}}},
+                     {77, {{numLockSymbol}}},
+                     {133, {{superSymbol}}},
+                     {78, {{scrollLockSymbol}}},
+                     {80, {}}};
+    keyboard.modifiers = {{{50}, {66}, {37}, {64}, {77, 0}, {}, {0, 133}, {}}};
+    return keyboard;
+}
+
+TEST(ShortcutKeys, modifiersAndLocksAreThoseOfTheKeyboard)
+{
+    const auto keys = shortcutKeys(usualKeyboard());
+    ASSERT_TRUE(keys);
+    EXPECT_EQ(keys->modifiers, 0x48);
+    EXPECT_EQ(keys->locks, 0x12);
+    EXPECT_THAT(keys->keys, ElementsAre(56));
+    EXPECT_THAT(keys->combinations(), UnorderedElementsAre(0x48, 0x4a, 0x58, 0x5a));
+}
+
+TEST(ShortcutKeys, scrollLockCountsWhereItIsAModifier)
+{
+    Keyboard keyboard = usualKeyboard();
+    keyboard.modifiers.at(5) = {78};
+    EXPECT_EQ(shortcutKeys(keyboard)->locks, 0x32);
+    EXPECT_EQ(shortcutKeys(keyboard)->combinations().size(), 8U);
+}
+
+TEST(ShortcutKeys, lockThatSharesAModifierWithAltIsNoLock)
+{
+    Keyboard keyboard = usualKeyboard();
+    keyboard.modifiers.at(4) = {};
+    keyboard.modifiers.at(3) = {64, 77};
+    EXPECT_EQ(shortcutKeys(keyboard)->locks, 0x02);
+}
+
+TEST(ShortcutKeys, keyboardWithoutSuperOrAltHasNoShortcut)
+{
+    for (const unsigned modifier : {3U, 6U}) {
+        Keyboard keyboard = usualKeyboard();
+        keyboard.modifiers.at(modifier) = {};
+        EXPECT_EQ(shortcutKeys(keyboard), std::nullopt) << modifier;
+    }
+    EXPECT_EQ(shortcutKeys(Keyboard{}), std::nullopt);
+}
+
+TEST(ShortcutKeys, superAndAltOnOneModifierAreNoShortcut)
+{
+    Keyboard keyboard = usualKeyboard();
+    keyboard.modifiers = {{{50}, {66}, {37}, {64, 133}, {77}, {}, {}, {}}};
+    EXPECT_EQ(shortcutKeys(keyboard), std::nullopt) << "Alt+B alone would be taken from every program";
+}
+
+TEST(ShortcutKeys, keyIsThatOfTheLayoutInUse)
+{
+    Keyboard keyboard = usualKeyboard();
+    keyboard.keys[56] = {{'b', 'B'}, {'x', 'X'}};
+    keyboard.keys[57] = {{'n', 'N'}, {'b', 'B'}};
+    EXPECT_THAT(shortcutKeys(keyboard)->keys, ElementsAre(56));
+    keyboard.group = 1;
+    EXPECT_THAT(shortcutKeys(keyboard)->keys, ElementsAre(57));
+}
+
+TEST(ShortcutKeys, layoutWithoutTheLetterHasItWhereAnotherHas)
+{
+    Keyboard keyboard = usualKeyboard();
+    keyboard.keys[56] = {{'x', 'X'}, {cyrillicI}};
+    keyboard.keys[57] = {{'b', 'B'}, {cyrillicI}};
+    keyboard.group = 1;
+    EXPECT_THAT(shortcutKeys(keyboard)->keys, ElementsAre(57));
+}
+
+TEST(ShortcutKeys, keyboardWithoutTheLetterHasTheUsualKey)
+{
+    Keyboard keyboard = usualKeyboard();
+    keyboard.keys[56] = {{cyrillicI}};
+    EXPECT_THAT(shortcutKeys(keyboard)->keys, ElementsAre(56));
+}
+
+TEST(ShortcutKeys, severalKeysMayHaveTheLetter)
+{
+    Keyboard keyboard = usualKeyboard();
+    keyboard.keys[57] = {{'b'}};
+    EXPECT_THAT(shortcutKeys(keyboard)->keys, ElementsAre(56, 57));
+}
+
+TEST(ShortcutKeys, matchLooksAtKeyAndModifiersOnly)
+{
+    const ShortcutKeys keys = *shortcutKeys(usualKeyboard());
+    EXPECT_TRUE(keys.match(56, 0x48));
+    EXPECT_TRUE(keys.match(56, 0x5a)) << "locks";
+    EXPECT_TRUE(keys.match(56, 0x2148)) << "a button, and the second layout";
+    EXPECT_FALSE(keys.match(57, 0x48));
+    EXPECT_FALSE(keys.match(56, 0x49)) << "Shift";
+    EXPECT_FALSE(keys.match(56, 0x40));
+    EXPECT_FALSE(keys.match(56, 0));
+}
+
+TEST(ShortcutWays, followTheSession)
+{
+    EXPECT_EQ(shortcutWays(u"xcb", false), (ShortcutWays{true, false}));
+    EXPECT_EQ(shortcutWays(u"xcb", true), (ShortcutWays{true, true}));
+    EXPECT_EQ(shortcutWays(u"wayland", true), (ShortcutWays{false, true}));
+    EXPECT_EQ(shortcutWays(u"wayland-egl", true), (ShortcutWays{false, true}));
+    EXPECT_EQ(shortcutWays(u"offscreen", true), (ShortcutWays{false, false}));
+}
+
+} // namespace
+} // namespace tallyfox

@@ -1,0 +1,194 @@
+#include "Support/Agent/FakeStatusNotifierWatcher.h"
+#include "Support/Agent/PrivateBus.h"
+#include "Support/SpinUntil.h"
+#include "Tallyfox/Agent/StatusItem/StatusNotifierWatch.h"
+
+#include <gmock/gmock.h>
+
+#include <memory>
+#include <vector>
+
+namespace tallyfox::test {
+namespace {
+
+using Manner = FakeStatusNotifierWatcher::Manner;
+using testing::ElementsAre;
+
+struct StatusNotifierWatchTest : testing::Test {
+    void start()
+    {
+        watch = std::make_unique<StatusNotifierWatch>(itemBus);
+    }
+    void startWatcher(Manner manner = Manner::takesItems)
+    {
+        watcher.reset();
+        watcher = std::make_unique<FakeStatusNotifierWatcher>(bus.connect(), manner);
+    }
+    bool becomes(StatusNotifierHost host)
+    {
+        return spinUntil([&] { return watch->host() == host; });
+    }
+
+    PrivateBus bus;
+    QDBusConnection itemBus = bus.connect();
+    std::unique_ptr<FakeStatusNotifierWatcher> watcher;
+    std::unique_ptr<StatusNotifierWatch> watch;
+};
+
+TEST_F(StatusNotifierWatchTest, withoutABusNoHostIsExpected)
+{
+    const StatusNotifierWatch alone{QDBusConnection{QStringLiteral("never opened")}};
+    EXPECT_EQ(alone.host(), StatusNotifierHost::absent);
+}
+
+TEST_F(StatusNotifierWatchTest, withoutAWatcherTheHostIsAbsent)
+{
+    start();
+    EXPECT_EQ(watch->host(), StatusNotifierHost::unknown);
+    EXPECT_TRUE(becomes(StatusNotifierHost::absent));
+}
+
+TEST_F(StatusNotifierWatchTest, watcherThatIsThereIsToldTheConnection)
+{
+    startWatcher();
+    start();
+    ASSERT_TRUE(becomes(StatusNotifierHost::present));
+    EXPECT_THAT(watcher->registered(), ElementsAre(itemBus.baseService()));
+}
+
+TEST_F(StatusNotifierWatchTest, watcherThatComesLaterIsTold)
+{
+    start();
+    ASSERT_TRUE(becomes(StatusNotifierHost::absent));
+    startWatcher();
+    ASSERT_TRUE(becomes(StatusNotifierHost::present));
+    EXPECT_THAT(watcher->registered(), ElementsAre(itemBus.baseService()));
+}
+
+TEST_F(StatusNotifierWatchTest, eachOfTwentyWatchersIsToldOnce)
+{
+    start();
+    for (int life = 0; life < 20; ++life) {
+        startWatcher();
+        ASSERT_TRUE(becomes(StatusNotifierHost::present)) << "in life " << life;
+        spinFor(std::chrono::milliseconds{5});
+        EXPECT_THAT(watcher->registered(), ElementsAre(itemBus.baseService()));
+        EXPECT_EQ(watcher->registrationCalls(), 1);
+        watcher.reset();
+        ASSERT_TRUE(becomes(StatusNotifierHost::absent)) << "after life " << life;
+    }
+}
+
+TEST_F(StatusNotifierWatchTest, refusalIsTakenAtItsWord)
+{
+    startWatcher(Manner::refuses);
+    start();
+    ASSERT_TRUE(becomes(StatusNotifierHost::refusing));
+    spinFor(std::chrono::milliseconds{1500});
+    EXPECT_EQ(watcher->registrationCalls(), 1);
+}
+
+TEST_F(StatusNotifierWatchTest, watcherThatIsNotReadyIsAskedAgain)
+{
+    startWatcher(Manner::knowsNoCalls);
+    start();
+    ASSERT_TRUE(spinUntil([&] { return watcher->registrationCalls() == 1; }));
+    watcher->setManner(Manner::takesItems);
+    ASSERT_TRUE(becomes(StatusNotifierHost::present));
+    EXPECT_EQ(watcher->registrationCalls(), 2);
+    EXPECT_THAT(watcher->registered(), ElementsAre(itemBus.baseService()));
+}
+
+TEST_F(StatusNotifierWatchTest, watcherThatIsNeverReadyIsAskedFourTimes)
+{
+    startWatcher(Manner::knowsNoCalls);
+    start();
+    ASSERT_TRUE(becomes(StatusNotifierHost::refusing));
+    spinFor(std::chrono::milliseconds{1500});
+    EXPECT_EQ(watcher->registrationCalls(), 4);
+}
+
+TEST_F(StatusNotifierWatchTest, silentWatcherIsWaitedForUntilItsSuccessorComes)
+{
+    startWatcher(Manner::isSilent);
+    start();
+    ASSERT_TRUE(spinUntil([&] { return watcher->registrationCalls() == 1; }));
+    spinFor(std::chrono::milliseconds{200});
+    EXPECT_EQ(watch->host(), StatusNotifierHost::unknown);
+    EXPECT_EQ(watcher->registrationCalls(), 1);
+    startWatcher();
+    EXPECT_TRUE(becomes(StatusNotifierHost::present));
+}
+
+TEST_F(StatusNotifierWatchTest, answersOfWrongTypesDoNoHarm)
+{
+    startWatcher(Manner::answersNonsense);
+    start();
+    EXPECT_TRUE(becomes(StatusNotifierHost::present));
+    EXPECT_EQ(watcher->registrationCalls(), 1);
+}
+
+TEST_F(StatusNotifierWatchTest, watcherWithoutAPanelIsNoHostUntilThePanelComes)
+{
+    startWatcher();
+    watcher->setHost(false);
+    start();
+    ASSERT_TRUE(becomes(StatusNotifierHost::absent));
+    ASSERT_TRUE(spinUntil([&] { return watcher->registrationCalls() == 1; }));
+    watcher->setHost(true);
+    ASSERT_TRUE(becomes(StatusNotifierHost::present));
+    watcher->setHost(false);
+    ASSERT_TRUE(becomes(StatusNotifierHost::absent));
+    EXPECT_EQ(watcher->registrationCalls(), 1);
+}
+
+TEST_F(StatusNotifierWatchTest, floodOfSignalsBringsFewQuestionsAndTheLastAnswer)
+{
+    constexpr int signalCount = 501;
+    startWatcher();
+    start();
+    ASSERT_TRUE(becomes(StatusNotifierHost::present));
+    for (int number = 0; number < signalCount; ++number)
+        watcher->setHost(number % 2 == 1);
+    ASSERT_TRUE(becomes(StatusNotifierHost::absent));
+    EXPECT_LT(watcher->hostQuestions(), signalCount / 2);
+}
+
+TEST_F(StatusNotifierWatchTest, signalsForgedByAnotherPeerAreIgnored)
+{
+    startWatcher();
+    start();
+    ASSERT_TRUE(becomes(StatusNotifierHost::present));
+    const QDBusConnection peer = bus.connect();
+    QDBusMessage forged =
+        QDBusMessage::createTargetedSignal(itemBus.baseService(), QStringLiteral("/org/freedesktop/DBus"),
+                                           QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameOwnerChanged"));
+    forged << QStringLiteral("org.kde.StatusNotifierWatcher") << QString{} << peer.baseService();
+    peer.send(forged);
+    spinFor(std::chrono::milliseconds{100});
+    EXPECT_EQ(watch->host(), StatusNotifierHost::present);
+    EXPECT_EQ(watcher->registrationCalls(), 1);
+}
+
+TEST_F(StatusNotifierWatchTest, busThatEndsTakesTheHostAway)
+{
+    startWatcher();
+    start();
+    ASSERT_TRUE(becomes(StatusNotifierHost::present));
+    bus.kill();
+    EXPECT_TRUE(becomes(StatusNotifierHost::absent));
+}
+
+TEST_F(StatusNotifierWatchTest, endsWhileAnAnswerIsOutstanding)
+{
+    startWatcher(Manner::isSilent);
+    start();
+    ASSERT_TRUE(spinUntil([&] { return watcher->registrationCalls() == 1; }));
+    watch.reset();
+    startWatcher();
+    spinFor(std::chrono::milliseconds{50});
+    EXPECT_EQ(watcher->registrationCalls(), 0);
+}
+
+} // namespace
+} // namespace tallyfox::test

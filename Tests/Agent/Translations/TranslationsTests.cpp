@@ -1,0 +1,189 @@
+#include "Agent/Translations/TranslatedApplication.h"
+#include "Support/Moments.h"
+#include "Tallyfox/Agent/Charts/HeatMap.h"
+#include "Tallyfox/Agent/Popover/PopoverTab.h"
+#include "Tallyfox/Agent/Popover/ProviderCardModel.h"
+#include "Tallyfox/Agent/Popover/RefreshFooter.h"
+#include "Tallyfox/Agent/Popover/RelativeTime.h"
+#include "Tallyfox/Agent/Settings/ThresholdControl.h"
+#include "Tallyfox/Agent/Shell/StatusItemText.h"
+#include "Tallyfox/Agent/Theme/DayFormat.h"
+#include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
+#include "Tallyfox/Agent/Theme/TranslatedText.h"
+#include "Tallyfox/Engine/CommandLine/TokenText.h"
+
+#include <QCoreApplication>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <set>
+
+namespace tallyfox::test {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::IsEmpty;
+
+const Instant now = utcTime(2026, 11, 21, 14, 5);
+
+QString tabName(PopoverTab tab)
+{
+    return QCoreApplication::translate("PopoverTab", rawValue(tab));
+}
+
+UsageSummary someHistory()
+{
+    UsageSample sample;
+    sample.timestamp = now;
+    sample.totalTokens = 1'000;
+    return UsageSummary{{&sample, 1}, now, Calendar::utc()};
+}
+
+QuotaSnapshot someQuota()
+{
+    QuotaSnapshot quota;
+    quota.primary.usedPercent = 42.5;
+    quota.primary.resetsAt = now + 2h;
+    quota.confidence = MeasurementConfidence::exact;
+    return quota;
+}
+
+/// The texts of the states that all combinations of what a refresh may find lead to.
+std::set<std::string> textsOfTheStore()
+{
+    const ProviderState first = initialState(Provider::codex, now, Calendar::utc());
+    ProviderState withQuota = first;
+    withQuota.quota = someQuota();
+    std::set<std::string> texts{first.detail};
+    for (unsigned found = 0; found < 64; ++found) {
+        ProviderUpdate update;
+        update.provider = Provider::codex;
+        update.attemptedAt = now;
+        if (found & 1U)
+            update.summary = someHistory();
+        update.isPartialHistory = found & 2U;
+        update.historyPermissionRequired = found & 4U;
+        if (found & 8U)
+            update.quota = someQuota();
+        update.quotaFailed = found & 16U;
+        const ProviderState state = merge(update, found & 32U ? &withQuota : &first, now, Calendar::utc());
+        texts.insert(state.detail);
+        texts.emplace(rawValue(state.health));
+    }
+    return texts;
+}
+
+TEST(InstallTranslations, germanUserReadsGerman)
+{
+    for (const char* name : {"de_DE", "de_AT", "de_CH", "de"}) {
+        const TranslatedApplication application{QLocale{QLatin1String{name}}};
+        EXPECT_EQ(tabName(PopoverTab::services), QStringLiteral("Dienste")) << name;
+    }
+    EXPECT_EQ(tabName(PopoverTab::services), QStringLiteral("Services")) << "the test itself leaves something behind";
+}
+
+TEST(InstallTranslations, whoeverSpeaksNeitherReadsEnglish)
+{
+    for (const char* name : {"en_US", "en_GB", "C", "fr_FR", "ar_EG"}) {
+        const TranslatedApplication application{QLocale{QLatin1String{name}}};
+        EXPECT_EQ(tabName(PopoverTab::services), QStringLiteral("Services")) << name;
+    }
+}
+
+TEST(TranslatedLanguage, firstLanguageThatThereIsWins)
+{
+    const auto chosen = [](const char* languages) {
+        return translatedLanguage(QString::fromLatin1(languages).split(QLatin1Char{' '})).toStdString();
+    };
+    EXPECT_EQ(chosen("de de-Latn-DE de-DE"), "de");
+    EXPECT_EQ(chosen("de-AT de en"), "de");
+    EXPECT_EQ(chosen("fr-FR fr de-DE en"), "de") << "there is no French";
+    EXPECT_EQ(chosen("en en-US de de-DE"), "") << "English comes first, though it has no file";
+    EXPECT_EQ(chosen("fr en-GB de"), "");
+    EXPECT_EQ(chosen("C de"), "");
+    EXPECT_EQ(chosen("fr"), "");
+    EXPECT_EQ(chosen(""), "");
+}
+
+TEST(InstallTranslations, dialogsOfTheToolkitAreGermanToo)
+{
+    EXPECT_EQ(QCoreApplication::translate("QPlatformTheme", "Cancel"), QStringLiteral("Cancel"));
+    const TranslatedApplication application{german()};
+    EXPECT_EQ(QCoreApplication::translate("QPlatformTheme", "Cancel"), QStringLiteral("Abbrechen"));
+    EXPECT_EQ(QCoreApplication::translate("QFileDialog", "Look in:"), QStringLiteral("Suchen in:"));
+}
+
+TEST(TranslatedText, eachTextOfTheStoreIsTranslated)
+{
+    const std::set<std::string> texts = textsOfTheStore();
+    EXPECT_EQ(texts.size(), 12U) << "five healths and seven details";
+    const TranslatedApplication application{german()};
+    std::vector<std::string> english;
+    for (const std::string& text : texts) {
+        if (translatedText(text) == QString::fromStdString(text))
+            english.push_back(text);
+    }
+    EXPECT_THAT(english, IsEmpty());
+}
+
+TEST(TranslatedText, unknownTextStaysAsItIs)
+{
+    const TranslatedApplication application{german()};
+    EXPECT_EQ(translatedText("What nobody has written yet"), QStringLiteral("What nobody has written yet"));
+}
+
+TEST(GermanTexts, sentencesTakeTheirFiguresIn)
+{
+    const TranslatedApplication application{german()};
+    ProviderState state = initialState(Provider::codex, now, Calendar::utc());
+    state.quota = someQuota();
+    state.quota->secondary = QuotaWindow{.usedPercent = 61, .resetsAt = now + 3 * 24h, .windowMinutes = 10'080};
+    const ProviderCardModel model = providerCardModel(state, now, QLocale{});
+    EXPECT_EQ(model.figure, QStringLiteral("43%")) << "the same in every language";
+    EXPECT_EQ(model.note, QStringLiteral("Reset in 2 Std."));
+    ASSERT_TRUE(model.quota && model.quota->weekly);
+    EXPECT_EQ(model.quota->accessibleName, QStringLiteral("Codex-Nutzung"));
+    EXPECT_EQ(model.quota->weekly->used, QStringLiteral("Woche: 61% genutzt"));
+    EXPECT_EQ(model.quota->weekly->reset, QStringLiteral("Reset in 3 Tagen"));
+    EXPECT_EQ(refreshStatusText(now, Calendar::utc(), QLocale{}), QStringLiteral("Aktualisiert um 14:05"));
+    EXPECT_EQ(statusItemContent(42).accessibilityLabel, QStringLiteral("Tallyfox, 42 Prozent genutzt"));
+}
+
+TEST(GermanFormats, relativePhrasesFollowTheLocale)
+{
+    EXPECT_EQ(relativeTimeText(now + 2h, now, german()), QStringLiteral("in 2 Std."));
+    EXPECT_EQ(relativeTimeText(now - 5min, now, german()), QStringLiteral("vor 5 Min."));
+    EXPECT_EQ(relativeTimeText(now + 24h, now, german()), QStringLiteral("in 1 Tag"));
+    EXPECT_EQ(relativeTimeText(now + 14 * 24h, now, german()), QStringLiteral("in 2 Wochen"));
+}
+
+TEST(GermanFormats, daysFollowTheLocale)
+{
+    EXPECT_EQ(DayFormat{german()}.text({2026, 11, 21}), QStringLiteral("21. Nov. 2026"));
+    EXPECT_EQ(DayFormat{german()}.text({2026, 3, 1}), QStringLiteral(u"1. März 2026"));
+}
+
+TEST(GermanFormats, onlyWholeCountsFollowTheLocale)
+{
+    EXPECT_EQ(tokenText(1'300'000, german()), QStringLiteral("1.3M"));
+    EXPECT_EQ(tokenText(1'000, german()), QStringLiteral("1.0K"));
+    EXPECT_EQ(tokenText(999, german()), QStringLiteral("999"));
+    EXPECT_EQ(tokenText(-1'234'567, german()), QStringLiteral("-1.234.567"));
+    const TranslatedApplication application{german()};
+    EXPECT_EQ(thresholdText(22.5), QStringLiteral("22%"));
+}
+
+TEST(GermanFormats, drawingsTellNumbersAndDaysInTheLocale)
+{
+    const TranslatedApplication application{german()};
+    QWidget window;
+    HeatMap map{Theme::accent(), &window};
+    map.setCells({{QDate{2026, 11, 21}, 12'500, 1}, {QDate{2026, 11, 22}, -4'321, 1}});
+    const std::vector<AccessibleElement> elements = map.accessibleElements();
+    ASSERT_EQ(elements.size(), 2U);
+    EXPECT_EQ(elements[0].name, QStringLiteral("21. Nov. 2026: 12.5K"));
+    EXPECT_EQ(elements[1].name, QStringLiteral("22. Nov. 2026: -4.321"));
+}
+
+} // namespace
+} // namespace tallyfox::test

@@ -1,0 +1,173 @@
+#include "Support/ScratchFolder.h"
+#include "Tallyfox/Engine/Preferences/UserDefaults.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <chrono>
+#include <csignal>
+#include <functional>
+#include <random>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+namespace tallyfox::test {
+
+namespace {
+
+/// A process of its own that does `action` and ends with its status.
+pid_t startProcess(const std::function<int()>& action)
+{
+    const pid_t process = fork();
+    if (process == 0)
+        _exit(action());
+    return process;
+}
+
+int statusOf(pid_t process)
+{
+    int status = 0;
+    return waitpid(process, &status, 0) == process && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+std::chrono::duration<double> durationOf(const std::function<void()>& action)
+{
+    const auto begin = std::chrono::steady_clock::now();
+    action();
+    return std::chrono::steady_clock::now() - begin;
+}
+
+/// Tries again as long as another process keeps the file busy.
+void setAtLast(const std::function<bool()>& set)
+{
+    while (!set())
+        std::this_thread::sleep_for(std::chrono::milliseconds{1});
+}
+
+class UserDefaultsProcessTest : public testing::Test {
+protected:
+    [[nodiscard]] std::filesystem::path file() const
+    {
+        return m_folder.path() / "tallyfox.ini";
+    }
+
+    /// Sets two keys, one after the other, to ever growing numbers, until it is ended.
+    int setForEver() const
+    {
+        UserDefaults defaults{file()};
+        for (std::int64_t round = defaults.refreshMinutes();; ++round) {
+            const bool isStored = defaults.setRefreshMinutes(round)
+                && defaults.setHomeFolderBookmark(std::to_string(round) + std::string(3000, 'x'));
+            if (!isStored)
+                return 1;
+        }
+    }
+
+    /// Ends a process that sets, some time after it has begun.
+    void endAfter(std::chrono::duration<double> time) const
+    {
+        std::array<int, 2> ready{};
+        ASSERT_EQ(pipe(ready.data()), 0);
+        const pid_t child = startProcess([this, &ready] { return write(ready[1], "!", 1) == 1 ? setForEver() : 2; });
+        ASSERT_GT(child, 0);
+        char byte = 0;
+        EXPECT_EQ(read(ready[0], &byte, 1), 1);
+        close(ready[0]);
+        close(ready[1]);
+        std::this_thread::sleep_for(time);
+        EXPECT_EQ(kill(child, SIGKILL), 0);
+        int status = 0;
+        EXPECT_EQ(waitpid(child, &status, 0), child);
+        EXPECT_TRUE(WIFSIGNALED(status)) << "ended by itself with " << WEXITSTATUS(status);
+    }
+
+    /// Whether every line is there, and nothing but what a process may leave behind that was ended in the middle.
+    void expectWhole() const
+    {
+        const UserDefaults defaults{file()};
+        const std::int64_t minutes = defaults.refreshMinutes();
+        const auto expected = [](std::int64_t round) { return std::to_string(round) + std::string(3000, 'x'); };
+        const auto bookmark = defaults.homeFolderBookmark();
+        ASSERT_TRUE(bookmark.has_value());
+        EXPECT_TRUE(*bookmark == expected(minutes) || *bookmark == expected(minutes - 1)) << "torn at " << minutes;
+        EXPECT_NE(readFile(file()).find("laterKey=kept\n"), std::string::npos);
+        for (const auto& entry : std::filesystem::directory_iterator{m_folder.path()})
+            EXPECT_TRUE(entry.path() == file() || entry.path() == file().native() + ".new") << entry.path();
+    }
+
+private:
+    ScratchFolder m_folder;
+};
+
+} // namespace
+
+TEST_F(UserDefaultsProcessTest, processEndedAtAnyMomentLeavesEveryValueWhole)
+{
+    writeFile(file(), "[General]\nlaterKey=kept\nrefreshMinutes=10\n");
+    ASSERT_TRUE(UserDefaults{file()}.setHomeFolderBookmark("10" + std::string(3000, 'x')));
+    std::mt19937 random{20251121}; // NOLINT(cert-msc51-cpp): the same moments at each run, as far as a machine allows
+    std::uniform_real_distribution<double> sets{0, 5};
+    const auto timeOfASet = durationOf([this] { ASSERT_TRUE(UserDefaults{file()}.setRefreshMinutes(10)); });
+    for (int round = 0; round < 200 && !HasFailure(); ++round) {
+        endAfter(sets(random) * timeOfASet);
+        expectWhole();
+    }
+    EXPECT_GT(UserDefaults{file()}.refreshMinutes(), 10) << "no process came to set anything";
+    ASSERT_TRUE(UserDefaults{file()}.setLaunchAtLogin(true));
+    EXPECT_FALSE(std::filesystem::exists(file().native() + ".new")) << "the draft of a dead process is in the way";
+}
+
+TEST_F(UserDefaultsProcessTest, processesThatSetDifferentKeysLoseNothingOfEachOther)
+{
+    constexpr int rounds = 60;
+    const pid_t first = startProcess([this] {
+        UserDefaults defaults{file()};
+        for (int round = 1; round <= rounds; ++round) {
+            setAtLast([&] { return defaults.setRefreshMinutes(round); });
+            if (defaults.refreshMinutes() != round)
+                return 1;
+        }
+        return 0;
+    });
+    const pid_t second = startProcess([this] {
+        UserDefaults defaults{file()};
+        for (int round = 1; round <= rounds; ++round) {
+            setAtLast([&] { return defaults.setHomeFolderBookmark(std::to_string(round)); });
+            if (defaults.homeFolderBookmark() != std::to_string(round))
+                return 1;
+        }
+        return 0;
+    });
+    EXPECT_EQ(statusOf(first), 0);
+    EXPECT_EQ(statusOf(second), 0);
+    EXPECT_EQ(UserDefaults{file()}.refreshMinutes(), rounds);
+    EXPECT_EQ(UserDefaults{file()}.homeFolderBookmark(), std::to_string(rounds));
+}
+
+TEST_F(UserDefaultsProcessTest, stoppedProcessInTheMiddleOfASetHoldsUpNobodyForLong)
+{
+    const std::filesystem::path draft = file().native() + ".new";
+    const pid_t child = startProcess([this] { return setForEver(); });
+    ASSERT_GT(child, 0);
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds{60};
+    bool isInTheMiddle = false;
+    while (!isInTheMiddle && std::chrono::steady_clock::now() < deadline) {
+        ::kill(child, SIGSTOP);
+        int status = 0;
+        ASSERT_EQ(waitpid(child, &status, WUNTRACED), child);
+        isInTheMiddle = std::filesystem::exists(draft);
+        if (!isInTheMiddle)
+            ::kill(child, SIGCONT);
+        std::this_thread::sleep_for(std::chrono::microseconds{300});
+    }
+    ASSERT_TRUE(isInTheMiddle);
+    const std::string before = readFile(file());
+    const bool isStored = UserDefaults{file()}.setLaunchAtLogin(true); // false where the child has the lock already
+    EXPECT_TRUE(isStored ? UserDefaults{file()}.launchAtLogin() : readFile(file()) == before);
+    ::kill(child, SIGKILL);
+    EXPECT_EQ(statusOf(child), -1);
+    EXPECT_TRUE(UserDefaults{file()}.setLaunchAtLogin(true));
+}
+
+} // namespace tallyfox::test

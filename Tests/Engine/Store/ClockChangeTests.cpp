@@ -1,0 +1,87 @@
+#include "Engine/Store/StoreFixture.h"
+
+namespace tallyfox::test {
+
+namespace {
+
+/// A store whose clock and zone change while it lives. Its one record is of 2026-11-21T09:00Z.
+class ClockChangeTest : public StoreTest {
+protected:
+    ClockChangeTest()
+    {
+        environment.now = [this] { return m_time; };
+        environment.calendar = [this] { return m_calendar; };
+        writeClaudeHistory(1200);
+    }
+
+    /// What a refresh at that moment, in that zone, says.
+    const UsageSummary& summaryAt(Instant time, const Calendar& calendar = Calendar::utc())
+    {
+        m_time = time;
+        m_calendar = calendar;
+        if (!m_store)
+            m_store.emplace(environment);
+        refresh(*m_store);
+        EXPECT_EQ(m_store->lastUpdated(), time);
+        return m_store->states()[0].summary;
+    }
+
+    [[nodiscard]] const ProviderState& state() const
+    {
+        return m_store->states()[0];
+    }
+
+private:
+    Instant m_time = now;
+    Calendar m_calendar = Calendar::utc();
+    std::optional<UsageStore> m_store;
+};
+
+} // namespace
+
+TEST_F(ClockChangeTest, refreshAfterMidnightStartsANewDay)
+{
+    EXPECT_EQ(summaryAt(utcTime(2026, 11, 21, 23, 59, 59)).todayTokens, 1200);
+    const UsageSummary& nextDay = summaryAt(utcTime(2026, 11, 22));
+    EXPECT_EQ(nextDay.todayTokens, 0);
+    EXPECT_EQ(nextDay.totalTokens, 1200);
+    EXPECT_EQ(nextDay.last365Days.back().date, utcTime(2026, 11, 22));
+}
+
+TEST_F(ClockChangeTest, clockThatIsSetBackShowsTheEarlierDayAsItWas)
+{
+    EXPECT_EQ(summaryAt(utcTime(2026, 11, 22, 12)).todayTokens, 0);
+    EXPECT_EQ(summaryAt(utcTime(2026, 11, 21, 12)).todayTokens, 1200);
+}
+
+TEST_F(ClockChangeTest, clockThatIsSetBackBehindTheRecordsHasNoneUntilItIsSetRight)
+{
+    EXPECT_EQ(summaryAt(now).totalTokens, 1200);
+    EXPECT_EQ(summaryAt(utcTime(2019, 1, 1)).totalTokens, 0);
+    EXPECT_EQ(summaryAt(now).totalTokens, 1200);
+    expectBadge(state(), "Local history", "Observed from local history");
+}
+
+TEST_F(ClockChangeTest, sleepOfTwoMonthsLeavesThirtyDaysEmptyAndTheYearFull)
+{
+    EXPECT_EQ(summaryAt(now).totalTokens, 1200);
+    const UsageSummary& later = summaryAt(now + std::chrono::days{60});
+    EXPECT_EQ(later.totalTokens, 0);
+    std::int64_t year = 0;
+    for (const DailyUsage& day : later.last365Days)
+        year += day.tokens;
+    EXPECT_EQ(year, 1200);
+    expectBadge(state(), "Local history", "Observed from local history");
+}
+
+TEST_F(ClockChangeTest, zoneThatChangesMovesTheRecordToItsDayThere)
+{
+    EXPECT_EQ(summaryAt(now).todayTokens, 1200);
+    // Noon in UTC is past midnight in Auckland, where the record is of the evening before.
+    const UsageSummary& inAuckland = summaryAt(now, zone("Pacific/Auckland"));
+    EXPECT_EQ(inAuckland.todayTokens, 0);
+    EXPECT_EQ(inAuckland.totalTokens, 1200);
+    EXPECT_EQ(summaryAt(now, zone("America/Los_Angeles")).todayTokens, 1200);
+}
+
+} // namespace tallyfox::test

@@ -1,0 +1,106 @@
+#pragma once
+
+#include "Support/ScratchFolder.h"
+#include "Tallyfox/Agent/Desktop/ActivationPolicy.h"
+#include "Tallyfox/Agent/Desktop/LoginItem.h"
+#include "Tallyfox/Agent/Desktop/NotificationCenter.h"
+#include "Tallyfox/Agent/Shell/AppDelegate.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace tallyfox::test {
+
+class FakeStatusItem : public StatusItem {
+public:
+    void setContent(const StatusItemContent& content) override
+    {
+        contents.push_back(content);
+    }
+
+    std::vector<StatusItemContent> contents;
+};
+
+class FakeSleepInhibitor : public SleepInhibitor {
+public:
+    std::unique_ptr<SleepInhibition> begin(const QString& reason) override
+    {
+        reasons.push_back(reason);
+        auto result = std::make_unique<SleepInhibition>();
+        inhibition = result.get();
+        return result;
+    }
+
+    std::vector<QString> reasons;
+    SleepInhibition* inhibition = nullptr; ///< the newest one; only as long as its owner keeps it
+};
+
+/// No session ever starts the program.
+class FakeLoginItem : public LoginItem {
+public:
+    bool registerItem() override
+    {
+        return false;
+    }
+    bool unregisterItem() override
+    {
+        return true;
+    }
+    [[nodiscard]] LoginItemStatus status() const override
+    {
+        return LoginItemStatus::notRegistered;
+    }
+};
+
+/// Nobody answers.
+class FakeNotificationCenter : public NotificationCenter {
+public:
+    void requestAuthorization(NotificationOptions /*options*/, Completion /*completion*/) override { }
+};
+
+class FakeActivationPolicySwitch : public ActivationPolicySwitch {
+public:
+    void addWindow(QWidget& /*window*/) override { }
+    void setPolicy(ActivationPolicy /*policy*/) override { }
+};
+
+/// A desktop that writes down what the agent asks of it. The parts it has handed out are valid as long as the agent.
+class FakeDesktop {
+public:
+    AppDelegateEnvironment environment(const UsageStoreEnvironment& store)
+    {
+        AppDelegateEnvironment result;
+        result.store = store;
+        auto sleepInhibitor = std::make_unique<FakeSleepInhibitor>();
+        inhibitor = sleepInhibitor.get();
+        result.sleepInhibitor = std::move(sleepInhibitor);
+        result.makeStatusItem = [this] {
+            events.emplace_back("status item");
+            auto item = std::make_unique<FakeStatusItem>();
+            statusItem = item.get();
+            return item;
+        };
+        result.registerGlobalShortcut = [this] {
+            events.emplace_back("shortcut");
+            auto made = std::make_unique<GlobalShortcut>();
+            shortcut = made.get();
+            return made;
+        };
+        result.loginItem = std::make_unique<FakeLoginItem>();
+        result.notificationCenter = std::make_unique<FakeNotificationCenter>();
+        result.activationPolicy = std::make_unique<FakeActivationPolicySwitch>();
+        result.userDefaults = UserDefaults{m_folder.path() / "tallyfox.ini"};
+        return result;
+    }
+
+    std::vector<std::string> events; ///< in the order they came
+    FakeStatusItem* statusItem = nullptr;
+    GlobalShortcut* shortcut = nullptr;
+    FakeSleepInhibitor* inhibitor = nullptr;
+
+private:
+    ScratchFolder m_folder;
+};
+
+} // namespace tallyfox::test
