@@ -41,17 +41,6 @@ std::int64_t none(int /*day*/)
     return 0;
 }
 
-/// The widget as it looks on a screen of a scale, on the card's colour.
-QImage drawn(QWidget& widget, double scale = 1)
-{
-    QImage image{(QSizeF{widget.size()} * scale).toSize(), QImage::Format_RGB32};
-    image.setDevicePixelRatio(scale);
-    image.fill(Theme::surface());
-    QPainter painter{&image};
-    widget.render(&painter, {}, {}, QWidget::DrawChildren);
-    return image;
-}
-
 int pixelsOf(const QImage& image, const QColor& color, const QRect& within)
 {
     int count = 0;
@@ -94,7 +83,7 @@ TEST(LineChart, lineRunsThroughItsValuesInTheColourOfItsSeries)
         3, [](int day) { return day == 1 ? 10 : 0; }, none);
     data.series.pop_back();
     chart.setData(data);
-    const QImage image = drawn(chart);
+    const QImage image = drawnOnCard(chart);
     EXPECT_EQ(image.pixel(150, 1), Theme::claude().rgb());
     EXPECT_EQ(image.pixel(150, 40), Theme::surface().rgb());
 }
@@ -106,7 +95,7 @@ TEST(LineChart, flatLineAtZeroIsWhole)
     chart.setData(dataOf(30, none, none));
     const QRect plot = plotOf(chart);
     // Two pixels thick from end to end: nothing of it is cut off.
-    EXPECT_GE(pixelsOf(drawn(chart), Theme::codex(), plot), 2 * 298);
+    EXPECT_GE(pixelsOf(drawnOnCard(chart), Theme::codex(), plot), 2 * 298);
 }
 
 TEST(LineChart, withoutSeriesNothingIsDrawn)
@@ -115,7 +104,7 @@ TEST(LineChart, withoutSeriesNothingIsDrawn)
     chart.resize(300, LineChart::totalHeight);
     QImage blank{chart.size(), QImage::Format_RGB32};
     blank.fill(Theme::surface());
-    EXPECT_EQ(drawn(chart), blank);
+    EXPECT_EQ(drawnOnCard(chart), blank);
 }
 
 TEST(LineChart, negativeCountIsDrawnAtZero)
@@ -124,9 +113,9 @@ TEST(LineChart, negativeCountIsDrawnAtZero)
     chart.resize(300, LineChart::totalHeight);
     chart.setData(dataOf(
         30, [](int day) { return day == 4 ? -500 : 0; }, none));
-    const QImage negative = drawn(chart);
+    const QImage negative = drawnOnCard(chart);
     chart.setData(dataOf(30, none, none));
-    EXPECT_EQ(negative, drawn(chart));
+    EXPECT_EQ(negative, drawnOnCard(chart));
 }
 
 TEST(ChartLegend, everySeriesHasItsDot)
@@ -134,7 +123,7 @@ TEST(ChartLegend, everySeriesHasItsDot)
     LineChart chart;
     chart.resize(300, LineChart::totalHeight);
     chart.setData(dataOf(30, none, none));
-    const QImage image = drawn(chart);
+    const QImage image = drawnOnCard(chart);
     EXPECT_GT(pixelsOf(image, Theme::claude(), legendOf(chart)), 10);
     EXPECT_GT(pixelsOf(image, Theme::codex(), legendOf(chart)), 10);
 }
@@ -158,7 +147,7 @@ TEST(StackedBarChart, seriesStandOnEachOther)
     chart.resize(370, StackedBarChart::totalHeight);
     chart.setData(dataOf(
         1, [](int) { return 5; }, [](int) { return 5; }));
-    const QImage image = drawn(chart);
+    const QImage image = drawnOnCard(chart);
     EXPECT_EQ(image.pixel(150, 150), Theme::claude().rgb());
     EXPECT_EQ(image.pixel(150, 50), Theme::codex().rgb());
 }
@@ -169,7 +158,7 @@ TEST(StackedBarChart, smallestCountIsStillSeen)
     chart.resize(370, StackedBarChart::totalHeight);
     chart.setData(dataOf(
         7, [](int day) { return day == 0 ? 1'000'000'000'000 : 1; }, none));
-    EXPECT_GT(pixelsOf(drawn(chart), Theme::claude(), plotOf(chart).adjusted(180, 0, 0, 0)), 20);
+    EXPECT_GT(pixelsOf(drawnOnCard(chart), Theme::claude(), plotOf(chart).adjusted(180, 0, 0, 0)), 20);
 }
 
 TEST(StackedBarChart, allZeroDrawsNoBarAndNoNumberButZero)
@@ -177,7 +166,7 @@ TEST(StackedBarChart, allZeroDrawsNoBarAndNoNumberButZero)
     StackedBarChart chart;
     chart.resize(370, StackedBarChart::totalHeight);
     chart.setData(dataOf(30, none, none));
-    const QImage image = drawn(chart);
+    const QImage image = drawnOnCard(chart);
     EXPECT_EQ(pixelsOf(image, Theme::claude(), plotOf(chart)), 0);
     for (int y = 0; y < 100; ++y)
         EXPECT_EQ(pixelsOf(image, Theme::surface(), {0, y, 370, 1}), 370) << "something is drawn at " << y;
@@ -201,7 +190,7 @@ TEST_P(EveryRange, barsHaveNoBlurredEdges)
     chart.resize(370, StackedBarChart::totalHeight);
     chart.setData(dataOf(
         GetParam().days, [](int day) { return 100 + day * 37 % 400; }, [](int day) { return day * 53 % 300; }));
-    const QImage image = drawn(chart, GetParam().scale);
+    const QImage image = drawnOnCard(chart, GetParam().scale);
     // Through the bars, between two lines of the grid: nothing but the three whole colours.
     const int y = static_cast<int>(170 * GetParam().scale);
     const int right = static_cast<int>(320 * GetParam().scale);
@@ -223,7 +212,7 @@ TEST(StackedBarChart, barsOfAMonthAreEquallyWideWithGapsBetween)
     chart.resize(370, StackedBarChart::totalHeight);
     chart.setData(dataOf(
         30, [](int) { return 10; }, none));
-    const QImage image = drawn(chart);
+    const QImage image = drawnOnCard(chart);
     std::vector<int> widths;
     int width = 0;
     for (int x = 0; x < 370; ++x) {

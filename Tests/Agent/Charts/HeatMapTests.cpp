@@ -20,15 +20,10 @@ std::vector<HeatCell> cellsOf(std::size_t count, double opacity)
     return cells;
 }
 
-QImage drawn(QWidget& widget, double scale = 1)
+QImage drawn(HeatMap& map, double scale = 1)
 {
-    widget.resize(widget.sizeHint());
-    QImage image{(QSizeF{widget.size()} * scale).toSize(), QImage::Format_RGB32};
-    image.setDevicePixelRatio(scale);
-    image.fill(Theme::surface());
-    QPainter painter{&image};
-    widget.render(&painter, {}, {}, QWidget::DrawChildren);
-    return image;
+    map.resize(map.sizeHint());
+    return drawnOnCard(map, scale);
 }
 
 TEST(HeatMap, yearFillsSixRowsAndFortySevenCellsOfTheSeventh)

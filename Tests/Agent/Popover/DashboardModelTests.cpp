@@ -1,4 +1,4 @@
-#include "Agent/Popover/DailyStates.h"
+#include "Agent/Popover/ProviderStates.h"
 #include "Tallyfox/Agent/Popover/DashboardModel.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "Agent/Popover/DailyStates.h"
+#include "Agent/Popover/ProviderStates.h"
 #include "Support/Agent/Widgets.h"
 #include "Tallyfox/Agent/Charts/HeatMap.h"
 #include "Tallyfox/Agent/Charts/StackedBarChart.h"
@@ -32,13 +32,13 @@ std::vector<std::string> textsOf(QWidget& view)
 
 UsageSnapshot bothProviders()
 {
-    return snapshotOf({evenState(Provider::claude, 1'000), evenState(Provider::codex, 234)});
+    return dailySnapshotOf({evenState(Provider::claude, 1'000), evenState(Provider::codex, 234)});
 }
 
 TEST(DashboardView, withoutStatesSumsAreZeroAndNothingIsDrawn)
 {
     DashboardView view;
-    view.setUsage(snapshotOf({}));
+    view.setUsage(dailySnapshotOf({}));
     EXPECT_THAT(textsOf(only<DashboardSummary>(view)),
                 testing::ElementsAre("0", "Today Tokens", "0", "30D Total", "$0.00", "Est. cost"));
     EXPECT_TRUE(only<StackedBarChart>(view).data().days.empty());
@@ -86,7 +86,7 @@ TEST(DashboardView, chosenRangeOutlastsAPublication)
     DashboardView view;
     view.setUsage(bothProviders());
     only<SegmentedPicker>(view).setCurrentIndex(0);
-    view.setUsage(snapshotOf({evenState(Provider::claude, 5)}));
+    view.setUsage(dailySnapshotOf({evenState(Provider::claude, 5)}));
     EXPECT_EQ(only<StackedBarChart>(view).data().days.size(), 7U);
     EXPECT_EQ(only<StackedBarChart>(view).data().series.at(0).values.back().tokens, 5);
     EXPECT_TRUE(only<StackedBarChart>(view).data().series.at(1).values.empty());
@@ -95,7 +95,7 @@ TEST(DashboardView, chosenRangeOutlastsAPublication)
 TEST(DashboardView, publicationRedrawsEverything)
 {
     DashboardView view;
-    view.setUsage(snapshotOf({}));
+    view.setUsage(dailySnapshotOf({}));
     view.setUsage(bothProviders());
     EXPECT_EQ(textsOf(only<DashboardSummary>(view)).front(), "1.2K");
     EXPECT_EQ(only<HeatMap>(view).cells().back(), (HeatCell{QDate{2026, 11, 21}, 1'234, 1.0}));
@@ -104,7 +104,7 @@ TEST(DashboardView, publicationRedrawsEverything)
 TEST(DashboardView, allDaysZeroAreFaintCells)
 {
     DashboardView view;
-    view.setUsage(snapshotOf({evenState(Provider::claude, 0), evenState(Provider::codex, 0)}));
+    view.setUsage(dailySnapshotOf({evenState(Provider::claude, 0), evenState(Provider::codex, 0)}));
     for (const HeatCell& cell : only<HeatMap>(view).cells())
         EXPECT_EQ(cell.opacity, 0.08);
 }
@@ -113,7 +113,7 @@ TEST(DashboardView, firstProviderWithoutDaysLeavesTheHeatMapEmpty)
 {
     ProviderState empty;
     DashboardView view;
-    view.setUsage(snapshotOf({empty, evenState(Provider::codex, 3)}));
+    view.setUsage(dailySnapshotOf({empty, evenState(Provider::codex, 3)}));
     EXPECT_TRUE(only<HeatMap>(view).cells().empty());
 }
 
@@ -142,8 +142,8 @@ TEST(DashboardView, partsStandBelowEachOtherInsideThePadding)
 TEST(DashboardView, figuresHaveEqualSharesAroundDividersOfThirtyFour)
 {
     DashboardView view;
-    view.setUsage(
-        snapshotOf({dailyState(Provider::claude, [](int daysAgo) { return daysAgo == 0 ? 1 : 999'999'999'999; })}));
+    view.setUsage(dailySnapshotOf(
+        {dailyState(Provider::claude, [](int daysAgo) { return daysAgo == 0 ? 1 : 999'999'999'999; })}));
     view.resize(Theme::popoverWidth, view.sizeHint().height());
     view.show();
     DashboardSummary& summary = only<DashboardSummary>(view);
@@ -163,7 +163,7 @@ TEST(DashboardView, figuresHaveEqualSharesAroundDividersOfThirtyFour)
 TEST(DashboardView, twelveDigitCountsAreNotCutOff)
 {
     DashboardView view;
-    view.setUsage(snapshotOf({evenState(Provider::claude, 999'999'999'999)}));
+    view.setUsage(dailySnapshotOf({evenState(Provider::claude, 999'999'999'999)}));
     view.resize(Theme::popoverWidth, view.sizeHint().height());
     view.show();
     for (const TextLabel* label : view.findChildren<TextLabel*>())

@@ -1,4 +1,4 @@
-#include "Agent/Popover/DailyStates.h"
+#include "Agent/Popover/ProviderStates.h"
 #include "Support/Agent/Widgets.h"
 #include "Tallyfox/Agent/Controls/PushButton.h"
 #include "Tallyfox/Agent/Controls/SegmentedPicker.h"
@@ -31,7 +31,7 @@ const TextLabel* labelOf(const QWidget& view, const QString& text)
 
 UsageSnapshot bothProviders()
 {
-    return snapshotOf({evenState(Provider::claude, 100'000), evenState(Provider::codex, 10)});
+    return dailySnapshotOf({evenState(Provider::claude, 100'000), evenState(Provider::codex, 10)});
 }
 
 TEST(RankingView, startsWithTheSumOfAllProviders)
@@ -61,9 +61,9 @@ TEST(RankingView, publicationRedrawsTheTotalOfTheChosenBoard)
     RankingView view;
     view.setUsage(bothProviders());
     view.findChild<SegmentedPicker*>()->setCurrentIndex(2);
-    view.setUsage(snapshotOf({evenState(Provider::codex, 20)}));
+    view.setUsage(dailySnapshotOf({evenState(Provider::codex, 20)}));
     EXPECT_NE(labelOf(view, QStringLiteral("600")), nullptr);
-    view.setUsage(snapshotOf({evenState(Provider::claude, 20)}));
+    view.setUsage(dailySnapshotOf({evenState(Provider::claude, 20)}));
     EXPECT_NE(labelOf(view, QStringLiteral("0")), nullptr);
 }
 

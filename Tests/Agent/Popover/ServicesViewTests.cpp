@@ -1,4 +1,4 @@
-#include "Agent/Popover/DailyStates.h"
+#include "Agent/Popover/ProviderStates.h"
 #include "Support/Agent/Widgets.h"
 #include "Tallyfox/Agent/Controls/PushButton.h"
 #include "Tallyfox/Agent/Controls/TextLabel.h"
@@ -54,7 +54,7 @@ PushButton& accessButton(const QWidget& view)
 
 UsageSnapshot bothProviders(SourceHealth claude, SourceHealth codex)
 {
-    UsageSnapshot snapshot = snapshotOf({evenState(Provider::claude, 1), evenState(Provider::codex, 1)});
+    UsageSnapshot snapshot = dailySnapshotOf({evenState(Provider::claude, 1), evenState(Provider::codex, 1)});
     snapshot.states[0].health = claude;
     snapshot.states[1].health = codex;
     return snapshot;
@@ -63,14 +63,14 @@ UsageSnapshot bothProviders(SourceHealth claude, SourceHealth codex)
 TEST(ServicesView, stagedServicesShowWhateverTheStoreHolds)
 {
     ServicesView view;
-    view.setUsage(snapshotOf({}));
+    view.setUsage(dailySnapshotOf({}));
     EXPECT_THAT(namesOf(view), testing::ElementsAre("Gemini", "Windsurf"));
 }
 
 TEST(ServicesView, providersComeFirstInTheStoresOrder)
 {
     ServicesView view;
-    view.setUsage(snapshotOf({evenState(Provider::codex, 1), evenState(Provider::claude, 1)}));
+    view.setUsage(dailySnapshotOf({evenState(Provider::codex, 1), evenState(Provider::claude, 1)}));
     EXPECT_THAT(namesOf(view), testing::ElementsAre("Codex", "Claude", "Gemini", "Windsurf"));
 }
 
@@ -83,7 +83,7 @@ TEST(ServicesView, rowsFollowThePublicationsAndStayTheSameWidgets)
     view.setUsage(bothProviders(SourceHealth::unavailable, SourceHealth::connected));
     EXPECT_EQ(rowsOf(view), rows);
     EXPECT_EQ(rows[0]->row().status, QStringLiteral("Unavailable"));
-    view.setUsage(snapshotOf({evenState(Provider::codex, 1)}));
+    view.setUsage(dailySnapshotOf({evenState(Provider::codex, 1)}));
     EXPECT_THAT(namesOf(view), testing::ElementsAre("Codex", "Gemini", "Windsurf"));
 }
 
@@ -104,7 +104,7 @@ TEST(ServicesView, syncAsksForARefresh)
     ServicesView view;
     int refreshes = 0;
     QObject::connect(&view, &TabView::refreshRequested, &view, [&] { ++refreshes; });
-    view.setUsage(snapshotOf({}));
+    view.setUsage(dailySnapshotOf({}));
     click(button(view, QStringLiteral("Sync Accounts")));
     EXPECT_EQ(refreshes, 1);
 }
@@ -114,7 +114,7 @@ TEST(ServicesView, accessIsOfferedOnlyWhileItIsMissing)
     ServicesView view;
     int requests = 0;
     QObject::connect(&view, &TabView::homeAccessRequested, &view, [&] { ++requests; });
-    UsageSnapshot snapshot = snapshotOf({});
+    UsageSnapshot snapshot = dailySnapshotOf({});
     snapshot.hasHomeAccess = false;
     view.setUsage(snapshot);
     EXPECT_FALSE(accessButton(view).isHidden());

@@ -1,4 +1,4 @@
-#include "Agent/Popover/DailyStates.h"
+#include "Agent/Popover/ProviderStates.h"
 #include "Support/Agent/Widgets.h"
 #include "Tallyfox/Agent/Charts/LineChart.h"
 #include "Tallyfox/Agent/Controls/SymbolView.h"

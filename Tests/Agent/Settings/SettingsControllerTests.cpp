@@ -1,10 +1,7 @@
-#include "Support/ScratchFolder.h"
+#include "Support/Agent/FakeDesktop.h"
 #include "Tallyfox/Agent/Controls/PushButton.h"
 #include "Tallyfox/Agent/Controls/StepSlider.h"
 #include "Tallyfox/Agent/Controls/ToggleSwitch.h"
-#include "Tallyfox/Agent/Desktop/ActivationPolicy.h"
-#include "Tallyfox/Agent/Desktop/LoginItem.h"
-#include "Tallyfox/Agent/Desktop/NotificationCenter.h"
 #include "Tallyfox/Agent/Settings/SettingsController.h"
 #include "Tallyfox/Agent/Settings/SettingsView.h"
 
@@ -18,56 +15,6 @@
 
 namespace tallyfox::test {
 namespace {
-
-class FakeLoginItem : public LoginItem {
-public:
-    bool registerItem() override
-    {
-        ++registrations;
-        if (!refuses)
-            current = LoginItemStatus::enabled;
-        return !refuses;
-    }
-    bool unregisterItem() override
-    {
-        ++unregistrations;
-        if (!refuses)
-            current = LoginItemStatus::notRegistered;
-        return !refuses;
-    }
-    [[nodiscard]] LoginItemStatus status() const override
-    {
-        return current;
-    }
-
-    LoginItemStatus current = LoginItemStatus::notRegistered;
-    bool refuses = false;
-    int registrations = 0;
-    int unregistrations = 0;
-};
-
-class FakeNotificationCenter : public NotificationCenter {
-public:
-    void requestAuthorization(NotificationOptions options, Completion completion) override
-    {
-        EXPECT_TRUE(options.alert);
-        EXPECT_TRUE(options.sound);
-        requests.push_back(std::move(completion));
-    }
-
-    std::vector<Completion> requests;
-};
-
-class FakeActivationPolicy : public ActivationPolicySwitch {
-public:
-    void addWindow(QWidget& /*window*/) override { }
-    void setPolicy(ActivationPolicy policy) override
-    {
-        policies.push_back(policy);
-    }
-
-    std::vector<ActivationPolicy> policies;
-};
 
 class SettingsControllerTest : public testing::Test {
 protected:
@@ -136,7 +83,7 @@ protected:
 
     FakeLoginItem loginItem;
     FakeNotificationCenter notifications;
-    FakeActivationPolicy policy;
+    FakeActivationPolicySwitch policy;
     std::vector<qint64> intervals;
 
 private:
@@ -260,6 +207,8 @@ TEST_F(SettingsControllerTest, refusedNotificationsGoBackByThemselves)
     open();
     toggle(u"Notifications").click();
     ASSERT_EQ(notifications.requests.size(), 1U);
+    EXPECT_TRUE(notifications.lastOptions.alert);
+    EXPECT_TRUE(notifications.lastOptions.sound);
     EXPECT_TRUE(stored().notificationsEnabled());
     notifications.requests[0](false);
     EXPECT_FALSE(toggle(u"Notifications").isChecked());

@@ -40,14 +40,6 @@ UsageSnapshot snapshot()
     return result;
 }
 
-QStringList texts(std::initializer_list<const char16_t*> list)
-{
-    QStringList result;
-    for (const char16_t* text : list)
-        result << QString::fromUtf16(text);
-    return result;
-}
-
 TEST(GeneralSettingsView, freshInstallationShowsTheStandardValues)
 {
     const GeneralSettingsView view;
@@ -68,7 +60,7 @@ TEST(GeneralSettingsView, intervalsAreExactlyFourAndChoosingOneSaysItsMinutes)
     QStringList labels;
     for (int index = 0; index < picker->count(); ++index)
         labels << picker->itemText(index);
-    EXPECT_EQ(labels, texts({u"1 minute", u"5 minutes", u"15 minutes", u"30 minutes"}));
+    EXPECT_EQ(labels, textList({u"1 minute", u"5 minutes", u"15 minutes", u"30 minutes"}));
     for (const int index : {0, 1, 2, 3})
         picker->setCurrentIndex(index);
     EXPECT_EQ(minutes, (std::vector<qint64>{1, 5, 15, 30}));
@@ -102,7 +94,7 @@ TEST(GeneralSettingsView, eachToggleSaysItsOwnChangeAndShownValuesSayNothing)
     EXPECT_EQ(said, QStringList{});
     for (const auto* const name : {u"Launch at Login", u"Show Dock Icon", u"Show Account Emails", u"Ranking Privacy"})
         named<ToggleSwitch>(view, name).click();
-    EXPECT_EQ(said, texts({u"login off", u"dock off", u"emails off", u"private off"}));
+    EXPECT_EQ(said, textList({u"login off", u"dock off", u"emails off", u"private off"}));
 }
 
 TEST(NotificationSettingsView, freshInstallationShowsTheStandardValues)

@@ -60,14 +60,6 @@ QStringList contentOf(const QWidget& form)
     return content;
 }
 
-QStringList texts(std::initializer_list<const char16_t*> list)
-{
-    QStringList result;
-    for (const char16_t* text : list)
-        result << QString::fromUtf16(text);
-    return result;
-}
-
 class SettingsViewTest : public testing::Test {
 protected:
     /// Before the first view, which the toolkit may ask for at once.
@@ -126,7 +118,7 @@ TEST_F(SettingsViewTest, tabsAreFourAndGeneralIsTheFirst)
     QStringList titles;
     for (int tab = 0; tab < tabs().count(); ++tab)
         titles << QAccessible::queryAccessibleInterface(&tabs())->child(tab)->text(QAccessible::Name);
-    EXPECT_EQ(titles, texts({u"General", u"Accounts", u"Notifications", u"About"}));
+    EXPECT_EQ(titles, textList({u"General", u"Accounts", u"Notifications", u"About"}));
     EXPECT_EQ(tabs().currentIndex(), 0);
     EXPECT_EQ(accessibleRole(tabs()), QAccessible::PageTabList);
 }
@@ -174,36 +166,36 @@ TEST_F(SettingsViewTest, screenReaderReadsAccountsBeforeWhatFollowsThem)
 TEST_F(SettingsViewTest, generalTabSaysItsThreeSections)
 {
     EXPECT_EQ(contentOf(chosen(0)),
-              texts({u"Usage", u"Refresh interval", u"[Refresh interval]", u"App Access", u"Launch at Login",
-                     u"[Launch at Login]", u"Show Dock Icon", u"[Show Dock Icon]", u"Global Shortcut", u"\u2325\u2318B",
-                     u"Appearance", u"Theme", u"Tallyfox Warm", u"Show Account Emails", u"[Show Account Emails]",
-                     u"Ranking Privacy", u"[Ranking Privacy]"}));
+              textList({u"Usage", u"Refresh interval", u"[Refresh interval]", u"App Access", u"Launch at Login",
+                        u"[Launch at Login]", u"Show Dock Icon", u"[Show Dock Icon]", u"Global Shortcut",
+                        u"\u2325\u2318B", u"Appearance", u"Theme", u"Tallyfox Warm", u"Show Account Emails",
+                        u"[Show Account Emails]", u"Ranking Privacy", u"[Ranking Privacy]"}));
 }
 
 TEST_F(SettingsViewTest, accountsTabSaysItsThreeSections)
 {
     EXPECT_EQ(contentOf(chosen(1)),
-              texts({u"Connected Accounts", u"Claude", u"Unavailable", u"Waiting for first refresh", u"Codex",
-                     u"Unavailable", u"Waiting for first refresh", u"Sync Accounts", u"Local Usage History",
-                     u"Home directory access", u"Required", u"Allow Home Folder Access",
-                     u"Claude and Codex usage metadata is read in place and is never copied.", u"Previously Removed",
-                     u"No removed accounts"}));
+              textList({u"Connected Accounts", u"Claude", u"Unavailable", u"Waiting for first refresh", u"Codex",
+                        u"Unavailable", u"Waiting for first refresh", u"Sync Accounts", u"Local Usage History",
+                        u"Home directory access", u"Required", u"Allow Home Folder Access",
+                        u"Claude and Codex usage metadata is read in place and is never copied.", u"Previously Removed",
+                        u"No removed accounts"}));
 }
 
 TEST_F(SettingsViewTest, notificationsTabSaysItsTwoSections)
 {
     EXPECT_EQ(contentOf(chosen(2)),
-              texts({u"Usage Alerts", u"Notifications", u"[Notifications]", u"Claude threshold", u"[Claude threshold]",
-                     u"20%", u"Codex threshold", u"[Codex threshold]", u"20%",
-                     u"You will be notified when remaining usage falls below the threshold.", u"Updates",
-                     u"Service and model news", u"[Service and model news]"}));
+              textList({u"Usage Alerts", u"Notifications", u"[Notifications]", u"Claude threshold",
+                        u"[Claude threshold]", u"20%", u"Codex threshold", u"[Codex threshold]", u"20%",
+                        u"You will be notified when remaining usage falls below the threshold.", u"Updates",
+                        u"Service and model news", u"[Service and model news]"}));
 }
 
 TEST_F(SettingsViewTest, aboutTabSaysWhatTheProgramPromises)
 {
     EXPECT_EQ(contentOf(chosen(3)),
-              texts({u"Tallyfox", u"Version 9.8.7", u"Privacy", u"Processing", u"100% Local", u"Raw transcripts",
-                     u"Never stored", u"Provider credentials", u"Never read"}));
+              textList({u"Tallyfox", u"Version 9.8.7", u"Privacy", u"Processing", u"100% Local", u"Raw transcripts",
+                        u"Never stored", u"Provider credentials", u"Never read"}));
 }
 
 TEST_F(SettingsViewTest, nothingIsCutOffOrScrolledInAnyTab)
@@ -234,7 +226,7 @@ TEST_F(SettingsViewTest, intervalIsLabelledForAScreenReader)
         if (relation == QAccessible::Label)
             labels << label->text(QAccessible::Name);
     }
-    EXPECT_EQ(labels, texts({u"Refresh interval"}));
+    EXPECT_EQ(labels, textList({u"Refresh interval"}));
     EXPECT_EQ(accessibleRole(*picker), QAccessible::ComboBox);
     EXPECT_EQ(accessibleValue(*picker), QStringLiteral("5 minutes"));
 }
@@ -247,7 +239,7 @@ TEST_F(SettingsViewTest, arrowKeysAndLettersChooseTabs)
     QStringList letters;
     for (int tab = 0; tab < 4; ++tab)
         letters << QKeySequence::mnemonic(tabs().tabText(tab)).toString();
-    EXPECT_EQ(letters, texts({u"Alt+G", u"Alt+A", u"Alt+N", u"Alt+B"}));
+    EXPECT_EQ(letters, textList({u"Alt+G", u"Alt+A", u"Alt+N", u"Alt+B"}));
 }
 
 TEST_F(SettingsViewTest, lettersAreUnderlinedWhileAltIsHeld)

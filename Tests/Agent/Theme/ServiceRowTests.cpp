@@ -1,4 +1,4 @@
-#include "Agent/Popover/DailyStates.h"
+#include "Agent/Popover/ProviderStates.h"
 #include "Tallyfox/Agent/Theme/ServiceRow.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 

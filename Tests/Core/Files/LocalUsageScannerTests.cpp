@@ -23,7 +23,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-constexpr std::size_t limit = LocalUsageScanner::tailSize;
+constexpr std::size_t tailSize = LocalUsageScanner::tailSize;
 
 /// A Claude record without an id, so that no other one replaces it.
 std::string claudeAt(const std::string& time, int total)
@@ -133,7 +133,7 @@ TEST_F(LocalUsageScannerTest, of256FilesAllAreReadAndNothingIsMissing)
 TEST_F(LocalUsageScannerTest, fileOfExactlyTheTailIsWhole)
 {
     const std::string records = claudeAt("09:00:01", 1) + '\n' + claudeAt("09:00:02", 2) + '\n';
-    write("a.jsonl", records + std::string(limit - records.size(), ' '));
+    write("a.jsonl", records + std::string(tailSize - records.size(), ' '));
     EXPECT_THAT(totals(), ElementsAre(1, 2));
     EXPECT_FALSE(scanned().isPartial);
 }
@@ -141,14 +141,14 @@ TEST_F(LocalUsageScannerTest, fileOfExactlyTheTailIsWhole)
 TEST_F(LocalUsageScannerTest, recordAtTheCutIsLostThoughItIsComplete)
 {
     const std::string records = claudeAt("09:00:01", 1) + '\n' + claudeAt("09:00:02", 2) + '\n';
-    write("a.jsonl", '\n' + records + std::string(limit - records.size(), ' '));
+    write("a.jsonl", '\n' + records + std::string(tailSize - records.size(), ' '));
     EXPECT_THAT(totals(), ElementsAre(2));
     EXPECT_TRUE(scanned().isPartial);
 }
 
 TEST_F(LocalUsageScannerTest, oneLongFileMakesTheWholeResultPartial)
 {
-    write("long.jsonl", std::string(limit + 1, '\n'), 10);
+    write("long.jsonl", std::string(tailSize + 1, '\n'), 10);
     write("short.jsonl", claudeLine(), 20);
     EXPECT_THAT(scanned().samples, ElementsAre(claudeSample()));
     EXPECT_TRUE(scanned().isPartial);
@@ -159,7 +159,7 @@ TEST_F(LocalUsageScannerTest, recordKeysCountTheLinesOfTheTail)
     // Without an id, a record's key ends in its place among the lines that are left: here 0.
     const std::string sameKey = claudeLine({{"message.id", R"("2026-11-21T09:41:07Z-0")"}});
     const std::string lines = claudeLine({{"message.id", ""}}) + '\n' + sameKey + '\n';
-    const std::string begin = std::string(limit, 'x') + "\n";
+    const std::string begin = std::string(tailSize, 'x') + "\n";
     write("a.jsonl", begin + lines);
     EXPECT_THAT(scanned().samples, ElementsAre(claudeSample()));
     write("a.jsonl", begin + "another line\n" + lines);

@@ -15,7 +15,7 @@ using std::chrono::minutes;
 using std::chrono::seconds;
 using std::chrono::sys_seconds;
 
-sys_seconds at(int year, unsigned month, unsigned day, int hour = 0, int minute = 0, int second = 0)
+sys_seconds momentOf(int year, unsigned month, unsigned day, int hour = 0, int minute = 0, int second = 0)
 {
     return floor<seconds>(utcTime(year, month, day, hour, minute, second));
 }
@@ -27,32 +27,32 @@ seconds offset(std::string_view rule, sys_seconds time)
 
 TEST(TimeZoneRule, fixedOffsetLastsForEver)
 {
-    EXPECT_EQ(TimeZoneRule::parse("UTC0")->offsetAt(at(2026, 1, 1)), ZoneOffset::always(seconds{0}));
-    EXPECT_EQ(offset("<+0545>-5:45", at(2026, 1, 1)), hours{5} + minutes{45});
-    EXPECT_EQ(offset("ABC+3:04:05", at(2026, 1, 1)), -(hours{3} + minutes{4} + seconds{5}));
-    EXPECT_EQ(offset("LMT24", at(2026, 1, 1)), -hours{24});
-    EXPECT_EQ(offset("AZaz-1", at(2026, 1, 1)), hours{1});
+    EXPECT_EQ(TimeZoneRule::parse("UTC0")->offsetAt(momentOf(2026, 1, 1)), ZoneOffset::always(seconds{0}));
+    EXPECT_EQ(offset("<+0545>-5:45", momentOf(2026, 1, 1)), hours{5} + minutes{45});
+    EXPECT_EQ(offset("ABC+3:04:05", momentOf(2026, 1, 1)), -(hours{3} + minutes{4} + seconds{5}));
+    EXPECT_EQ(offset("LMT24", momentOf(2026, 1, 1)), -hours{24});
+    EXPECT_EQ(offset("AZaz-1", momentOf(2026, 1, 1)), hours{1});
 }
 
 TEST(TimeZoneRule, northernSummerBeginsAndEndsAtItsSecond)
 {
     const auto rule = TimeZoneRule::parse("CET-1CEST,M3.5.0,M10.5.0/3").value();
-    const ZoneOffset summer{at(2026, 3, 29, 1), at(2026, 10, 25, 1), hours{2}};
-    const ZoneOffset winter{at(2026, 10, 25, 1), at(2027, 3, 28, 1), hours{1}};
+    const ZoneOffset summer{momentOf(2026, 3, 29, 1), momentOf(2026, 10, 25, 1), hours{2}};
+    const ZoneOffset winter{momentOf(2026, 10, 25, 1), momentOf(2027, 3, 28, 1), hours{1}};
     EXPECT_EQ(rule.offsetAt(summer.begin - seconds{1}).offset, hours{1});
     EXPECT_EQ(rule.offsetAt(summer.begin), summer);
     EXPECT_EQ(rule.offsetAt(summer.end - seconds{1}), summer);
     EXPECT_EQ(rule.offsetAt(summer.end), winter);
-    EXPECT_EQ(rule.offsetAt(at(2026, 12, 31, 23, 59, 59)), winter);
-    EXPECT_EQ(rule.offsetAt(at(2027, 1, 1)), winter);
+    EXPECT_EQ(rule.offsetAt(momentOf(2026, 12, 31, 23, 59, 59)), winter);
+    EXPECT_EQ(rule.offsetAt(momentOf(2027, 1, 1)), winter);
 }
 
 TEST(TimeZoneRule, southernSummerLastsOverNewYear)
 {
     const auto rule = TimeZoneRule::parse("NZST-12NZDT,M9.5.0,M4.1.0/3").value();
-    const ZoneOffset summer{at(2026, 9, 26, 14), at(2027, 4, 3, 14), hours{13}};
-    EXPECT_EQ(rule.offsetAt(at(2026, 12, 31, 23, 59, 59)), summer);
-    EXPECT_EQ(rule.offsetAt(at(2027, 1, 1)), summer);
+    const ZoneOffset summer{momentOf(2026, 9, 26, 14), momentOf(2027, 4, 3, 14), hours{13}};
+    EXPECT_EQ(rule.offsetAt(momentOf(2026, 12, 31, 23, 59, 59)), summer);
+    EXPECT_EQ(rule.offsetAt(momentOf(2027, 1, 1)), summer);
     EXPECT_EQ(rule.offsetAt(summer.end).offset, hours{12});
 }
 
@@ -60,46 +60,50 @@ TEST(TimeZoneRule, changesMayBeInTheFirstAndTheLastMonth)
 {
     const auto rule = TimeZoneRule::parse("ABC0DEF,M1.1.4,M12.5.6");
     ASSERT_TRUE(rule);
-    EXPECT_EQ(rule->offsetAt(at(2026, 7, 1)), (ZoneOffset{at(2026, 1, 1, 2), at(2026, 12, 26, 1), hours{1}}));
+    EXPECT_EQ(rule->offsetAt(momentOf(2026, 7, 1)),
+              (ZoneOffset{momentOf(2026, 1, 1, 2), momentOf(2026, 12, 26, 1), hours{1}}));
 }
 
 TEST(TimeZoneRule, timesBeyondTheirDayCount)
 {
     // Nuuk changes on the Saturday evening before, Jerusalem on the Friday after the fourth Thursday.
-    EXPECT_EQ(TimeZoneRule::parse("<-02>2<-01>,M3.5.0/-1,M10.5.0/0")->offsetAt(at(2026, 7, 1)).begin,
-              at(2026, 3, 29, 1));
-    EXPECT_EQ(TimeZoneRule::parse("IST-2IDT,M3.4.4/26,M10.5.0")->offsetAt(at(2026, 7, 1)).begin, at(2026, 3, 27));
+    EXPECT_EQ(TimeZoneRule::parse("<-02>2<-01>,M3.5.0/-1,M10.5.0/0")->offsetAt(momentOf(2026, 7, 1)).begin,
+              momentOf(2026, 3, 29, 1));
+    EXPECT_EQ(TimeZoneRule::parse("IST-2IDT,M3.4.4/26,M10.5.0")->offsetAt(momentOf(2026, 7, 1)).begin,
+              momentOf(2026, 3, 27));
 }
 
 TEST(TimeZoneRule, changesNearNewYearAreFoundFromBothYears)
 {
     // The local new year of a zone ahead of Greenwich comes while the year before still lasts there.
     const auto rule = TimeZoneRule::parse("AHD-12SUM,J1/0,J100/0").value();
-    EXPECT_EQ(rule.offsetAt(at(2025, 12, 31, 11, 59, 59)).offset, hours{12});
-    EXPECT_EQ(rule.offsetAt(at(2025, 12, 31, 12)).offset, hours{13});
-    EXPECT_EQ(rule.offsetAt(at(2026, 1, 1)).begin, at(2025, 12, 31, 12));
+    EXPECT_EQ(rule.offsetAt(momentOf(2025, 12, 31, 11, 59, 59)).offset, hours{12});
+    EXPECT_EQ(rule.offsetAt(momentOf(2025, 12, 31, 12)).offset, hours{13});
+    EXPECT_EQ(rule.offsetAt(momentOf(2026, 1, 1)).begin, momentOf(2025, 12, 31, 12));
 
     const auto late = TimeZoneRule::parse("LAT0SUM,J365/167,J100").value();
-    EXPECT_EQ(late.offsetAt(at(2026, 1, 6, 22)).offset, hours{0});
-    EXPECT_EQ(late.offsetAt(at(2026, 1, 6, 23)).offset, hours{1});
+    EXPECT_EQ(late.offsetAt(momentOf(2026, 1, 6, 22)).offset, hours{0});
+    EXPECT_EQ(late.offsetAt(momentOf(2026, 1, 6, 23)).offset, hours{1});
 }
 
 TEST(TimeZoneRule, changesThatAllFallIntoTheYearBesideTheirOwnAreFound)
 {
     // Both changes of a year come in the last days of the year before.
     const auto early = TimeZoneRule::parse("EAR0SUM,J1/-100,J3/-100").value();
-    EXPECT_EQ(early.offsetAt(at(2026, 12, 30)), (ZoneOffset{at(2026, 12, 29, 19), at(2027, 12, 27, 20), seconds{0}}));
+    EXPECT_EQ(early.offsetAt(momentOf(2026, 12, 30)),
+              (ZoneOffset{momentOf(2026, 12, 29, 19), momentOf(2027, 12, 27, 20), seconds{0}}));
     // Both changes of a year come in the first days of the year after.
     const auto late = TimeZoneRule::parse("LAT0SUM,J363/100,J365/100").value();
-    EXPECT_EQ(late.offsetAt(at(2026, 1, 1)), (ZoneOffset{at(2025, 1, 4, 3), at(2026, 1, 2, 4), seconds{0}}));
+    EXPECT_EQ(late.offsetAt(momentOf(2026, 1, 1)),
+              (ZoneOffset{momentOf(2025, 1, 4, 3), momentOf(2026, 1, 2, 4), seconds{0}}));
 }
 
 TEST(TimeZoneRule, summerAllTheYearNeverEnds)
 {
     for (const char* text : {"XXX3EDT4,0/0,J365/23", "EST5EDT,0/0,J365/25"}) {
         const auto rule = TimeZoneRule::parse(text).value();
-        EXPECT_EQ(rule.offsetAt(at(2026, 7, 1)).offset, -hours{4}) << text;
-        for (sys_seconds time = at(2025, 12, 31); time < at(2026, 1, 2); time += minutes{30})
+        EXPECT_EQ(rule.offsetAt(momentOf(2026, 7, 1)).offset, -hours{4}) << text;
+        for (sys_seconds time = momentOf(2025, 12, 31); time < momentOf(2026, 1, 2); time += minutes{30})
             EXPECT_EQ(rule.offsetAt(time).offset, -hours{4}) << text;
     }
 }
@@ -107,19 +111,19 @@ TEST(TimeZoneRule, summerAllTheYearNeverEnds)
 TEST(TimeZoneRule, dayNumbersCountTheLeapDayOrNot)
 {
     const auto begin = [](const char* rule, int year) {
-        return TimeZoneRule::parse(rule)->offsetAt(at(year, 4, 1)).begin;
+        return TimeZoneRule::parse(rule)->offsetAt(momentOf(year, 4, 1)).begin;
     };
-    EXPECT_EQ(begin("STD0SUM,J60/0,J300", 2027), at(2027, 3, 1));
-    EXPECT_EQ(begin("STD0SUM,J60/0,J300", 2028), at(2028, 3, 1));
-    EXPECT_EQ(begin("STD0SUM,J59/0,J300", 2028), at(2028, 2, 28));
-    EXPECT_EQ(begin("STD0SUM,59/0,J300", 2027), at(2027, 3, 1));
-    EXPECT_EQ(begin("STD0SUM,59/0,J300", 2028), at(2028, 2, 29));
+    EXPECT_EQ(begin("STD0SUM,J60/0,J300", 2027), momentOf(2027, 3, 1));
+    EXPECT_EQ(begin("STD0SUM,J60/0,J300", 2028), momentOf(2028, 3, 1));
+    EXPECT_EQ(begin("STD0SUM,J59/0,J300", 2028), momentOf(2028, 2, 28));
+    EXPECT_EQ(begin("STD0SUM,59/0,J300", 2027), momentOf(2027, 3, 1));
+    EXPECT_EQ(begin("STD0SUM,59/0,J300", 2028), momentOf(2028, 2, 29));
 }
 
 TEST(TimeZoneRule, missingChangesAreThoseOfTheUnitedStates)
 {
-    const auto summer = TimeZoneRule::parse("EST5EDT")->offsetAt(at(2026, 7, 1));
-    EXPECT_EQ(summer, (ZoneOffset{at(2026, 3, 8, 7), at(2026, 11, 1, 6), -hours{4}}));
+    const auto summer = TimeZoneRule::parse("EST5EDT")->offsetAt(momentOf(2026, 7, 1));
+    EXPECT_EQ(summer, (ZoneOffset{momentOf(2026, 3, 8, 7), momentOf(2026, 11, 1, 6), -hours{4}}));
 }
 
 class TimeZoneRuleRefusal : public testing::TestWithParam<std::string_view> { };
@@ -174,8 +178,8 @@ TEST(TimeZoneRule, daysAgreeWithTheCLibraryForRandomRules)
         const std::string text = randomRule(random);
         const Calendar calendar = zone(text);
         const GlibcTimeZone glibc{text};
-        std::uniform_int_distribution<std::int64_t> moments{at(2020, 1, 1).time_since_epoch().count(),
-                                                            at(2031, 1, 1).time_since_epoch().count()};
+        std::uniform_int_distribution<std::int64_t> moments{momentOf(2020, 1, 1).time_since_epoch().count(),
+                                                            momentOf(2031, 1, 1).time_since_epoch().count()};
         for (int sample = 0; sample < 500; ++sample) {
             const sys_seconds time{seconds{moments(random)}};
             ASSERT_EQ(calendar.dayOf(time), glibc.dayOf(time)) << text << " at " << time.time_since_epoch().count();

@@ -36,33 +36,56 @@ public:
     SleepInhibition* inhibition = nullptr; ///< the newest one; only as long as its owner keeps it
 };
 
-/// No session ever starts the program.
+/// A session that starts the program if it is asked to, unless it refuses.
 class FakeLoginItem : public LoginItem {
 public:
     bool registerItem() override
     {
-        return false;
+        ++registrations;
+        if (!refuses)
+            current = LoginItemStatus::enabled;
+        return !refuses;
     }
     bool unregisterItem() override
     {
-        return true;
+        ++unregistrations;
+        if (!refuses)
+            current = LoginItemStatus::notRegistered;
+        return !refuses;
     }
     [[nodiscard]] LoginItemStatus status() const override
     {
-        return LoginItemStatus::notRegistered;
+        return current;
     }
+
+    LoginItemStatus current = LoginItemStatus::notRegistered;
+    bool refuses = false;
+    int registrations = 0;
+    int unregistrations = 0;
 };
 
-/// Nobody answers.
+/// Nobody answers until the test does.
 class FakeNotificationCenter : public NotificationCenter {
 public:
-    void requestAuthorization(NotificationOptions /*options*/, Completion /*completion*/) override { }
+    void requestAuthorization(NotificationOptions options, Completion completion) override
+    {
+        lastOptions = options;
+        requests.push_back(std::move(completion));
+    }
+
+    NotificationOptions lastOptions;
+    std::vector<Completion> requests;
 };
 
 class FakeActivationPolicySwitch : public ActivationPolicySwitch {
 public:
     void addWindow(QWidget& /*window*/) override { }
-    void setPolicy(ActivationPolicy /*policy*/) override { }
+    void setPolicy(ActivationPolicy policy) override
+    {
+        policies.push_back(policy);
+    }
+
+    std::vector<ActivationPolicy> policies;
 };
 
 /// A desktop that writes down what the agent asks of it. The parts it has handed out are valid as long as the agent.

@@ -7,6 +7,7 @@
 #include <QImage>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QPointer>
 #include <QWidget>
 
@@ -96,6 +97,24 @@ QAccessible::Role accessibleRole(QWidget& widget)
 QAccessible::State accessibleState(QWidget& widget)
 {
     return interfaceOf(widget).state();
+}
+
+QStringList textList(std::initializer_list<const char16_t*> texts)
+{
+    QStringList result;
+    for (const char16_t* text : texts)
+        result << QString::fromUtf16(text);
+    return result;
+}
+
+QImage drawnOnCard(QWidget& widget, double scale)
+{
+    QImage image{(QSizeF{widget.size()} * scale).toSize(), QImage::Format_RGB32};
+    image.setDevicePixelRatio(scale);
+    image.fill(Theme::surface());
+    QPainter painter{&image};
+    widget.render(&painter, {}, {}, QWidget::DrawChildren);
+    return image;
 }
 
 QRgb pixelOf(QWidget& widget, QPoint position)

@@ -2,10 +2,13 @@
 
 #include <QAccessible>
 #include <QColor>
+#include <QImage>
 #include <QPoint>
 #include <QString>
+#include <QStringList>
 #include <Qt>
 
+#include <initializer_list>
 #include <optional>
 
 class QWidget;
@@ -24,6 +27,9 @@ void click(QWidget& widget, std::optional<QPoint> position = std::nullopt);
 /// Presses and releases `key` in `widget`.
 void pressKey(QWidget& widget, Qt::Key key);
 
+/// The texts of a list, for a comparison with what a view shows.
+QStringList textList(std::initializer_list<const char16_t*> texts);
+
 /// What a screen reader is told about `widget`.
 QString accessibleName(QWidget& widget);
 QString accessibleDescription(QWidget& widget);
@@ -31,6 +37,8 @@ QString accessibleValue(QWidget& widget);
 QAccessible::Role accessibleRole(QWidget& widget);
 QAccessible::State accessibleState(QWidget& widget);
 
+/// `widget` as it looks on a screen of a scale, on the colour of cards.
+QImage drawnOnCard(QWidget& widget, double scale = 1);
 /// The colour of one logical pixel of `widget`, drawn on the popover's canvas.
 QRgb pixelOf(QWidget& widget, QPoint position);
 /// Whether any pixel of `widget` has exactly this colour.
