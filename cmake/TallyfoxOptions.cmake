@@ -42,7 +42,7 @@ endif()
 add_library(tallyfoxOptions INTERFACE)
 
 target_compile_options(tallyfoxOptions INTERFACE
-    -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast
+    -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion $<$<NOT:$<BOOL:$<TARGET_PROPERTY:TALLYFOX_SHADOWS>>>:-Wshadow> -Wold-style-cast
     -Wnon-virtual-dtor -Woverloaded-virtual -Wimplicit-fallthrough
     $<$<BOOL:${TALLYFOX_WERROR}>:-Werror>)
 

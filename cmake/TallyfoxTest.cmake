@@ -9,6 +9,12 @@ function(tallyfox_add_test name)
     target_precompile_headers(${name} PRIVATE
         <gmock/gmock.h> <gtest/gtest.h> <algorithm> <chrono> <filesystem> <string> <variant> <vector>
         ${arg_HEADERS})
+    # Several sources compiled as one: what is in an unnamed namespace may belong to the file that includes it, and may
+    # hide what an earlier one declares. scripts/test --all compiles each alone, with all warnings.
+    if(CMAKE_UNITY_BUILD)
+        set_target_properties(${name} PROPERTIES TALLYFOX_SHADOWS ON)
+        target_compile_options(${name} PRIVATE -Wno-subobject-linkage)
+    endif()
 
     # The program itself lists its suites, after each build; ctest adds a test for each of them when it starts.
     set(suites "${CMAKE_CURRENT_BINARY_DIR}/${name}Suites.cmake")

@@ -9,7 +9,7 @@ namespace tallyfox {
 
 namespace {
 
-constexpr int spacing = 8;
+constexpr int titleSpacing = 8;
 
 } // namespace
 
@@ -18,7 +18,7 @@ TitledCard::TitledCard(const QString& title, QWidget* parent)
     , m_content(new QVBoxLayout{this})
 {
     m_content->setContentsMargins(Theme::cardPadding, Theme::cardPadding, Theme::cardPadding, Theme::cardPadding);
-    m_content->setSpacing(spacing);
+    m_content->setSpacing(titleSpacing);
     m_content->addWidget(new TextLabel{title, Theme::headline(), Theme::ink(), this});
 }
 

@@ -10,8 +10,8 @@ namespace tallyfox {
 
 namespace {
 
-constexpr std::chrono::milliseconds claimLimit{1000}; ///< for a bus that has answered a moment ago
-constexpr std::chrono::milliseconds sendLimit{300};
+constexpr std::chrono::milliseconds busClaimLimit{1000}; ///< for a bus that has answered a moment ago
+constexpr std::chrono::milliseconds busSendLimit{300};
 constexpr unsigned doNotQueue = 4; ///< and let nobody take the name over
 constexpr unsigned nameIsOurs = 1;
 constexpr unsigned nameIsAnothers = 3;
@@ -48,7 +48,7 @@ SingleInstance::Claim BusInstance::claim()
     if (!m_bus.registerObject(m_path, this, QDBusConnection::ExportScriptableSlots))
         return Claim::impossible;
     const QDBusMessage call = busCall(QStringLiteral("RequestName")) << m_id << doNotQueue;
-    const QDBusReply<unsigned> answer = m_bus.call(call, QDBus::Block, claimLimit.count());
+    const QDBusReply<unsigned> answer = m_bus.call(call, QDBus::Block, busClaimLimit.count());
     m_isFirst = answer.isValid() && answer.value() == nameIsOurs;
     if (m_isFirst)
         return Claim::first;
@@ -58,7 +58,7 @@ SingleInstance::Claim BusInstance::claim()
 
 bool BusInstance::send(InstanceRequest request)
 {
-    return send(request, sendLimit);
+    return send(request, busSendLimit);
 }
 
 bool BusInstance::send(InstanceRequest request, std::chrono::milliseconds limit)

@@ -10,8 +10,8 @@ namespace tallyfox {
 
 namespace {
 
-constexpr std::chrono::seconds claimLimit{2}; ///< a bus may be slow while a session starts
-constexpr std::chrono::milliseconds sendLimit{2000}; ///< an agent that is just starting has no time yet
+constexpr std::chrono::seconds sessionBusLimit{2}; ///< a bus may be slow while a session starts
+constexpr std::chrono::milliseconds forwardLimit{2000}; ///< an agent that is just starting has no time yet
 constexpr std::chrono::milliseconds findBusLimit{200}; ///< of these; the rest is for the agent
 
 /// By the bus where it answers, else by the socket.
@@ -23,14 +23,14 @@ public:
 
     Claim claim() override
     {
-        const QDBusConnection bus = answeringSessionBus(claimLimit);
+        const QDBusConnection bus = answeringSessionBus(sessionBusLimit);
         const Claim byName = bus.isConnected() ? claimBy(std::make_unique<BusInstance>(bus, m_id)) : Claim::impossible;
         return byName != Claim::impossible ? byName : claimBy(std::make_unique<SocketInstance>(runtimeFolder(), m_id));
     }
 
     bool send(InstanceRequest request) override
     {
-        const QDeadlineTimer deadline{sendLimit};
+        const QDeadlineTimer deadline{forwardLimit};
         const QDBusConnection bus = answeringSessionBus(findBusLimit);
         if (bus.isConnected() && BusInstance{bus, m_id}.send(request, remaining(deadline)))
             return true;

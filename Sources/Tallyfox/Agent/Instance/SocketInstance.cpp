@@ -17,7 +17,7 @@ namespace tallyfox {
 
 namespace {
 
-constexpr std::chrono::milliseconds sendLimit{300};
+constexpr std::chrono::milliseconds socketSendLimit{300};
 constexpr std::chrono::milliseconds nextTry{10};
 constexpr std::chrono::seconds pause{1};
 constexpr std::size_t mostPeers = 16; ///< at a time; the others wait in the system's queue
@@ -137,7 +137,7 @@ void SocketInstance::forget(const SocketPeer& peer)
 
 bool SocketInstance::send(InstanceRequest request)
 {
-    return send(request, sendLimit);
+    return send(request, socketSendLimit);
 }
 
 bool SocketInstance::send(InstanceRequest request, std::chrono::milliseconds limit)

@@ -4,12 +4,12 @@ namespace tallyfox {
 
 namespace {
 
-constexpr unsigned doNotSuspend = 4;
+constexpr unsigned portalSuspendFlag = 4;
 
 } // namespace
 
 PortalInhibition::PortalInhibition(const InhibitionContext& context)
-    : m_request(context.keeper, context.bus, QStringLiteral("Inhibit.Inhibit"), {QString{}, doNotSuspend},
+    : m_request(context.keeper, context.bus, QStringLiteral("Inhibit.Inhibit"), {QString{}, portalSuspendFlag},
                 {{QStringLiteral("reason"), context.reason}})
 {
     connect(&m_request, &PortalRequest::succeeded, this, &PortalInhibition::grant);

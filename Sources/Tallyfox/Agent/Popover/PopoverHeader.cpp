@@ -13,7 +13,7 @@ namespace {
 
 constexpr int headerHeight = 52;
 constexpr int sidePadding = 14;
-constexpr int spacing = 10;
+constexpr int headerSpacing = 10;
 
 QVBoxLayout* makeTitle(const QString& title, const QString& subtitle, QWidget* parent)
 {
@@ -35,7 +35,7 @@ PopoverHeader::PopoverHeader(QWidget* parent)
     setFixedHeight(headerHeight);
     auto* row = new QHBoxLayout{this};
     row->setContentsMargins(sidePadding, 0, sidePadding, 0);
-    row->setSpacing(spacing);
+    row->setSpacing(headerSpacing);
     row->addWidget(new IconTile{Symbol::barChartFill, Theme::cream(), Theme::accent(), this});
     row->addLayout(makeTitle(QStringLiteral("Tallyfox"), tr("Usage Overview"), this), 1);
     addButtons(*row);

@@ -19,7 +19,7 @@ namespace {
 
 constexpr int panelPadding = 28; // above and below the panel's content
 constexpr int totalSize = 30;
-constexpr int spacing = 4; // between lines that belong together
+constexpr int groupSpacing = 4; // between lines that belong together
 constexpr int paragraph = 14; // between those that do not
 constexpr int buttonSpacing = 10;
 
@@ -63,7 +63,7 @@ private:
     {
         auto* layout = new QVBoxLayout{m_panel};
         layout->setContentsMargins(Theme::cardPadding, panelPadding, Theme::cardPadding, panelPadding);
-        layout->setSpacing(spacing);
+        layout->setSpacing(groupSpacing);
         auto* trophy = new SymbolDisc{Symbol::trophyFill, Theme::warning(), Theme::surfaceStrong(), m_panel};
         layout->addWidget(trophy, 0, Qt::AlignHCenter);
         layout->addSpacing(paragraph);

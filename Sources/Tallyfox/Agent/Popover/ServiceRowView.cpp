@@ -14,8 +14,8 @@ namespace {
 constexpr int padding = 11;
 constexpr int iconFrame = 26;
 constexpr int symbolSize = 18;
-constexpr int spacing = 10; // between icon, texts and status
-constexpr int lineSpacing = 2; // between name and detail
+constexpr int cellSpacing = 10; // between icon, texts and status
+constexpr int rowLineSpacing = 2; // between name and detail
 constexpr int detailLines = 2;
 
 } // namespace
@@ -31,11 +31,11 @@ ServiceRowView::ServiceRowView(QWidget* parent)
     // In the middle of a row its edge may fall between two pixels, which would cut off what reaches below the line.
     m_status->setContentsMargins(0, 1, 0, 1);
     auto* layout = new QHBoxLayout{this};
-    layout->setContentsMargins(padding + iconFrame + spacing, padding, padding, padding);
-    layout->setSpacing(spacing);
+    layout->setContentsMargins(padding + iconFrame + cellSpacing, padding, padding, padding);
+    layout->setSpacing(cellSpacing);
     auto* texts = new QVBoxLayout;
     layout->addLayout(texts, 1);
-    texts->setSpacing(lineSpacing);
+    texts->setSpacing(rowLineSpacing);
     texts->addWidget(m_name);
     texts->addWidget(m_detail);
     layout->addWidget(m_status, 0, Qt::AlignVCenter);

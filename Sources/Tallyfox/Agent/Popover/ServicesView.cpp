@@ -15,7 +15,7 @@ namespace tallyfox {
 
 namespace {
 
-constexpr int lineSpacing = 2; // between the lines of the header
+constexpr int headerLineSpacing = 2; // between the lines of the header
 constexpr int rowSpacing = 8; // between services
 constexpr int footerSymbolSize = 12;
 constexpr int footerSpacing = 5;
@@ -54,7 +54,7 @@ private:
         layout.addLayout(row);
         auto* texts = new QVBoxLayout;
         row->addLayout(texts, 1);
-        texts->setSpacing(lineSpacing);
+        texts->setSpacing(headerLineSpacing);
         texts->addWidget(new TextLabel{tr("Manage AI Services"), Theme::headline(), Theme::ink(), &m_view});
         texts->addWidget(m_count);
         auto* sync = new PushButton{tr("Sync Accounts"), ButtonStyle::bordered, &m_view};

@@ -15,7 +15,7 @@ namespace tallyfox {
 
 namespace {
 
-constexpr int spacing = 8; // between the header and the chart
+constexpr int trendSpacing = 8; // between the header and the chart
 constexpr int chevronSize = 13;
 
 QHBoxLayout* header(const QString& title, QWidget* parent)
@@ -36,7 +36,7 @@ TrendCard::TrendCard(QWidget* parent)
     m_chart->setAccessibleName(title);
     auto* layout = new QVBoxLayout{this};
     layout->setContentsMargins(Theme::cardPadding, Theme::cardPadding, Theme::cardPadding, Theme::cardPadding);
-    layout->setSpacing(spacing);
+    layout->setSpacing(trendSpacing);
     layout->addLayout(header(title, this));
     layout->addWidget(m_chart);
 }

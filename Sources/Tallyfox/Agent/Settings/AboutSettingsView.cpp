@@ -11,8 +11,8 @@ namespace tallyfox {
 
 namespace {
 
-constexpr int spacing = 14;
-constexpr int lineSpacing = 3;
+constexpr int aboutSpacing = 14;
+constexpr int aboutLineSpacing = 3;
 
 } // namespace
 
@@ -30,10 +30,10 @@ void AboutSettingsView::addHeader(const QString& version)
     auto* const header = new QWidget{section};
     auto* const row = new QHBoxLayout{header};
     row->setContentsMargins(0, 4, 0, 4);
-    row->setSpacing(spacing);
+    row->setSpacing(aboutSpacing);
     row->addWidget(new LogoTile{header});
     auto* const texts = new QVBoxLayout;
-    texts->setSpacing(lineSpacing);
+    texts->setSpacing(aboutLineSpacing);
     texts->addStretch();
     texts->addWidget(new TextLabel{QStringLiteral("Tallyfox"), Theme::title2(), Theme::ink(), header});
     texts->addWidget(new TextLabel{tr("Version %1").arg(version), Theme::body(), Theme::muted(), header});

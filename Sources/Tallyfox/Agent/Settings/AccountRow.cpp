@@ -13,8 +13,8 @@ namespace tallyfox {
 
 namespace {
 
-constexpr int spacing = 12;
-constexpr int lineSpacing = 1;
+constexpr int accountSpacing = 12;
+constexpr int accountLineSpacing = 1;
 
 } // namespace
 
@@ -26,12 +26,12 @@ AccountRow::AccountRow(const ProviderState& state, QWidget* parent)
 {
     auto* const line = new QHBoxLayout{this};
     line->setContentsMargins(0, 0, 0, 0);
-    line->setSpacing(spacing);
+    line->setSpacing(accountSpacing);
     const QColor& color = providerColor(state.provider);
     const QColor fill = Theme::withOpacity(color, Theme::tileOpacity);
     line->addWidget(new IconTile{providerSymbol(state.provider), color, fill, this});
     auto* const texts = new QVBoxLayout;
-    texts->setSpacing(lineSpacing);
+    texts->setSpacing(accountLineSpacing);
     texts->addWidget(m_name);
     texts->addWidget(m_detail);
     line->addLayout(texts, 1);

@@ -13,7 +13,7 @@ namespace {
 
 constexpr int sliderWidth = 240;
 constexpr int textWidth = 38;
-constexpr int spacing = 8;
+constexpr int thresholdSpacing = 8;
 
 } // namespace
 
@@ -29,7 +29,7 @@ ThresholdControl::ThresholdControl(const QString& name, QWidget* parent)
 {
     auto* const row = new QHBoxLayout{this};
     row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(spacing);
+    row->setSpacing(thresholdSpacing);
     row->addWidget(m_slider);
     row->addWidget(m_text);
     m_slider->setFixedWidth(sliderWidth);
