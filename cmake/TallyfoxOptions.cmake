@@ -29,9 +29,9 @@ if(TALLYFOX_IPO_SUPPORTED AND TALLYFOX_HAS_INDIRECT_ACCESS)
     add_compile_options($<$<CONFIG:Release>:-mno-direct-extern-access>)
     add_link_options($<$<CONFIG:Release>:-mno-direct-extern-access>)
 endif()
-if(TALLYFOX_IPO_SUPPORTED AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # It is also the only one to see two types of one name in different files.
-    add_link_options($<$<CONFIG:Release>:-Werror=odr> $<$<CONFIG:Release>:-Werror=lto-type-mismatch>)
+    add_link_options(-Werror=odr -Werror=lto-type-mismatch)
 endif()
 
 find_program(TALLYFOX_CCACHE ccache)

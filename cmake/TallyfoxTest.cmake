@@ -1,9 +1,9 @@
 find_package(GTest REQUIRED)
 
-# tallyfox_add_test(NAME sources… [LIBRARIES …] [HEADERS …] [PROPERTIES …]): one GoogleTest program. ctest runs each of
-# its suites in a process of its own. HEADERS are compiled once for all sources, with those that every test needs.
+# tallyfox_add_test(NAME sources… LABEL … [LIBRARIES …] [HEADERS …] [PROPERTIES …]): one GoogleTest program. ctest runs
+# each of its suites in a process of its own. HEADERS are compiled once for all sources, with those that every test needs.
 function(tallyfox_add_test name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LIBRARIES;HEADERS;PROPERTIES")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "LABEL" "LIBRARIES;HEADERS;PROPERTIES")
     add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
     target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} GTest::gmock GTest::gtest)
     target_precompile_headers(${name} PRIVATE
@@ -28,7 +28,7 @@ set(suites ${name}_NOT_BUILT)
 include([==[${suites}]==] OPTIONAL)
 foreach(suite IN LISTS suites)
     add_test(\"\${suite}\" [==[$<TARGET_FILE:${name}>]==] --gtest_brief=1 \"--gtest_filter=\${suite}.*\")
-    set_tests_properties(\"\${suite}\" PROPERTIES TIMEOUT 120 [==[${properties}]==])
+    set_tests_properties(\"\${suite}\" PROPERTIES TIMEOUT 120 LABELS ${arg_LABEL} [==[${properties}]==])
 endforeach()
 ")
     set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${tests}")
