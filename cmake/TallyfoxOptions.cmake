@@ -44,6 +44,8 @@ add_library(tallyfoxOptions INTERFACE)
 target_compile_options(tallyfoxOptions INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion $<$<NOT:$<BOOL:$<TARGET_PROPERTY:TALLYFOX_SHADOWS>>>:-Wshadow> -Wold-style-cast
     -Wnon-virtual-dtor -Woverloaded-virtual -Wimplicit-fallthrough
+    # A new provider does not compile before each table of providers has its row, with all of its cells.
+    -Werror=switch -Werror=missing-field-initializers
     $<$<BOOL:${TALLYFOX_WERROR}>:-Werror>)
 
 # Hardening of what is shipped. Sanitizers bring their own checks and do not mix with _FORTIFY_SOURCE.

@@ -66,11 +66,6 @@ Tone toneOf(SourceHealth health)
     return Tone::quiet;
 }
 
-std::string_view titleOf(Provider provider)
-{
-    return provider == Provider::claude ? "Claude" : "Codex";
-}
-
 std::string headLine(const SummaryFigures& figures, const TextStyle& style)
 {
     constexpr std::string_view name = "Tallyfox";
@@ -86,7 +81,7 @@ std::string headLine(const SummaryFigures& figures, const TextStyle& style)
 
 std::string stateLine(const ProviderState& state, const Columns& columns, const TextStyle& style)
 {
-    const std::string title = padRight(titleOf(state.provider), indent.size() + columns.label);
+    const std::string title = padRight(traitsOf(state.provider).title, indent.size() + columns.label);
     return style.paint(Tone::strong, title) + std::string{gap}
     + style.paint(toneOf(state.health), rawValue(state.health)) + " · " + withoutControls(state.detail) + '\n';
 }

@@ -2,21 +2,14 @@
 
 #include "TallyfoxCore/Files/FileDescriptor.h"
 #include "TallyfoxCore/Files/HistoryFiles.h"
-#include "TallyfoxCore/Usage/ClaudeUsageParser.h"
-#include "TallyfoxCore/Usage/CodexUsageParser.h"
+#include "TallyfoxCore/Usage/HistoryParser.h"
 
 #include <algorithm>
-#include <memory>
 #include <utility>
 
 namespace tallyfox {
 
 namespace {
-
-std::unique_ptr<HistoryParser> parserFor(Provider provider)
-{
-    return provider == Provider::codex ? CodexUsageParser::make() : ClaudeUsageParser::make();
-}
 
 struct SortKey {
     Instant timestamp;
@@ -68,7 +61,7 @@ std::variant<LocalUsageScanResult, FileError> LocalUsageScanner::scanResult(Prov
         return result;
     const HistoryFiles files = jsonlFiles(folder);
     result.isPartial = files.isPartial;
-    const auto parser = parserFor(provider);
+    const auto parser = traitsOf(provider).makeParser();
     TailReader reader;
     for (const std::string& path : files.paths) {
         const auto tail = reader.tailLines(folder, path);

@@ -1,10 +1,35 @@
 #include "TallyfoxCore/Usage/Provider.h"
 
+#include "TallyfoxCore/Usage/ClaudeUsageParser.h"
+#include "TallyfoxCore/Usage/CodexUsageParser.h"
+
 namespace tallyfox {
 
-std::string_view rawValue(Provider provider)
+namespace {
+
+constexpr std::array traits{
+    ProviderTraits{
+        .provider = Provider::claude,
+        .title = "Claude",
+        .historyFolder = ".claude/projects",
+        .makeParser = [] { return ClaudeUsageParser::make(); },
+        .hasQuota = false,
+    },
+    ProviderTraits{
+        .provider = Provider::codex,
+        .title = "Codex",
+        .historyFolder = ".codex/sessions",
+        .makeParser = [] { return CodexUsageParser::make(); },
+        .hasQuota = true,
+    },
+};
+static_assert(hasRowOfEachProvider(traits), "a provider has no row, or not at its place");
+
+} // namespace
+
+const ProviderTraits& traitsOf(Provider provider)
 {
-    return provider == Provider::claude ? "claude" : "codex";
+    return traits.at(static_cast<std::size_t>(provider));
 }
 
 std::optional<Provider> providerFromRawValue(std::string_view text)

@@ -27,6 +27,16 @@ TEST(Provider, otherTextsAreNoProvider)
         EXPECT_EQ(providerFromRawValue(text), std::nullopt) << text;
 }
 
+TEST(ProviderTraits, belongToTheProviderThatIsAskedFor)
+{
+    EXPECT_EQ(traitsOf(Provider::claude).provider, Provider::claude);
+    EXPECT_EQ(traitsOf(Provider::claude).title, "Claude");
+    EXPECT_FALSE(traitsOf(Provider::claude).hasQuota);
+    EXPECT_EQ(traitsOf(Provider::codex).provider, Provider::codex);
+    EXPECT_EQ(traitsOf(Provider::codex).title, "Codex");
+    EXPECT_TRUE(traitsOf(Provider::codex).hasQuota);
+}
+
 TEST(MeasurementConfidence, rawValuesAreReadBackExactly)
 {
     using enum MeasurementConfidence;

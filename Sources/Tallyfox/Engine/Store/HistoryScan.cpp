@@ -6,7 +6,7 @@ namespace tallyfox {
 
 std::filesystem::path historyRoot(Provider provider, const std::filesystem::path& home)
 {
-    return home / (provider == Provider::claude ? ".claude/projects" : ".codex/sessions");
+    return home / traitsOf(provider).historyFolder;
 }
 
 HistoryScan scanHistory(Provider provider, const std::optional<std::filesystem::path>& home)

@@ -18,7 +18,7 @@ template <typename Step> auto valueOrNothing(const Step& step) noexcept -> std::
 
 bool fetchesQuota(Provider provider, const LoadEnvironment& environment)
 {
-    return provider == Provider::codex && environment.fetchQuota;
+    return traitsOf(provider).hasQuota && environment.fetchQuota;
 }
 
 void loadHistory(ProviderUpdate& update, const LoadEnvironment& environment) noexcept

@@ -12,7 +12,7 @@ struct LoadEnvironment {
     decltype(UsageStoreEnvironment::fetchQuota) fetchQuota;
 };
 
-/// Loads one provider once: its history first, then for Codex the quota. Every failure, also whatever is thrown,
+/// Loads one provider once: its history first, then its quota, if it has one. Every failure, also whatever is thrown,
 /// becomes part of the update. Any thread.
 ProviderUpdate loadProvider(Provider provider, const LoadEnvironment& environment,
                             const std::stop_token& stop) noexcept;

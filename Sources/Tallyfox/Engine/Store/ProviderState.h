@@ -46,7 +46,7 @@ struct ProviderUpdate {
     std::optional<UsageSummary> summary; ///< absent when the scan was impossible or failed
     bool isPartialHistory = false; ///< the scan's flag; false without a summary
     bool historyPermissionRequired = false; ///< no authorized home folder was there to scan
-    std::optional<QuotaSnapshot> quota; ///< freshly fetched; always absent for Claude
+    std::optional<QuotaSnapshot> quota; ///< freshly fetched; absent where there is none to fetch
     bool quotaFailed = false; ///< a fetch was attempted and failed
     Instant attemptedAt = distantPast; ///< when the load finished
 

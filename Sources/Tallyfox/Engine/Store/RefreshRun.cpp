@@ -17,8 +17,7 @@ constexpr std::chrono::milliseconds partingTime{250}; ///< for loads that are as
 
 std::size_t placeOf(Provider provider)
 {
-    const auto* const place = std::find(allProviders.begin(), allProviders.end(), provider);
-    return static_cast<std::size_t>(place - allProviders.begin());
+    return static_cast<std::size_t>(provider);
 }
 
 } // namespace
@@ -57,7 +56,10 @@ public:
     Updates take()
     {
         const std::lock_guard lock{m_mutex};
-        return {std::move(m_updates[0].value()), std::move(m_updates[1].value())};
+        Updates updates;
+        std::transform(m_updates.begin(), m_updates.end(), updates.begin(),
+                       [](std::optional<ProviderUpdate>& update) { return std::move(update.value()); });
+        return updates;
     }
 
 private:

@@ -11,8 +11,8 @@ class QObject;
 
 namespace tallyfox {
 
-/// The two loads of one refresh, each on a thread of its own and both at the same time. When the second of them is
-/// done the receiver gets one custom event (`QEvent::User`) on its own thread. Main thread only.
+/// The loads of one refresh, one for each provider, each on a thread of its own and all at the same time. When the
+/// last of them is done the receiver gets one custom event (`QEvent::User`) on its own thread. Main thread only.
 ///
 /// A load can be stuck for as long as a stalled file system likes. So what the loads and this object share belongs to
 /// all of them: a load that is abandoned posts into something that nobody looks at any more.
