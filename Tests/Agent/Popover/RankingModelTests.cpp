@@ -10,7 +10,7 @@ namespace {
 
 TEST(Boards, areInTheOrderOfThePicker)
 {
-    EXPECT_THAT(RankingModel::boards, testing::ElementsAre("Overall", "Claude", "Codex", "Gemini"));
+    EXPECT_THAT(RankingModel::boards(), testing::ElementsAre("Overall", "Claude", "Codex", "Gemini"));
 }
 
 TEST(MonthlyTotal, overallAddsUpAllProviders)

@@ -15,6 +15,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <map>
 #include <stdexcept>
 #include <tuple>
 
@@ -127,12 +128,9 @@ TEST(NotificationSettingsView, slidersAreTwoHundredAndFortyWideAndTheirValuesThi
 TEST(NotificationSettingsView, movedSliderShowsItsPercentageAndSaysIt)
 {
     NotificationSettingsView view;
-    std::vector<double> claude;
-    std::vector<double> codex;
-    QObject::connect(&view, &NotificationSettingsView::claudeThresholdChosen, &view,
-                     [&](double percent) { claude.push_back(percent); });
-    QObject::connect(&view, &NotificationSettingsView::codexThresholdChosen, &view,
-                     [&](double percent) { codex.push_back(percent); });
+    std::map<Provider, std::vector<double>> chosen;
+    QObject::connect(&view, &NotificationSettingsView::thresholdChosen, &view,
+                     [&](Provider provider, double percent) { chosen[provider].push_back(percent); });
     auto& slider = named<StepSlider>(view, u"Claude threshold");
     const auto* const text = slider.parentWidget()->findChild<TextLabel*>();
     slider.setValue(5);
@@ -140,9 +138,9 @@ TEST(NotificationSettingsView, movedSliderShowsItsPercentageAndSaysIt)
     slider.setValue(95);
     EXPECT_EQ(text->text(), QStringLiteral("95%"));
     EXPECT_EQ(slider.accessibleDescription(), QStringLiteral("95%"));
-    EXPECT_EQ(claude, (std::vector<double>{5, 95}));
+    EXPECT_EQ(chosen, (std::map<Provider, std::vector<double>>{{Provider::claude, {5, 95}}}));
     named<StepSlider>(view, u"Codex threshold").setValue(30);
-    EXPECT_EQ(codex, std::vector<double>{30});
+    EXPECT_EQ(chosen[Provider::codex], std::vector<double>{30});
 }
 
 TEST(NotificationSettingsView, slidersStayEnabledWhetherOrNotNotificationsAreOn)

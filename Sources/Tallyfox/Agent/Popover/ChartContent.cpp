@@ -21,10 +21,9 @@ std::vector<Instant> distinctDates(std::span<const ChartPoint> points)
 
 ChartSeries seriesOf(Provider provider, std::span<const ChartPoint> points, const std::vector<Instant>& dates)
 {
-    const std::string_view title = providerTitle(provider);
-    ChartSeries series{QString::fromUtf8(title.data(), static_cast<qsizetype>(title.size())), providerColor(provider)};
+    ChartSeries series{providerTitle(provider), presentationOf(provider).color()};
     for (const ChartPoint& point : points) {
-        if (point.provider != title)
+        if (point.provider != traitsOf(provider).title)
             continue;
         const auto day = std::lower_bound(dates.begin(), dates.end(), point.date) - dates.begin();
         series.values.push_back({static_cast<std::size_t>(day), point.tokens});

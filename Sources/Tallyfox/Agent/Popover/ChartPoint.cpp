@@ -1,7 +1,5 @@
 #include "Tallyfox/Agent/Popover/ChartPoint.h"
 
-#include "Tallyfox/Agent/Theme/ProviderPresentation.h"
-
 #include <array>
 #include <charconv>
 
@@ -31,7 +29,7 @@ std::vector<ChartPoint> chartPoints(Provider provider, std::span<const DailyUsag
     std::vector<ChartPoint> points;
     points.reserve(days.size());
     for (const DailyUsage& day : days)
-        points.push_back({std::string{providerTitle(provider)}, day.date, day.tokens});
+        points.push_back({std::string{traitsOf(provider).title}, day.date, day.tokens});
     return points;
 }
 

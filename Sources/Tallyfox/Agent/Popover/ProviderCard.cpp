@@ -44,7 +44,7 @@ ProviderCard::ProviderCard(Provider provider, QWidget* parent)
     , m_figure(new TextLabel{figureFont(), Theme::ink(), this})
     , m_figureCaption(captionLabel(this))
     , m_note(captionLabel(this))
-    , m_bar(new UsageBar{providerColor(provider), this})
+    , m_bar(new UsageBar{presentationOf(provider).color(), this})
     , m_weeklyUsed(captionLabel(this))
     , m_weeklyReset(captionLabel(this))
     , m_metrics(new MetricRow{3, this})
@@ -70,11 +70,11 @@ QHBoxLayout* ProviderCard::makeHeader()
     titles->setSpacing(0);
     titles->addWidget(m_title);
     titles->addWidget(m_subtitle);
-    const QColor& color = providerColor(m_provider);
+    const ProviderPresentation& presentation = presentationOf(m_provider);
+    const QColor& color = presentation.color();
     auto* row = new QHBoxLayout;
     row->setSpacing(10);
-    row->addWidget(
-        new IconTile{providerSymbol(m_provider), color, Theme::withOpacity(color, Theme::tileOpacity), this});
+    row->addWidget(new IconTile{presentation.symbol, color, Theme::withOpacity(color, Theme::tileOpacity), this});
     row->addLayout(titles, 1);
     auto* badges = new QHBoxLayout;
     badges->setSpacing(6);

@@ -19,18 +19,6 @@ struct CardText {
     Q_DECLARE_TR_FUNCTIONS(ProviderCard)
 };
 
-QString titleOf(Provider provider)
-{
-    const std::string_view title = providerTitle(provider);
-    return QString::fromUtf8(title.data(), static_cast<qsizetype>(title.size()));
-}
-
-/// Names of products, the same in every language.
-QString subtitleOf(Provider provider)
-{
-    return provider == Provider::claude ? QStringLiteral("Claude Code") : QStringLiteral("ChatGPT");
-}
-
 QString confidenceLabel(MeasurementConfidence confidence)
 {
     switch (confidence) {
@@ -142,10 +130,11 @@ ProviderCardModel providerCardModel(const ProviderState& state, Instant now, con
 {
     const MeasurementConfidence confidence = displayConfidence(state);
     ProviderCardModel model;
-    model.symbol = providerSymbol(state.provider);
-    model.color = providerColor(state.provider);
-    model.title = titleOf(state.provider);
-    model.subtitle = subtitleOf(state.provider);
+    const ProviderPresentation& presentation = presentationOf(state.provider);
+    model.symbol = presentation.symbol;
+    model.color = presentation.color();
+    model.title = providerTitle(state.provider);
+    model.subtitle = presentation.subtitle;
     model.health = {translatedText(rawValue(state.health)), healthColor(state.health)};
     model.confidence = {confidenceLabel(confidence), confidenceColor(confidence)};
     if (state.quota)

@@ -13,6 +13,8 @@
 #include <QLocale>
 #include <QVBoxLayout>
 
+#include <ranges>
+
 namespace tallyfox {
 
 namespace {
@@ -54,8 +56,8 @@ private:
     static QStringList boardLabels()
     {
         QStringList labels{tr("Overall")};
-        for (std::size_t i = 1; i < RankingModel::boards.size(); ++i)
-            labels << QString::fromUtf8(RankingModel::boards.at(i).data());
+        for (const std::string_view board : RankingModel::boards() | std::views::drop(1))
+            labels << QString::fromUtf8(board.data(), static_cast<qsizetype>(board.size()));
         return labels;
     }
 
@@ -96,7 +98,7 @@ private:
 
     void drawTotal()
     {
-        const std::string_view board = RankingModel::boards.at(static_cast<std::size_t>(m_board->currentIndex()));
+        const std::string_view board = RankingModel::boards().at(static_cast<std::size_t>(m_board->currentIndex()));
         m_total->setText(tokenText(RankingModel::monthlyTotal(m_states, board), m_total->locale()));
     }
 

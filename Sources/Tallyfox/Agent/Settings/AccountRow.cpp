@@ -27,9 +27,10 @@ AccountRow::AccountRow(const ProviderState& state, QWidget* parent)
     auto* const line = new QHBoxLayout{this};
     line->setContentsMargins(0, 0, 0, 0);
     line->setSpacing(accountSpacing);
-    const QColor& color = providerColor(state.provider);
+    const ProviderPresentation& presentation = presentationOf(state.provider);
+    const QColor& color = presentation.color();
     const QColor fill = Theme::withOpacity(color, Theme::tileOpacity);
-    line->addWidget(new IconTile{providerSymbol(state.provider), color, fill, this});
+    line->addWidget(new IconTile{presentation.symbol, color, fill, this});
     auto* const texts = new QVBoxLayout;
     texts->setSpacing(accountLineSpacing);
     texts->addWidget(m_name);

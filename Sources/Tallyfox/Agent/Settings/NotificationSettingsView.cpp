@@ -6,22 +6,9 @@
 
 namespace tallyfox {
 
-namespace {
-
-QString thresholdTitle(Provider provider)
-{
-    const std::string_view title = providerTitle(provider);
-    return NotificationSettingsView::tr("%1 threshold")
-        .arg(QString::fromUtf8(title.data(), static_cast<qsizetype>(title.size())));
-}
-
-} // namespace
-
 NotificationSettingsView::NotificationSettingsView(QWidget* parent)
     : SettingsForm(parent)
     , m_notificationsEnabled(new ToggleSwitch{this})
-    , m_claudeThreshold(new ThresholdControl{thresholdTitle(Provider::claude), this})
-    , m_codexThreshold(new ThresholdControl{thresholdTitle(Provider::codex), this})
     , m_newsNotifications(new ToggleSwitch{this})
 {
     addUsageAlerts();
@@ -34,12 +21,20 @@ void NotificationSettingsView::addUsageAlerts()
 {
     SettingsSection* const section = addSection(tr("Usage Alerts"));
     section->addRow(tr("Notifications"), m_notificationsEnabled);
-    section->addRow(thresholdTitle(Provider::claude), m_claudeThreshold);
-    section->addRow(thresholdTitle(Provider::codex), m_codexThreshold);
+    for (const Provider provider : allProviders)
+        addThreshold(*section, provider);
     section->addCaptionRow(tr("You will be notified when remaining usage falls below the threshold."));
     connect(m_notificationsEnabled, &QCheckBox::toggled, this, &NotificationSettingsView::notificationsEnabledToggled);
-    connect(m_claudeThreshold, &ThresholdControl::chosen, this, &NotificationSettingsView::claudeThresholdChosen);
-    connect(m_codexThreshold, &ThresholdControl::chosen, this, &NotificationSettingsView::codexThresholdChosen);
+}
+
+void NotificationSettingsView::addThreshold(SettingsSection& section, Provider provider)
+{
+    const QString title = tr("%1 threshold").arg(providerTitle(provider));
+    auto* const threshold = new ThresholdControl{title, this};
+    m_thresholds.at(static_cast<std::size_t>(provider)) = threshold;
+    section.addRow(title, threshold);
+    connect(threshold, &ThresholdControl::chosen, this,
+            [this, provider](double percent) { Q_EMIT thresholdChosen(provider, percent); });
 }
 
 void NotificationSettingsView::addUpdates()
@@ -51,8 +46,10 @@ void NotificationSettingsView::addUpdates()
 void NotificationSettingsView::setPreferences(const Preferences& preferences)
 {
     m_notificationsEnabled->showChecked(preferences.notificationsEnabled);
-    m_claudeThreshold->setPercent(preferences.claudeThreshold);
-    m_codexThreshold->setPercent(preferences.codexThreshold);
+    for (const Provider provider : allProviders) {
+        m_thresholds.at(static_cast<std::size_t>(provider))
+            ->setPercent(preferences.*presentationOf(provider).threshold);
+    }
     m_newsNotifications->showChecked(preferences.newsNotifications);
 }
 

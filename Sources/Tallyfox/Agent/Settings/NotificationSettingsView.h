@@ -2,6 +2,9 @@
 
 #include "Tallyfox/Agent/Settings/SettingsForm.h"
 #include "Tallyfox/Engine/Preferences/Preferences.h"
+#include "TallyfoxCore/Usage/Provider.h"
+
+#include <array>
 
 namespace tallyfox {
 
@@ -20,17 +23,16 @@ public:
 
 Q_SIGNALS:
     void notificationsEnabledToggled(bool isOn);
-    void claudeThresholdChosen(double percent);
-    void codexThresholdChosen(double percent);
+    void thresholdChosen(tallyfox::Provider provider, double percent);
     void newsNotificationsToggled(bool isOn);
 
 private:
     void addUsageAlerts();
+    void addThreshold(SettingsSection& section, Provider provider);
     void addUpdates();
 
     ToggleSwitch* m_notificationsEnabled;
-    ThresholdControl* m_claudeThreshold;
-    ThresholdControl* m_codexThreshold;
+    std::array<ThresholdControl*, allProviders.size()> m_thresholds{}; ///< in the order of `allProviders`
     ToggleSwitch* m_newsNotifications;
 };
 

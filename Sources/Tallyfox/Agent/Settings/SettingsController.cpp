@@ -7,6 +7,7 @@
 #include "Tallyfox/Agent/Settings/GeneralSettingsView.h"
 #include "Tallyfox/Agent/Settings/NotificationSettingsView.h"
 #include "Tallyfox/Agent/Settings/SettingsView.h"
+#include "Tallyfox/Agent/Theme/ProviderPresentation.h"
 
 #include <QPointer>
 
@@ -55,13 +56,10 @@ void SettingsController::bindNotifications()
     const NotificationSettingsView& view = m_view.notifications();
     connect(&view, &NotificationSettingsView::notificationsEnabledToggled, this,
             &SettingsController::setNotificationsEnabled);
-    connect(&view, &NotificationSettingsView::claudeThresholdChosen, this, [this](double percent) {
-        m_preferences.claudeThreshold = percent;
-        useEvenIfNotStored(m_services.userDefaults.setClaudeThreshold(percent));
-    });
-    connect(&view, &NotificationSettingsView::codexThresholdChosen, this, [this](double percent) {
-        m_preferences.codexThreshold = percent;
-        useEvenIfNotStored(m_services.userDefaults.setCodexThreshold(percent));
+    connect(&view, &NotificationSettingsView::thresholdChosen, this, [this](Provider provider, double percent) {
+        const ProviderPresentation& presentation = presentationOf(provider);
+        m_preferences.*presentation.threshold = percent;
+        useEvenIfNotStored((m_services.userDefaults.*presentation.setThreshold)(percent));
     });
     connect(&view, &NotificationSettingsView::newsNotificationsToggled, this, [this](bool isOn) {
         m_preferences.newsNotifications = isOn;

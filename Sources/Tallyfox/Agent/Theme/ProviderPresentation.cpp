@@ -1,22 +1,44 @@
 #include "Tallyfox/Agent/Theme/ProviderPresentation.h"
 
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
+#include "Tallyfox/Engine/Preferences/Preferences.h"
+#include "Tallyfox/Engine/Preferences/UserDefaults.h"
 
 namespace tallyfox {
 
-std::string_view providerTitle(Provider provider)
+namespace {
+
+constexpr std::array presentations{
+    ProviderPresentation{
+        .provider = Provider::claude,
+        .subtitle = QLatin1String{"Claude Code"},
+        .symbol = Symbol::stars,
+        .color = &Theme::claude,
+        .threshold = &Preferences::claudeThreshold,
+        .setThreshold = &UserDefaults::setClaudeThreshold,
+    },
+    ProviderPresentation{
+        .provider = Provider::codex,
+        .subtitle = QLatin1String{"ChatGPT"},
+        .symbol = Symbol::codeSlash,
+        .color = &Theme::codex,
+        .threshold = &Preferences::codexThreshold,
+        .setThreshold = &UserDefaults::setCodexThreshold,
+    },
+};
+static_assert(hasRowOfEachProvider(presentations), "a provider has no row, or not at its place");
+
+} // namespace
+
+const ProviderPresentation& presentationOf(Provider provider)
 {
-    return provider == Provider::claude ? "Claude" : "Codex";
+    return presentations.at(static_cast<std::size_t>(provider));
 }
 
-Symbol providerSymbol(Provider provider)
+QString providerTitle(Provider provider)
 {
-    return provider == Provider::claude ? Symbol::stars : Symbol::codeSlash;
-}
-
-const QColor& providerColor(Provider provider)
-{
-    return provider == Provider::claude ? Theme::claude() : Theme::codex();
+    const std::string_view title = traitsOf(provider).title;
+    return QString::fromUtf8(title.data(), static_cast<qsizetype>(title.size()));
 }
 
 } // namespace tallyfox

@@ -4,19 +4,26 @@
 #include "TallyfoxCore/Usage/Provider.h"
 
 #include <QColor>
-
-#include <string_view>
+#include <QString>
 
 namespace tallyfox {
 
-/// "Claude" or "Codex": the name a provider goes by in every view. A product's name, so it is never translated; it
-/// is also the key of its series in the charts.
-std::string_view providerTitle(Provider provider);
+struct Preferences;
+class UserDefaults;
 
-/// The symbol on a provider's tile.
-Symbol providerSymbol(Provider provider);
+/// How the views show one provider. No member has a default: a row with a missing cell does not compile.
+struct ProviderPresentation {
+    Provider provider;
+    QLatin1String subtitle; ///< on the card, under the title; a product's name, so never translated
+    Symbol symbol; ///< on its tile
+    const QColor& (*color)(); ///< of its symbol, bar and series
+    double Preferences::*threshold; ///< of its usage alert
+    bool (UserDefaults::*setThreshold)(double percent);
+};
 
-/// The colour of a provider's symbol, bar and series.
-const QColor& providerColor(Provider provider);
+const ProviderPresentation& presentationOf(Provider provider);
+
+/// The provider's title (ProviderTraits) as views need it.
+QString providerTitle(Provider provider);
 
 } // namespace tallyfox

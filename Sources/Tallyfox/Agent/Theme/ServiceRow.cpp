@@ -25,9 +25,8 @@ ServiceRow stagedRow(const QString& name, Symbol symbol, const QString& detail)
 
 ServiceRow serviceRow(const ProviderState& state)
 {
-    const std::string_view title = providerTitle(state.provider);
-    return {QString::fromUtf8(title.data(), static_cast<qsizetype>(title.size())), providerSymbol(state.provider),
-            translatedText(state.detail), translatedText(rawValue(state.health)), healthColor(state.health)};
+    return {providerTitle(state.provider), presentationOf(state.provider).symbol, translatedText(state.detail),
+            translatedText(rawValue(state.health)), healthColor(state.health)};
 }
 
 std::array<ServiceRow, 2> stagedServiceRows()
