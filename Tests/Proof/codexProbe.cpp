@@ -1,9 +1,9 @@
-/// Asks the fake codex in every one of its modes, COUNT times each in random order, as a refresh asks the user's own.
+/// Runs the exchange of a refresh with the fake codex in every mode, COUNT times each in random order.
 ///
 ///     codexProbe FAKE COUNT [SEED]
 ///
-/// Each time the outcome must be the one that is documented for what the child does; in the end no process, thread and
-/// descriptor may be left. Modes that never answer get a limit of their own, shorter than that of a refresh.
+/// Each outcome must be the one that is documented for the mode; at the end no process, thread or descriptor may be
+/// left. Modes that never answer get a shorter timeout than a refresh.
 
 #include "Support/FakeCodexFolder.h"
 #include "Support/ProcessTable.h"
@@ -31,14 +31,14 @@ using namespace tallyfox;
 
 using Outcome = std::variant<QuotaSnapshot, QuotaError>;
 
-constexpr unsigned threadCount = 12; ///< most of the time children are waited for
-constexpr auto noLimit = 120s; ///< only ends what hangs
-constexpr auto shortLimit = 1500ms; ///< for children that never answer
+constexpr unsigned threadCount = 12; ///< more than processors: most of the time they wait for children
+constexpr auto longTimeout = 120s; ///< only ends what hangs
+constexpr auto shortTimeout = 1500ms; ///< for children that never answer
 
 struct Mode {
     const char* name;
-    std::optional<double> percent; ///< of the documented outcome when that is a snapshot
-    std::optional<SourceError> failure; ///< when it is one of these; neither: an error of the decoder
+    std::optional<double> percent; ///< the documented outcome, if that is a snapshot
+    std::optional<SourceError> failure; ///< the documented outcome, if that is one of these; neither: a decoding error
     bool neverAnswers = false;
 };
 
@@ -76,7 +76,7 @@ std::string described(const Outcome& outcome)
         return "source error " + std::to_string(static_cast<int>(*source));
     if (const auto* system = std::get_if<std::error_code>(&error))
         return "system error: " + system->message();
-    return "an error of the decoder";
+    return "a decoding error";
 }
 
 bool isDocumented(const Mode& mode, const Outcome& outcome)
@@ -92,7 +92,7 @@ bool isDocumented(const Mode& mode, const Outcome& outcome)
     return source && *source == *mode.failure;
 }
 
-/// The exchanges that are to come, in random order, and what came of them. Any thread.
+/// Hands out the exchanges in random order, and counts undocumented outcomes. Any thread.
 class Schedule {
 public:
     Schedule(std::size_t count, unsigned seed)
@@ -132,19 +132,19 @@ private:
     std::atomic<int> m_problems = 0;
 };
 
-/// One folder for each mode, as a fake leaves notes in its own.
+/// One folder for each mode, because a fake writes notes into its own.
 using Folders = std::map<const Mode*, test::FakeCodexFolder>;
 
 void exchange(const std::filesystem::path& fake, Schedule& schedule, ChildReaper& reaper, Folders& folders)
 {
     while (const Mode* const mode = schedule.next()) {
         const auto& folder = folders.try_emplace(mode, fake, mode->name).first->second;
-        const std::chrono::milliseconds limit = mode->neverAnswers ? shortLimit : noLimit;
-        schedule.report(*mode, CodexQuotaFetcher::fetch({folder.executable()}, reaper, {}, limit));
+        const std::chrono::milliseconds timeout = mode->neverAnswers ? shortTimeout : longTimeout;
+        schedule.report(*mode, CodexQuotaFetcher::fetch({folder.executable()}, reaper, {}, timeout));
     }
 }
 
-/// Processes that were started under one of the names in these folders, children of this one or not, and children.
+/// The number of children of this process, plus all processes that run an executable of these folders.
 int survivors(const std::vector<Folders>& folders)
 {
     std::set<std::string> names;
@@ -161,8 +161,8 @@ int survivors(const std::vector<Folders>& folders)
     return count;
 }
 
-/// A moment after the last exchange, in which the reaper ends what ignores the request to.
-int survivorsInTheEnd(const std::vector<Folders>& folders)
+/// Gives the reaper time to kill children that ignore SIGTERM.
+int survivorsAfterReaping(const std::vector<Folders>& folders)
 {
     const auto deadline = std::chrono::steady_clock::now() + 10s;
     while (survivors(folders) > 0 && std::chrono::steady_clock::now() < deadline)
@@ -195,7 +195,7 @@ int main(int argumentCount, char** arguments)
             threads.emplace_back([&] { exchange(fake, schedule, reaper, ofOneThread); });
         for (std::thread& thread : threads)
             thread.join();
-        left = survivorsInTheEnd(folders); // while the reaper lives: at its end it would end them all
+        left = survivorsAfterReaping(folders); // before the reaper's destructor, which would end them all
     }
     const int lost = test::openDescriptorCount() - descriptors;
     const int strayThreads = threadsOfThisProcess() - 1;

@@ -1,4 +1,4 @@
-"""Lets system calls of a program fail, with strace."""
+"""Makes system calls of a program fail, with strace."""
 
 import collections
 import re
@@ -8,7 +8,7 @@ import subprocess
 CALLS = ("openat openat2 read pread64 getdents64 newfstatat statx write fsync rename mkdir clone clone3 execve pipe2 "
          "socket connect poll mmap").split()
 ERRORS = "EIO ENOSPC EMFILE EINTR EACCES".split()
-BEGUN = "prlimit64("  # the C library's first own call, when the loader of programs is done
+BEGUN = "prlimit64("  # the C library's first own call, after the program loader is done
 
 
 def can_inject():
@@ -21,7 +21,7 @@ def strace(trace, *further):
 
 
 def largest_counts(trace):
-    """The largest number of calls of each class that one thread makes, from the trace of a run."""
+    """The largest number of calls of each class that one thread makes in a traced run."""
     counts = collections.defaultdict(collections.Counter)
     for line in trace.read_text(errors="replace").splitlines():
         found = re.match(r"(\d+)\s+(\w+)\(", line)

@@ -1,4 +1,4 @@
-"""What the user and the assistants said, in histories that are made for it, and the search for it in processes."""
+"""Writes marked message text into histories, and searches processes for the marks."""
 
 import base64
 import re
@@ -11,7 +11,7 @@ ENCODINGS = "utf-8 utf-16-le utf-16-be utf-32-le utf-32-be".split()
 
 
 def escaped(text):
-    """As JSON escapes alone."""
+    """The text as nothing but JSON escapes."""
     units = text.encode("utf-16-be")
     return "".join("\\u%04x" % (units[place] << 8 | units[place + 1]) for place in range(0, len(units), 2))
 
@@ -26,10 +26,10 @@ def needles():
 
 
 def message_lines(now):
-    """Lines with usage and without, that say all marks in both ways."""
-    said = "".join(MARKS.values())
+    """Lines with and without usage that contain all marks, plain and escaped."""
+    marks = "".join(MARKS.values())
     lines = []
-    for text in (said, escaped(said), said * 40, escaped(said) * 40):
+    for text in (marks, escaped(marks), marks * 40, escaped(marks) * 40):
         lines.append('{"timestamp":"%s","type":"user","message":{"content":"%s"}}' % (now, text))
         lines.append('{"timestamp":"%s","type":"assistant","message":{"content":[{"type":"text","text":"%s"}],'
                      '"usage":{"input_tokens":5}}}' % (now, text))
@@ -39,7 +39,7 @@ def message_lines(now):
 
 
 def memory_of(process):
-    """Every readable byte of a process but the kernel's own pages."""
+    """Every readable byte of a process, except the kernel's own pages."""
     with open("/proc/%d/maps" % process, encoding="utf-8") as maps, open("/proc/%d/mem" % process, "rb", 0) as memory:
         for line in maps:
             found = re.match(r"([0-9a-f]+)-([0-9a-f]+) r\S+ \S+ \S+ \S+\s*(.*)", line)

@@ -1,4 +1,4 @@
-"""The built agent on a desktop of its own, with histories that can grow, for the drivers that attack it."""
+"""Runs the built agent on a desktop of its own, with histories that can grow, for the programs that attack it."""
 
 import argparse
 import contextlib
@@ -71,7 +71,7 @@ class Histories:
 
 
 class World:
-    """A desktop with a panel, and the agent in it. `desktop`, `agent`, `histories` and `folder` are for all to use."""
+    """A desktop with a panel, and the agent in it. `desktop`, `agent`, `histories` and `folder` are public."""
 
     def __init__(self, folder, program, panel, bus=True, environment=None, services=()):
         self.folder = folder
@@ -94,13 +94,13 @@ class World:
         self.agent = self.desktop.start_agent(*arguments, environment=self.environment)
         until("the agent has asked codex or ended", lambda: self.exchanges() > asked or not self.agent.is_running())
         if not self.agent.is_running():
-            raise Failure(f"the agent ends as soon as it is started: status {self.agent.wait()}")
-        until("the agent has its name", lambda: self.desktop.bus.has(NAME))
+            raise Failure(f"the agent ended right after its start: status {self.agent.wait()}")
+        until("the agent owns its bus name", lambda: self.desktop.bus.has(NAME))
         self.desktop.display.watch_maps()
         return self.agent
 
     def exchanges(self):
-        """How often codex has been asked: once in each refresh."""
+        """How many times codex has been asked: once in each refresh."""
         try:
             return os.stat(os.path.join(self._codex, "asked")).st_size
         except FileNotFoundError:
@@ -110,13 +110,13 @@ class World:
         self.surroundings.codex.set_percent(percent)
 
     def request(self, action):
-        """Asks the agent for something as a second start does; returns when it has answered."""
+        """Asks the agent for an action, as a second start of the program does; returns when it has answered."""
         self.desktop.bus.call(NAME, PATH, INTERFACE, "ActivateAction",
                               GLib.Variant("(sava{sv})", (action, [], {})))
 
     def open(self):
-        """Opens the popover, however often it takes; how often it took. A popup that opens before the toolkit has seen
-        the last one lose the focus is closed by it."""
+        """Opens the popover and returns the number of tries. The toolkit closes a popup that opens before it has seen
+        the previous one lose the focus."""
         for tries in range(1, 40):
             if not self.agent.is_running():
                 raise Failure(f"the agent has ended: {self.agent.output}")
@@ -130,7 +130,7 @@ class World:
         raise Failure("the popover does not open")
 
     def close(self):
-        """Closes the popover; once more where an earlier request opens it meanwhile."""
+        """Closes the popover, repeatedly if an earlier request opens it in between."""
         asked = [0.0]
 
         def closed():
@@ -142,7 +142,7 @@ class World:
         until("the popover is closed", closed, interval=0.005)
 
     def children(self):
-        """The processes that the agent has started and not yet let go, as pairs of pid and state."""
+        """The agent's child processes, zombies included, as pairs of pid and state."""
         found = []
         for entry in os.listdir("/proc"):
             if entry.isdigit():
@@ -156,7 +156,7 @@ class World:
         return found
 
     def at_rest(self):
-        """The footprint when nothing is going on: no child, no refresh."""
+        """The footprint of the idle agent: no child, no refresh."""
         until("the children of the agent are gone", lambda: not self.children())
         last = [None, 0]
 
@@ -192,18 +192,18 @@ def world(program, panel=None, **further):
 
 
 def arguments(description, **numbers):
-    """The command line of a driver: the built program, and numbers that have standard values."""
+    """Parses a driver's command line: the built program, and numbers with their defaults."""
     parser = argparse.ArgumentParser(description=description)
     parser.add_argument("program")
     for name, value in numbers.items():
         parser.add_argument(f"--{name}", type=int, default=value)
     parser.add_argument("--sanitized", action="store_true",
-                        help="it was built with a sanitizer, which makes it slow and keeps what is freed")
+                        help="built with a sanitizer, which makes it slow and keeps freed memory")
     return parser.parse_args()
 
 
 def slope(points):
-    """Of the straight line that fits the points best."""
+    """The slope of the straight line that fits the points best."""
     count = len(points)
     middle_x = sum(x for x, _ in points) / count
     middle_y = sum(y for _, y in points) / count
@@ -211,7 +211,7 @@ def slope(points):
 
 
 def run(name, check):
-    """Runs a driver's check, which returns the line to print and what is wrong."""
+    """Runs a driver's check, which returns a line to print and a list of problems; returns the exit status."""
     try:
         line, problems = check()
     except Failure as failure:

@@ -1,5 +1,5 @@
-/// Scans the histories below a home folder over and over, both assistants at the same time as a refresh does, then says
-/// "done" and waits for the end of its input, so that others can look at what is left in it.
+/// Scans the histories below a home folder COUNT times, both assistants at the same time as a refresh does, then prints
+/// "done" and waits for the end of its input, so that its memory can be searched.
 ///
 ///     scanProbe HOME COUNT
 

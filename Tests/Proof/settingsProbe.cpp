@@ -1,4 +1,4 @@
-/// Does one thing that the settings do, and ends: 0 when it says that it succeeded, 1 when it says that it failed.
+/// Makes one change as the settings do. The exit status is 0 if it is reported as done, 1 if it is reported as failed.
 ///
 ///     settingsProbe preference | register | unregister
 
@@ -11,7 +11,7 @@ namespace {
 
 using namespace tallyfox;
 
-bool perform(std::string_view action)
+bool change(std::string_view action)
 {
     if (action == "preference")
         return UserDefaults{UserDefaults::standardPath()}.setRefreshMinutes(9);
@@ -25,5 +25,5 @@ int main(int argumentCount, char** arguments)
 {
     if (argumentCount != 2)
         return 2;
-    return perform(arguments[1]) ? 0 : 1;
+    return change(arguments[1]) ? 0 : 1;
 }
