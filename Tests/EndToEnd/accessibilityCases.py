@@ -28,17 +28,17 @@ class Element:
 
 
 def dumped_tabs(surroundings, *arguments):
-    """The elements of each tab, by the tab's name. The dump stays beside the pictures."""
+    """The elements of each tab, by the tab's name. The dump is kept beside the pictures."""
     desktop = Desktop(surroundings, services=["org.a11y.Bus"])
     reader = desktop.processes.start("accessibility", [DUMP])
-    until("the dump waits for the program", lambda: "waiting" in surroundings.log("accessibility"))
+    until("the dump is waiting for the program", lambda: "waiting" in surroundings.log("accessibility"))
     agent = desktop.start_agent(*arguments, environment={"QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"})
-    until("the dump waits for the popover", lambda: "open the popover" in surroundings.log("accessibility"))
+    until("the dump is waiting for the popover", lambda: "open the popover" in surroundings.log("accessibility"))
     desktop.run("--toggle")
     agent.opened_popover()
-    until("the dump has ended", lambda: reader.poll() is not None, limit=90)  # it asks for every cell of a year
+    until("the dump has ended", lambda: reader.poll() is not None, timeout=90)  # it reads every cell of a year
     output = surroundings.log("accessibility")
-    expect_equal(reader.returncode, 0, f"status of the dump, which said {output[-300:]!r}")
+    expect_equal(reader.returncode, 0, f"status of the dump, which printed {output[-300:]!r}")
     os.makedirs(surroundings.options.screenshots, exist_ok=True)
     with open(surroundings.screenshot_path("").removesuffix("png") + "txt", "w", encoding="utf-8") as file:
         file.write(output)
@@ -75,7 +75,7 @@ def test_everyTextOfEveryTabIsReadOut(surroundings):
     expect(len(cells) >= 365, f"{len(cells)} cells of the heat map")
 
 
-def test_withoutAccessTheInvitationsAreReadOut(surroundings):
+def test_invitationsAreReadOutWithoutAccess(surroundings):
     surroundings.options.home = None
     expect_texts(dumped_tabs(surroundings, "--no-quota"), {
         "Overview": ["Enable 30-day usage", "Allow read-only access to Claude and Codex usage metadata", "Allow Access",
@@ -86,9 +86,9 @@ def test_withoutAccessTheInvitationsAreReadOut(surroundings):
     })
 
 
-def test_nothingTheKeyboardReachesIsNameless(surroundings):
+def test_everythingTheKeyboardReachesHasAName(surroundings):
     for tab, elements in dumped_tabs(surroundings).items():
         focusable = [element for element in elements if element.focusable]
-        expect(len(focusable) >= 7, f"{tab}: only {len(focusable)} elements have the keyboard")
+        expect(len(focusable) >= 7, f"{tab}: the keyboard reaches only {len(focusable)} elements")
         nameless = [element.role for element in focusable if not element.name]
-        expect(not nameless, f"{tab}: nameless {nameless}")
+        expect(not nameless, f"{tab}: elements without a name: {nameless}")

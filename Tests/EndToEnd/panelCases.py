@@ -1,4 +1,4 @@
-"""What must hold in every panel. Each function whose name says a situation and an outcome is a test, once a panel."""
+"""Tests that must pass in every panel. Each function test_… runs once for each panel."""
 
 import signal
 import time
@@ -14,7 +14,7 @@ TEXT = "Tallyfox, 43 percent used"
 
 
 def started(surroundings, panel, *arguments):
-    """A desktop with a panel in which the program runs and shows what `codex` has answered."""
+    """A desktop with a panel in which the program runs and shows the answer of `codex`."""
     desktop = Desktop(surroundings, panel)
     desktop.start_panel()
     agent = desktop.start_agent(*arguments)
@@ -40,13 +40,13 @@ def test_itemShowsTextAndNumberOnce(surroundings, panel):
     desktop, agent = started(surroundings, panel)
     if panel.has_watcher:
         address = desktop.items.one()
-        until("the title tells the percentage", lambda: desktop.items.property(address, "Title") == TEXT)
+        until("the title shows the percentage", lambda: desktop.items.property(address, "Title") == TEXT)
         expect_equal(desktop.items.property(address, "XAyatanaLabel"), " 43%", "label")
-        expect(TEXT in desktop.items.property(address, "ToolTip")[2:], "the tooltip does not tell the percentage")
+        expect(TEXT in desktop.items.property(address, "ToolTip")[2:], "the tooltip does not show the percentage")
     first = desktop.item_picture()
     expect(first.box.width < 2 * first.box.height + 20, f"more than one item at {first.box}")
 
-    # The number can be read in the panel's pixels: another number looks otherwise.
+    # The panel's pixels show the number: another number looks different.
     surroundings.codex.set_percent(87.5)
     opened(desktop, agent, first.box)
     if panel.has_watcher:
@@ -66,7 +66,7 @@ def test_pointerOverTheItemShowsTheTooltip(surroundings, panel):
     moved = [0.0]
 
     def tooltip():
-        # Panels wait for a pointer that has moved and then rests.
+        # Panels wait until the pointer has moved and then rests.
         if time.monotonic() - moved[0] > 2:
             desktop.display.move((item.middle[0] - 4, item.middle[1]))
             desktop.display.move(item.middle)
@@ -77,11 +77,11 @@ def test_pointerOverTheItemShowsTheTooltip(surroundings, panel):
 
 def test_slowClickOpensAPopoverThatAClickOutsideCloses(surroundings, panel):
     desktop, agent = started(surroundings, panel)
-    # Some panels tell of the press, while the pointer is still theirs, and some of the release.
+    # Some panels report the press, while they still have the pointer, and some the release.
     desktop.display.move(desktop.item_box().middle)
     xtest.fake_input(desktop.display.x, X.ButtonPress, 1)
     desktop.display.x.sync()
-    stays("the program runs", agent.is_running, 0.5)
+    stays("the program is running", agent.is_running, 0.5)
     xtest.fake_input(desktop.display.x, X.ButtonRelease, 1)
     desktop.display.x.sync()
     agent.opened_popover()
@@ -103,7 +103,7 @@ def test_clickOpensAndClosesThePopover(surroundings, panel):
     agent.expect_output([])
 
 
-def test_everyButtonThatThePanelPassesOnToggles(surroundings, panel):
+def test_everyForwardedButtonTogglesThePopover(surroundings, panel):
     desktop, agent = started(surroundings, panel)
     item = desktop.item_box()
     for button in panel.further_buttons:
@@ -113,13 +113,13 @@ def test_everyButtonThatThePanelPassesOnToggles(surroundings, panel):
         agent.closed_popover()
 
 
-def test_panelAtTheBottomGetsThePopoverAboveIt(surroundings, panel):
+def test_popoverOpensAboveAPanelAtTheBottom(surroundings, panel):
     panel.at_bottom = True
     desktop, agent = started(surroundings, panel)
     opened(desktop, agent, desktop.item_box())
 
 
-def test_shortcutTogglesWithEveryLock(surroundings, panel):
+def test_shortcutWorksWhateverLocksAreOn(surroundings, panel):
     desktop, agent = started(surroundings, panel)
     for locks in (0, X.Mod2Mask, X.LockMask, X.LockMask | X.Mod2Mask):
         desktop.display.set_locks(locks)
@@ -129,11 +129,11 @@ def test_shortcutTogglesWithEveryLock(surroundings, panel):
         agent.closed_popover()
 
 
-def test_panelAfterTheProgramGetsTheItem(surroundings, panel):
+def test_panelStartedLaterShowsTheItem(surroundings, panel):
     desktop = Desktop(surroundings, panel)
     agent = desktop.start_agent()
-    until("the program runs", lambda: desktop.bus.has("org.tallyfox.tallyfox"))
-    stays("the program waits for a panel", agent.is_running, 0.5)
+    until("the agent owns its bus name", lambda: desktop.bus.has("org.tallyfox.tallyfox"))
+    stays("the program is running without a panel", agent.is_running, 0.5)
     desktop.start_panel()
     item = desktop.item_box()
     if panel.has_watcher:
@@ -141,7 +141,7 @@ def test_panelAfterTheProgramGetsTheItem(surroundings, panel):
     opened(desktop, agent, item)
 
 
-def test_killedPanelGetsTheItemAgain(surroundings, panel):
+def test_restartedPanelShowsTheItemAgain(surroundings, panel):
     desktop, agent = started(surroundings, panel)
     registrations = desktop.bus.count_signals(StatusItems.WATCHER, "StatusNotifierItemRegistered")
     restarts = 20
@@ -179,7 +179,7 @@ def test_toggleOpensAndCloses(surroundings, panel):
         expect_state()
 
 
-def test_signalEndsItAndTheItemGoes(surroundings, panel):
+def test_signalEndsTheProgramAndRemovesTheItem(surroundings, panel):
     for by in (signal.SIGTERM, signal.SIGINT):
         if by == signal.SIGTERM:
             desktop, agent = started(surroundings, panel)

@@ -1,4 +1,4 @@
-"""The popover on screens that are scaled, several, or gone, and the shortcut on another keyboard."""
+"""The popover on scaled, several and disappearing screens, and the shortcut on another keyboard layout."""
 
 import time
 
@@ -12,7 +12,7 @@ from harness.waiting import expect, stays, until
 from panelCases import expect_beside_item, opened
 
 
-def test_fractionalScaleGivesTheScaledPopover(surroundings):
+def test_fractionalScaleScalesThePopover(surroundings):
     desktop = Desktop(surroundings, PANELS["xfce"](), Display(surroundings.processes, virtual_server("1600x1000")))
     desktop.start_panel()
     agent = desktop.start_agent(environment={"QT_SCALE_FACTOR": "1.25"})
@@ -36,20 +36,20 @@ def test_popoverOpensOnTheScreenOfTheItem(surroundings):
     expect(right.contains(popover), f"the popover at {popover} is not on the screen of the item, {right}")
 
 
-def test_screenThatDisappearsLeavesThePopoverReachable(surroundings):
+def test_popoverMovesWhenItsScreenDisappears(surroundings):
     left, right = Box(0, 0, 1280, 800), Box(1280, 0, 1024, 768)
     display = SeveralScreens(surroundings.processes, [left, right])
     desktop = Desktop(surroundings, display=display)
     agent = desktop.start_agent()
-    until("the program says that there is no tray", lambda: agent.output)
+    until("the program reports that there is no tray", lambda: agent.output)
     display.move(right.middle)
     desktop.run("--toggle")
     agent.opened_popover()
     display.set_screens([left])
     until("one screen is left", lambda: display.box == left)
-    stays("the program goes on", agent.is_running, 0.5)
+    stays("the program is running", agent.is_running, 0.5)
     desktop.run()
-    until("the popover is on the screen that is left",
+    until("the popover is on the remaining screen",
           lambda: agent.popover() and left.contains(agent.popover()))
     display.press("Escape")
     agent.closed_popover()
@@ -58,15 +58,15 @@ def test_screenThatDisappearsLeavesThePopoverReachable(surroundings):
 def test_shortcutFollowsTheKeyboardLayout(surroundings):
     desktop = Desktop(surroundings)
     agent = desktop.start_agent()
-    until("the program says that there is no tray", lambda: agent.output)
+    until("the program reports that there is no tray", lambda: agent.output)
     former = desktop.display.key("b")
     desktop.display.set_layout("us", "dvorak")
-    expect(desktop.display.key("b") != former, "the layout has the key at the same place")
+    expect(desktop.display.key("b") != former, "both layouts have the key in the same place")
 
     pressed = [0.0]
 
     def opened_by_the_key():
-        # The program hears of the layout a little later.
+        # The program learns of the new layout a little later.
         if time.monotonic() - pressed[0] > 2:
             desktop.display.press("Super_L", "Alt_L", "b")
             pressed[0] = time.monotonic()

@@ -1,4 +1,4 @@
-"""What must hold on a desktop that lacks something, or has more than usual of it. Each test says which."""
+"""Desktops that lack something, and agents that are started, ended and used more often than usual."""
 
 import signal
 
@@ -14,10 +14,10 @@ def in_the_middle(popover, screen):
     return all(abs(popover.middle[axis] - screen.middle[axis]) <= 2 for axis in (0, 1))
 
 
-def test_noTrayIsSaidOnceAndTheProgramRunsOn(surroundings):
+def test_missingTrayIsReportedOnceAndThePopoverWorks(surroundings):
     desktop = Desktop(surroundings)
     agent = desktop.start_agent()
-    until("the program says that there is no tray", lambda: agent.output)
+    until("the program reports that there is no tray", lambda: agent.output)
     for arguments in ((), ("--toggle",)):
         desktop.run(*arguments)
         popover = agent.opened_popover()
@@ -29,7 +29,7 @@ def test_noTrayIsSaidOnceAndTheProgramRunsOn(surroundings):
     agent.end()
 
 
-def test_noSessionBusLeavesItemPopoverAndSecondStart(surroundings):
+def test_itemPopoverAndSecondStartWorkWithoutASessionBus(surroundings):
     desktop = Desktop(surroundings, PANELS["tint2"](), bus=False)
     desktop.start_panel()
     agent = desktop.start_agent()
@@ -46,7 +46,7 @@ def test_noSessionBusLeavesItemPopoverAndSecondStart(surroundings):
     agent.expect_output([])
 
 
-def test_noWindowManagerLeavesThePopoverUsable(surroundings):
+def test_popoverWorksWithoutAWindowManager(surroundings):
     desktop = Desktop(surroundings, PANELS["xfce"](), window_manager=False)
     desktop.start_panel()
     agent = desktop.start_agent()
@@ -60,7 +60,7 @@ def test_noWindowManagerLeavesThePopoverUsable(surroundings):
         agent.closed_popover()
 
 
-def test_toggleWithoutAgentFailsWithOneLine(surroundings):
+def test_toggleWithoutAgentFailsAndPrintsOneLine(surroundings):
     for bus in (True, False):
         desktop = Desktop(surroundings, bus=bus)
         status, output, _ = desktop.run("--toggle", name=f"toggle-{bus}")
@@ -69,13 +69,13 @@ def test_toggleWithoutAgentFailsWithOneLine(surroundings):
         expect(output.startswith("tallyfox: "), output)
 
 
-def test_startsAtOnceLeaveOneAgent(surroundings):
+def test_oneOfSeveralSimultaneousStartsBecomesTheAgent(surroundings):
     for bus in (True, False):
         desktop = Desktop(surroundings, bus=bus)
         agents = [desktop.start_agent(name=f"agent-{bus}-{number}") for number in range(4)]
         until("all but one have ended", lambda: sum(agent.is_running() for agent in agents) == 1)
         for agent in agents:
-            # A start need not wait for another that is not ready yet.
+            # A start may fail if the one that became the agent is not ready yet.
             expect(agent.is_running() or agent.wait() in (0, 1), "a later start has crashed")
             if agent.is_running():
                 desktop.run()
@@ -83,7 +83,7 @@ def test_startsAtOnceLeaveOneAgent(surroundings):
                 agent.end()
 
 
-def test_busThatDiesLeavesTheProgramUsable(surroundings):
+def test_programWorksAfterItsBusHasDied(surroundings):
     desktop, agent = started(surroundings, PANELS["tint2"]())
     desktop.processes.end(desktop.processes.named("dbus-daemon"))
     item = desktop.item_box()
@@ -94,7 +94,7 @@ def test_busThatDiesLeavesTheProgramUsable(surroundings):
     agent.end()
 
 
-def test_settingsOpenOnceAndCloseAlone(surroundings):
+def test_settingsHaveOneWindowWhoseClosingEndsNothing(surroundings):
     desktop = Desktop(surroundings)
     agent = desktop.start_agent("--settings")
     title = "Tallyfox Settings"
@@ -107,11 +107,11 @@ def test_settingsOpenOnceAndCloseAlone(surroundings):
         until("the settings are closed", lambda: not settings())
         for _ in range(2):
             expect_equal(desktop.run("--settings")[0], 0, "status of --settings")
-            expect_equal(until("the settings are open", settings), 1, "windows of the settings")
+            expect_equal(until("the settings are open", settings), 1, "number of settings windows")
     agent.end()
 
 
-def test_silentCodexDoesNotHoldUpTheEnd(surroundings):
+def test_silentCodexDoesNotDelayTheEnd(surroundings):
     surroundings.codex.set_percent("silent")
     desktop = Desktop(surroundings, PANELS["tint2"]())
     desktop.start_panel()
@@ -120,7 +120,7 @@ def test_silentCodexDoesNotHoldUpTheEnd(surroundings):
         until("codex was started", lambda: desktop.processes.named("sleep"))
         desktop.item_box()
         seconds = agent.end(by)
-        expect(seconds < 8, f"the end took {seconds:.1f} s, as long as the exchange with codex")
+        expect(seconds < 8, f"the program waited {seconds:.1f} s for codex before it ended")
         agent.expect_output([])
 
 
@@ -134,7 +134,7 @@ def test_openAndCloseLeavesNothingBehind(surroundings):
             desktop.display.click(item.middle)
             agent.opened_popover()
             desktop.display.press("Escape")
-            # A popup that opens before the toolkit has seen the last one lose the focus is closed by it.
+            # The toolkit closes a popup that opens before it has seen the previous one lose the focus.
             agent.closed_popover(seconds=0.2)
         return settled("the program is at rest", lambda: Footprint.of(agent.pid).own(), quiet=1)
 
@@ -143,5 +143,5 @@ def test_openAndCloseLeavesNothingBehind(surroundings):
     print(f"{cycles} cycles: {before} -> {after}")
     expect(after.descriptors <= before.descriptors, f"descriptors grew: {before} -> {after}")
     expect(after.threads <= before.threads, f"threads grew: {before} -> {after}")
-    if not surroundings.options.sanitized:  # what is freed stays in a sanitizer's quarantine
+    if not surroundings.options.sanitized:  # a sanitizer keeps freed memory in quarantine
         expect(after.anonymous <= before.anonymous + 2, f"memory grew: {before} -> {after}")

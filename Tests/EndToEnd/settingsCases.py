@@ -1,4 +1,4 @@
-"""The settings window, worked by what a screen reader offers and by keys, and what comes of it."""
+"""The settings window, operated through the accessibility bus and by keys, and the effects of its changes."""
 
 import os
 import stat
@@ -8,21 +8,21 @@ from Xlib import Xutil
 
 from harness.notifications import NotificationService
 from harness.processes import needed
-from harness.settings import SIZE, TITLE, Settings, said, without_labels_of_values
+from harness.settings import SIZE, TITLE, Settings, spoken_lines, without_labels_of_values
 from harness.waiting import Failure, expect, expect_equal, stays, until
 
 PICKER_TITLE = "Choose your home folder to read Claude and Codex usage metadata."
 ENTRY = os.path.join(os.path.dirname(__file__), "../../packaging/org.tallyfox.tallyfox.desktop")
 UNLISTED = {"_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER"}
 INTERVALS = ["1 minute", "5 minutes", "15 minutes", "30 minutes"]
-TOGGLES = {  # by tab: what each is called, the key it is stored under, and whether it is on at first
+TOGGLES = {  # by tab: the name of each toggle, the key it is stored under, and whether it is on by default
     "General": [("Launch at Login", "launchAtLogin", False), ("Show Dock Icon", "showDockIcon", False),
                 ("Show Account Emails", "showAccountEmails", False), ("Ranking Privacy", "rankingPrivate", True)],
     "Notifications": [("Notifications", "notificationsEnabled", False),
                       ("Service and model news", "newsNotifications", False)],
 }
 THRESHOLDS = {"Claude threshold": "claudeThreshold", "Codex threshold": "codexThreshold"}
-TEXTS = {  # what is read out of each tab, in this order
+TEXTS = {  # what a screen reader reads out of each tab, in this order
     "General": ["Usage", "Refresh interval", "5 minutes", "App Access", "Launch at Login", "Show Dock Icon",
                 "Global Shortcut: ⌥⌘B", "Appearance", "Theme: Tallyfox Warm", "Show Account Emails", "Ranking Privacy"],
     "Accounts": ["Connected Accounts", "Claude", "Observed from local history", "Local history", "Codex",
@@ -38,11 +38,11 @@ TEXTS = {  # what is read out of each tab, in this order
 }
 
 
-def test_windowHasItsSizeAndPlace(surroundings):
+def test_windowIsCentredAndCannotBeResized(surroundings):
     settings = Settings(surroundings)
     window, box = until("the window is shown", settings.x_window)
     screen = settings.desktop.display.box
-    for axis in (0, 1):  # but for the frame around it
+    for axis in (0, 1):  # give or take the frame around it
         expect(abs(box.middle[axis] - screen.middle[axis]) <= 24, f"the window at {box} is not in the middle")
     hints = window.get_wm_normal_hints()
     expect(hints.flags & Xutil.PMinSize and hints.flags & Xutil.PMaxSize, "the window can be resized")
@@ -58,20 +58,20 @@ def test_everyTextOfEveryTabIsReadOut(surroundings):
     expect_equal([tab.name for tab in tabs.children()], list(TEXTS), "tabs")
     for tab, texts in TEXTS.items():
         settings.choose(tab)
-        def is_said(expected=texts):
-            return without_labels_of_values(said(settings.window)) == expected
+        def is_spoken(expected=texts):
+            return without_labels_of_values(spoken_lines(settings.window)) == expected
         try:
-            until(f"{tab} says its texts", is_said, limit=5)  # the accounts are asked meanwhile
+            until(f"the texts of {tab} are read out", is_spoken, timeout=5)  # a refresh updates the accounts
         except Failure:
-            expect_equal(without_labels_of_values(said(settings.window)), texts, tab)
+            expect_equal(without_labels_of_values(spoken_lines(settings.window)), texts, tab)
         focusable = [element for element in settings.window.shown() if element.has("focusable")]
-        nameless = [element.role for element in focusable if not element.called]
-        expect(not nameless, f"{tab}: the keyboard reaches nameless {nameless}")
+        nameless = [element.role for element in focusable if not element.spoken_name]
+        expect(not nameless, f"{tab}: the keyboard reaches elements without a name: {nameless}")
         chosen = [element.name for element in tabs.children() if element.has("selected")]
         expect_equal(chosen, [tab], "chosen tabs")
 
 
-def test_freshAccountHasTheDefaultsAndNoFile(surroundings):
+def test_freshAccountHasDefaultsAndNoFileUntilTheFirstChange(surroundings):
     settings = Settings(surroundings)
     expect_equal(settings.interval().name, "5 minutes", "refresh interval")
     for tab, toggles in TOGGLES.items():
@@ -90,7 +90,7 @@ def test_freshAccountHasTheDefaultsAndNoFile(surroundings):
 
 def test_everyChangeIsStoredAndShownAgain(surroundings):
     settings = Settings(surroundings)
-    settings.service = NotificationService(settings.desktop.bus)  # or the toggle would go back
+    settings.service = NotificationService(settings.desktop.bus)  # without one, the toggle would go back
     wanted = {"refreshMinutes": "30"}
     settings.choose_last_interval(INTERVALS)
     for tab, toggles in TOGGLES.items():
@@ -117,7 +117,7 @@ def test_everyChangeIsStoredAndShownAgain(surroundings):
     settings.expect_stored(**wanted)
 
 
-def test_keysAloneChangeWhatIsSet(surroundings):
+def test_keyboardAloneChangesSettings(surroundings):
     settings = Settings(surroundings)
     press = settings.desktop.display.press
     settings.take_focus()
@@ -131,7 +131,7 @@ def test_keysAloneChangeWhatIsSet(surroundings):
     press("space")
     settings.expect_stored(refreshMinutes="15", showAccountEmails="true")
     press("Alt_L", "n")
-    until("the tab has come by its letter", lambda: settings.find("Notifications", "page tab").has("selected"))
+    until("Alt+N chooses the tab", lambda: settings.find("Notifications", "page tab").has("selected"))
 
 
 def test_slidersMoveInStepsOfFive(surroundings):
@@ -146,19 +146,19 @@ def test_slidersMoveInStepsOfFive(surroundings):
                              ("Right", 95), ("Down", 90)):
             settings.desktop.display.press(key)
             until(f"{key} sets the {name} to {percent}", lambda wanted=percent: slider.value == wanted)
-            expect_equal(slider.description, f"{percent}%", f"what is said of the {name}")
-        slider.set_value(42)  # what no key gives
+            expect_equal(slider.description, f"{percent}%", f"spoken value of the {name}")
+        slider.set_value(42)  # no key sets such a value
         settings.expect_slider(name, 40)
     settings.expect_stored(**{key: "40" for key in THRESHOLDS.values()})
 
 
-def test_launchAtLoginMakesAnEntryAndTakesItAway(surroundings):
+def test_launchAtLoginCreatesAndRemovesTheEntry(surroundings):
     settings = Settings(surroundings)
     settings.switch("Launch at Login")
     settings.expect_stored(launchAtLogin="true")
-    until("there is an entry", lambda: os.path.exists(settings.entry))
-    judged = subprocess.run([needed("desktop-file-validate"), settings.entry], capture_output=True, text=True)
-    expect_equal((judged.returncode, judged.stdout + judged.stderr), (0, ""), "judgement of desktop-file-validate")
+    until("the entry exists", lambda: os.path.exists(settings.entry))
+    check = subprocess.run([needed("desktop-file-validate"), settings.entry], capture_output=True, text=True)
+    expect_equal((check.returncode, check.stdout + check.stderr), (0, ""), "result of desktop-file-validate")
     with open(settings.entry, encoding="utf-8") as file:
         expect(f"TryExec={surroundings.options.program}\n" in file.read(), "the entry starts another program")
     settings.switch("Launch at Login")
@@ -166,19 +166,19 @@ def test_launchAtLoginMakesAnEntryAndTakesItAway(surroundings):
     until("the entry is gone", lambda: not os.path.exists(settings.entry))
 
 
-def test_refusedLaunchAtLoginGoesBack(surroundings):
-    # A file where the folder belongs stops whoever runs the test, which no mode of the folder does.
-    refusal = os.path.join(surroundings.config_home, "autostart")
-    with open(refusal, "w", encoding="utf-8"):
+def test_launchAtLoginToggleGoesBackWhenTheEntryCannotBeWritten(surroundings):
+    # A file in place of the folder also stops root, which a mode of the folder would not.
+    obstacle = os.path.join(surroundings.config_home, "autostart")
+    with open(obstacle, "w", encoding="utf-8"):
         pass
     settings = Settings(surroundings)
     settings.switch("Launch at Login")
     settings.expect_stored(launchAtLogin="false")
     settings.expect_toggle("Launch at Login", False)
-    expect(os.path.isfile(refusal), "what was in the way has been replaced")
+    expect(os.path.isfile(obstacle), "the file in the way has been replaced")
 
 
-def test_entryThatTheUserRemovedIsShownAsOff(surroundings):
+def test_launchAtLoginIsShownAsOffAfterTheUserRemovedTheEntry(surroundings):
     settings = Settings(surroundings)
     settings.switch("Launch at Login")
     settings.expect_toggle("Launch at Login", True)
@@ -189,29 +189,29 @@ def test_entryThatTheUserRemovedIsShownAsOff(surroundings):
     settings.expect_stored(launchAtLogin="false")
 
 
-def test_notificationsWithoutServiceGoBack(surroundings):
+def test_notificationsToggleGoesBackWithoutAService(surroundings):
     settings = Settings(surroundings)
     settings.choose("Notifications")
     settings.switch("Notifications")
-    settings.expect_stored(notificationsEnabled="false")  # there is no file before
+    settings.expect_stored(notificationsEnabled="false")  # there was no file before
     settings.expect_toggle("Notifications", False)
 
 
-def test_notificationsWithServiceStayOnAndNothingIsPosted(surroundings):
+def test_notificationsStayOnWithAServiceAndNothingIsPosted(surroundings):
     settings = Settings(surroundings)
     service = NotificationService(settings.desktop.bus)
     settings.choose("Notifications")
     settings.switch("Notifications")
-    until("the service is asked", service.calls)
-    settings.slider("Codex threshold").set_value(95)  # far above the rest of the quota
+    until("the service is called", service.calls)
+    settings.slider("Codex threshold").set_value(95)  # far above the remaining quota
     stays("the toggle is on", lambda: settings.toggle("Notifications").is_on, 1)
     settings.expect_stored(notificationsEnabled="true", codexThreshold="95")
     settings.switch("Notifications")
     settings.expect_toggle("Notifications", False)
-    expect_equal(service.calls(), ["GetCapabilities"], "calls of the service")
+    expect_equal(service.calls(), ["GetCapabilities"], "calls to the service")
 
 
-def test_closedWindowIsShownAgainAsItWas(surroundings):
+def test_reopenedWindowHasItsOldPlaceAndTab(surroundings):
     settings = Settings(surroundings)
     settings.choose("Accounts")
     settings.move_by(70, 90)
@@ -222,40 +222,40 @@ def test_closedWindowIsShownAgainAsItWas(surroundings):
     until("the tab is the same", lambda: settings.find("Accounts", "page tab").has("selected"))
 
 
-def test_dockIconPutsTheWindowIntoTheTaskbar(surroundings):
+def test_dockIconPutsTheWindowIntoTheTaskbarUntilTheNextStart(surroundings):
     settings = Settings(surroundings)
-    until("the window is unlisted", lambda: UNLISTED <= settings.states())
+    until("taskbars skip the window", lambda: UNLISTED <= settings.states())
     settings.switch("Show Dock Icon")
-    until("the window is listed", lambda: not UNLISTED & settings.states())
+    until("taskbars list the window", lambda: not UNLISTED & settings.states())
     window, _ = settings.x_window()
-    with open(ENTRY, encoding="utf-8") as file:  # by which a taskbar knows whose window it is
-        expect(f"StartupWMClass={window.get_wm_class()[1]}\n" in file, "the window belongs to no desktop entry")
+    with open(ENTRY, encoding="utf-8") as file:  # taskbars match the window with its desktop entry by this
+        expect(f"StartupWMClass={window.get_wm_class()[1]}\n" in file, "the window matches no desktop entry")
     sizes = settings.desktop.display.icon_sizes(window)
     expect({(16, 16), (48, 48)} <= set(sizes), f"a taskbar finds icons of these sizes: {sizes}")
     settings.switch("Show Dock Icon")
-    until("the window is unlisted again", lambda: UNLISTED <= settings.states())
+    until("taskbars skip the window again", lambda: UNLISTED <= settings.states())
     settings.switch("Show Dock Icon")
     settings.expect_stored(showDockIcon="true")
-    # Only turning it on does something: the next start is as the first one.
+    # Only turning it on has an effect: after the next start taskbars skip the window again.
     settings.restart()
     settings.expect_toggle("Show Dock Icon", True)
-    until("the window is unlisted after a restart", lambda: UNLISTED <= settings.states())
+    until("taskbars skip the window after a restart", lambda: UNLISTED <= settings.states())
 
 
-def test_invitationEndsInAGrant(surroundings):
+def test_invitationLeadsToAStoredGrant(surroundings):
     surroundings.options.home = None
     settings = Settings(surroundings, "--no-quota")
     settings.choose("Accounts")
-    settings.expect_said("Home directory access: Required")
+    settings.expect_spoken("Home directory access: Required")
     settings.find("Allow Home Folder Access", "push button").activate()
     picker = settings.reader.window(settings.agent.pid, PICKER_TITLE)
-    # It starts at the home folder, which is what is asked for.
+    # It starts at the home folder, which is the one to grant.
     confirm = until("the choice can be confirmed", lambda: [element for element in picker.shown() if
                                                             element.name == "Choose" and element.has("sensitive")])
     confirm[0].activate()
-    settings.expect_said("Home directory access: Allowed")
-    expect("Allow Home Folder Access" not in said(settings.window), "the invitation is still there")
-    expect_equal(list(settings.stored()), ["homeFolderBookmark"], "what is stored")
+    settings.expect_spoken("Home directory access: Allowed")
+    expect("Allow Home Folder Access" not in spoken_lines(settings.window), "the invitation is still there")
+    expect_equal(list(settings.stored()), ["homeFolderBookmark"], "stored keys")
     settings.restart("--no-quota")
     settings.choose("Accounts")
-    settings.expect_said("Home directory access: Allowed")
+    settings.expect_spoken("Home directory access: Allowed")

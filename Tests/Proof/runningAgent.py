@@ -12,7 +12,7 @@ import types
 sys.dont_write_bytecode = True
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "../EndToEnd"))
 
-from gi.repository import Gio, GLib
+from gi.repository import GLib
 
 from harness.desktop import Desktop, Surroundings
 from harness.memory import Footprint

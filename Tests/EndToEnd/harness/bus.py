@@ -1,4 +1,4 @@
-"""A session bus of the test's own, a real one, that starts no service but those a desktop of these tests is made of."""
+"""A real session bus for one test, which starts only the services that the test's desktop consists of."""
 
 import os
 
@@ -23,12 +23,12 @@ CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Con
 </busconfig>
 """
 
-CALL_LIMIT = 10_000  # milliseconds
+CALL_TIMEOUT = 10_000  # milliseconds
 
 
 class Bus:
     def __init__(self, processes, services):
-        """`services`: names of the service files of this machine that the bus may start."""
+        """`services`: names of this machine's service files that the bus may start."""
         folder = os.path.join(processes.folder, "bus")
         links = os.path.join(folder, "services")
         os.makedirs(links)
@@ -54,10 +54,10 @@ class Bus:
         flags = Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION
         return Gio.DBusConnection.new_for_address_sync(self.address, flags, None, None)
 
-    def call(self, name, path, interface, method, arguments=None, limit=CALL_LIMIT):
-        """Calls a method and returns what it returns, as a tuple; an error reply is a GLib.Error."""
+    def call(self, name, path, interface, method, arguments=None, timeout=CALL_TIMEOUT):
+        """Calls a method and returns its result as a tuple; an error reply raises GLib.Error."""
         reply = self._connection.call_sync(name, path, interface, method, arguments, None,
-                                           Gio.DBusCallFlags.NO_AUTO_START, limit, None)
+                                           Gio.DBusCallFlags.NO_AUTO_START, timeout, None)
         return reply.unpack()
 
     def property(self, name, path, interface, member):
@@ -65,7 +65,7 @@ class Bus:
                          GLib.Variant("(ss)", (interface, member)))[0]
 
     def count_signals(self, interface, member):
-        """Counts signals of a name from now on; returns a function that gives the number so far."""
+        """Counts signals of that name from now on; returns a function that returns the number so far."""
         seen = []
         self._connection.signal_subscribe(None, interface, member, None, None, Gio.DBusSignalFlags.NONE,
                                           lambda *signal: seen.append(signal))
@@ -87,7 +87,7 @@ class Bus:
 
 
 class StatusItems:
-    """The status items as the watcher of the panel knows them."""
+    """The status items that are registered with the panel's watcher."""
 
     WATCHER = "org.kde.StatusNotifierWatcher"
     ITEM = "org.kde.StatusNotifierItem"
@@ -105,7 +105,7 @@ class StatusItems:
         return [(item.partition("/")[0], "/" + item.partition("/")[2]) for item in items]
 
     def one(self):
-        """Waits for an item and returns its address; fails when there are several."""
+        """Waits for an item and returns its address; fails if there are several."""
         found = until("a status item is registered", self.addresses)
         if len(found) != 1:
             raise Failure(f"{len(found)} status items are registered: {found}")

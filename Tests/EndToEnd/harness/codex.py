@@ -1,4 +1,4 @@
-"""Stands in for the user's `codex`: answers one exchange with the percentages that stand in a file beside it."""
+"""A fake of the user's `codex`: answers one exchange with the percentage in a file beside it."""
 
 import os
 
@@ -26,7 +26,7 @@ class FakeCodex:
         self.set_percent(42.5)
 
     def set_percent(self, percent):
-        """What the next exchange answers; "silent" for one that never does."""
+        """Sets the answer of the next exchange; "silent" for none."""
         unfinished = os.path.join(self._folder, "percent.unfinished")
         with open(unfinished, "w", encoding="utf-8") as file:
             file.write(str(percent))

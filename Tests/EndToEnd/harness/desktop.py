@@ -1,4 +1,4 @@
-"""One desktop of a test's own: an X server, a session bus, a window manager, a panel, and the program in it."""
+"""The desktop of one test: an X server, a session bus, a window manager, a panel, and the program in it."""
 
 import os
 import signal
@@ -14,18 +14,18 @@ from .pictures import Box
 from .processes import SUBJECT_MARK, Processes, command_line
 from .waiting import expect, expect_equal, settled, stays, until
 
-ROOT_COLOUR = (0, 0, 0)  # of the display where nothing is
+ROOT_COLOUR = (0, 0, 0)  # of the empty display
 POPOVER_SIZE = (420, 680)  # logical pixels
 
 
 class Surroundings:
-    """What the environment of a test is made of, whatever desktop runs in it. The home folder of the account is empty
-    but for `codex`; histories are in the sample home."""
+    """Folders, environment and processes of a test, whatever desktop runs in it. The account's home folder is empty
+    except for `codex`; histories are in the sample home."""
 
     def __init__(self, folder, options):
         self.folder = folder
         self.options = options
-        self.desktop = None  # the one that was made last
+        self.desktop = None  # the latest one
         self.config_home = os.path.join(folder, "config")
         home = os.path.join(folder, "home")
         runtime = os.path.join(folder, "runtime")
@@ -37,7 +37,7 @@ class Surroundings:
             "XDG_CONFIG_HOME": self.config_home, "XDG_RUNTIME_DIR": runtime,
             "XDG_CACHE_HOME": os.path.join(folder, "cache"), "XDG_DATA_HOME": os.path.join(folder, "data"),
             "XDG_STATE_HOME": os.path.join(folder, "state"), "XDG_SESSION_TYPE": "x11",
-            "NO_AT_BRIDGE": "1",  # the panels speak to no screen reader
+            "NO_AT_BRIDGE": "1",  # keeps the panels off the accessibility bus
         }
         environment.update({key: value for key, value in os.environ.items() if key.endswith("SAN_OPTIONS")})
         self.processes = Processes(folder, environment)
@@ -54,7 +54,7 @@ class Surroundings:
 
 
 class Desktop:
-    """Without a panel at first. `bus`: whether there is a session bus."""
+    """A desktop whose panel is not started yet. `bus`: whether there is a session bus."""
 
     def __init__(self, surroundings, panel=None, display=None, bus=True, window_manager=True, services=()):
         self.surroundings = surroundings
@@ -74,12 +74,12 @@ class Desktop:
             self.items = StatusItems(self.bus)
         if window_manager:
             self.processes.start("openbox", ["openbox", "--sm-disable"])
-            until("the window manager runs", lambda: self.display.root_property("_NET_SUPPORTING_WM_CHECK"))
+            until("the window manager is running", lambda: self.display.root_property("_NET_SUPPORTING_WM_CHECK"))
 
         surroundings.desktop = self
 
     def screenshot(self, name=""):
-        """Leaves a picture of the whole screen beside those of the other tests."""
+        """Saves a picture of the whole screen beside those of the other tests."""
         self.display.picture().save(self.surroundings.screenshot_path(name))
 
     # ---- The panel ----
@@ -94,7 +94,7 @@ class Desktop:
 
     def start_panel(self):
         self.processes.start("panel", self.panel.command(self.surroundings.config_home))
-        until("the panel has a place for items", self._has_tray)
+        until("the panel accepts status items", self._has_tray)
 
     def _has_tray(self):
         if self.panel.has_watcher:
@@ -102,13 +102,13 @@ class Desktop:
         return self.display.has_tray()
 
     def kill_panel(self):
-        """Ends the panel as a crash does."""
+        """Kills the panel as a crash would."""
         self.processes.end(pid for program in (self.panel.program, *self.panel.helpers)
                            for pid in self.processes.named(program))
         until("the panel is gone", lambda: not self._has_tray() and not self.display.picture(self.bar).share(BACKGROUND))
 
     def _drawn_item(self):
-        """Where the item is in the panel, and what it looks like; None while the bar is empty or not drawn."""
+        """The item's box in the panel, and the bar's pixels; None while the bar is empty or not drawn."""
         picture = self.display.picture(self.bar)
         outline = picture.outline(BACKGROUND) if picture.share(BACKGROUND) > 0.8 else None
         return (outline, picture.data) if outline else None
@@ -117,8 +117,8 @@ class Desktop:
         return self._drawn_item() is not None
 
     def item_picture(self):
-        """Waits until the item is drawn, and no more changes, and returns the picture of the bar around it. The
-        pointer must be elsewhere, as panels mark what it is on."""
+        """Waits until the item is drawn and no longer changes, and returns its picture. The pointer must be elsewhere,
+        because panels highlight the item under it."""
         outline, _ = settled("the item is drawn in the panel", self._drawn_item)
         return self.display.picture(outline)
 
@@ -139,7 +139,7 @@ class Desktop:
         return Agent(self, process, name, environment[SUBJECT_MARK])
 
     def run(self, *arguments, name="second"):
-        """Starts the program once more and waits for its end; returns its status, what it printed, and seconds."""
+        """Starts the program once more and waits for its end; returns its status, its output, and the seconds."""
         begin = time.monotonic()
         agent = self.start_agent(*arguments, name=name)
         status = agent.wait()
@@ -147,7 +147,7 @@ class Desktop:
 
 
 class Agent:
-    """The program as it runs on a desktop."""
+    """A running program on a desktop."""
 
     def __init__(self, desktop, process, name, mark):
         self._desktop = desktop
@@ -168,15 +168,16 @@ class Agent:
         return self._process.returncode
 
     def popover(self, scale=1):
-        """Where the popover is on the screen, in device pixels; None while it is not open."""
+        """The popover's box on the screen, in device pixels; None while it is closed."""
         size = tuple(round(length * scale) for length in POPOVER_SIZE)
         boxes = [box for _, box in self._desktop.display.windows_of(self.pid) if (box.width, box.height) == size]
         expect(len(boxes) <= 1, f"several popovers: {boxes}")
         return boxes[0] if boxes else None
 
     def opened_popover(self, scale=1):
-        """Waits until the popover is open and drawn, and so has taken keyboard and pointer; returns its place. To try
-        whether they are taken would take them, and the toolkit closes its popups when another program does."""
+        """Waits until the popover is open and drawn, and so has grabbed keyboard and pointer; returns its box. The
+        grabs cannot be checked: a check would grab them, and the toolkit closes its popups when another program does.
+        """
         def box():
             expect(self.is_running(), f"the program has ended: {self.output}")
             return self.popover(scale)
@@ -186,13 +187,13 @@ class Agent:
         return opened
 
     def closed_popover(self, seconds=0.4):
-        """Waits until the popover is closed, and makes sure that nothing opens it again for so long."""
+        """Waits until the popover is closed, and checks that nothing reopens it within `seconds`."""
         until("the popover is closed", lambda: not self.popover())
         stays("the popover is closed", lambda: not self.popover(), seconds)
         expect(self.is_running(), f"the program has ended: {self.output}")
 
     def end(self, by=signal.SIGTERM):
-        """Asks the program to end, and expects that it does so cleanly, with all that it started. Seconds it took."""
+        """Ends the program by a signal and checks that it leaves no process behind. Returns the seconds it took."""
         begin = time.monotonic()
         os.kill(self.pid, by)
         status = self.wait()
@@ -203,4 +204,4 @@ class Agent:
         return seconds
 
     def expect_output(self, lines):
-        expect_equal(self.output.splitlines(), lines, "what the program printed")
+        expect_equal(self.output.splitlines(), lines, "output of the program")

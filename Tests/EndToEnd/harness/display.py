@@ -1,4 +1,4 @@
-"""An X server of the test's own: its pixels, its windows, its pointer and keyboard."""
+"""The X server of one test: its pixels, its windows, its pointer and keyboard."""
 
 import os
 import subprocess
@@ -16,13 +16,13 @@ from .waiting import Failure, until
 
 
 def virtual_server(size):
-    """The command of an X server without a screen of glass, with one of that many pixels."""
+    """The command of an X server with one virtual screen of that size."""
     return ["Xvfb", "-screen", "0", f"{size}x24"]
 
 
 class Display:
     def __init__(self, processes, server):
-        """`server`: the command that starts it, without what says where its clients find it."""
+        """`server`: the command that starts it, without a display number."""
         reader, writer = os.pipe()
         processes.start("display", [*server, "-displayfd", str(writer), "-nolisten", "tcp", "-noreset", "-br"],
                         pass_fds=[writer])
@@ -58,11 +58,11 @@ class Display:
         return self._property(self.root, name)
 
     def atoms(self, window, name):
-        """The names in a property that is a list of them."""
+        """The names in a property that is a list of atoms."""
         return {self.x.get_atom_name(atom) for atom in self._property(window, name) or ()}
 
     def icon_sizes(self, window):
-        """Width and height of each picture that the window offers as its icon."""
+        """Width and height of each of the window's icons."""
         numbers = list(self._property(window, "_NET_WM_ICON") or ())
         sizes = []
         while numbers:
@@ -95,12 +95,12 @@ class Display:
         return found
 
     def titles_of(self, pid):
-        """The titles of a process's visible windows that have one."""
+        """The titles of a process's visible windows, as far as they have one."""
         titles = [self._property(window, "_NET_WM_NAME") for window, _ in self.windows_of(pid)]
         return [bytes(title).decode() for title in titles if title is not None]
 
     def close(self, pid, title):
-        """Closes a window as the button in its frame does."""
+        """Closes a window as the close button in its frame does."""
         protocols, closing = (self.x.intern_atom(name) for name in ("WM_PROTOCOLS", "WM_DELETE_WINDOW"))
         for window, _ in self.windows_of(pid):
             name = self._property(window, "_NET_WM_NAME")
@@ -110,12 +110,12 @@ class Display:
         self.x.sync()
 
     def has_tray(self):
-        """Whether somebody embeds the windows of tray icons."""
+        """Whether there is a system tray, which embeds the windows of tray icons."""
         owner = self.x.get_selection_owner(self.x.intern_atom("_NET_SYSTEM_TRAY_S0"))
         return owner != X.NONE
 
     def overlays(self):
-        """The visible windows that no window manager cares for: menus, tooltips, popovers."""
+        """The visible windows that bypass the window manager: menus, tooltips, popovers."""
         found = []
         for window in self.root.query_tree().children:
             try:
@@ -127,18 +127,18 @@ class Display:
         return found
 
     def watch_maps(self):
-        """From now on the server tells of windows that appear; those of before are forgotten."""
+        """Starts recording windows that appear, for `has_mapped`; forgets earlier ones."""
         self.root.change_attributes(event_mask=X.SubstructureNotifyMask)
         self.x.sync()
         while self.x.pending_events():
             self.x.next_event()
 
     def has_mapped(self, size):
-        """Whether a window of that width and height has appeared that was not asked for yet."""
+        """Whether a window of that width and height has appeared since the last call."""
         while self.x.pending_events():
-            told = self.x.next_event()
-            if told.type == X.MapNotify:
-                geometry = told.window.get_geometry()
+            received = self.x.next_event()
+            if received.type == X.MapNotify:
+                geometry = received.window.get_geometry()
                 if (geometry.width, geometry.height) == size:
                     return True
         return False
@@ -156,8 +156,8 @@ class Display:
         self.x.sync()
 
     def drag(self, start, end):
-        """Presses the button at one place and lets it go at another, with places between, as slowly as a quick hand: a
-        window manager takes the pointer after the press, and misses what happens before."""
+        """Presses the button at one place and releases it at another, with steps in between and no faster than a quick
+        hand: a window manager grabs the pointer after the press, and misses what happens before."""
         self.move(start)
         xtest.fake_input(self.x, X.ButtonPress, 1)
         self.x.sync()
@@ -168,14 +168,14 @@ class Display:
         self.x.sync()
 
     def key(self, name):
-        """The number of the key with that symbol."""
+        """The keycode of the key with that symbol."""
         code = self.x.keysym_to_keycode(XK.string_to_keysym(name))
         if code == 0:
             raise Failure(f"the keyboard has no key {name}")
         return code
 
     def press(self, *keys):
-        """Presses keys, given by symbol or number, together, the last one last, and lets them go."""
+        """Presses keys, given by symbol or keycode, in this order, and then releases them."""
         codes = [key if isinstance(key, int) else self.key(key) for key in keys]
         for code in codes:
             xtest.fake_input(self.x, X.KeyPress, code)
@@ -184,9 +184,9 @@ class Display:
         self.x.sync()
 
     def set_layout(self, *layout):
-        """Another layout of the keyboard: its name and variant."""
+        """Changes the keyboard layout: its name and variant."""
         subprocess.run([needed("setxkbmap"), "-display", self.name, *layout], check=True)
-        self._connect()  # the keys' symbols are those of a connection's start
+        self._connect()  # a connection keeps the symbols from its start
 
     def locks(self):
         """The lock modifiers that are on, as bits."""

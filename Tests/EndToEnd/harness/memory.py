@@ -1,11 +1,11 @@
-"""What a process holds, as the kernel tells it."""
+"""Memory, descriptors, threads and activity of a process, from /proc."""
 
 import os
 from typing import NamedTuple
 
 
 class Footprint(NamedTuple):
-    anonymous: float  # MiB of the process's own making, whoever else runs
+    anonymous: float  # MiB of the process's own, independent of other processes
     proportional: float  # MiB, shared pages divided among their users
     descriptors: int
     threads: int
@@ -21,12 +21,12 @@ class Footprint(NamedTuple):
                    len(os.listdir(f"/proc/{pid}/fd")), len(os.listdir(f"/proc/{pid}/task")))
 
     def own(self):
-        """Without what changes as other programs come and go."""
+        """Without the figure that depends on other processes."""
         return self._replace(anonymous=round(self.anonymous, 1), proportional=0)
 
 
 class Activity:
-    """What the threads of a process have done so far. Threads that end meanwhile are left out of a difference."""
+    """What the threads of a process have done so far. A difference leaves out threads that have ended in between."""
 
     def __init__(self, pid):
         self._threads = {}
@@ -34,7 +34,7 @@ class Activity:
             try:
                 self._threads[task] = self._of_thread(f"/proc/{pid}/task/{task}")
             except (FileNotFoundError, ProcessLookupError):
-                continue  # it has ended since it was listed
+                continue  # the thread has ended since it was listed
 
     @staticmethod
     def _of_thread(folder):
@@ -47,7 +47,7 @@ class Activity:
         return isinstance(other, Activity) and self._threads == other._threads
 
     def since(self, before):
-        """Seconds of CPU, and switches of context, since an earlier moment."""
+        """CPU seconds and context switches since an earlier moment."""
         grown = [(now[0] - then[0], now[1] - then[1]) for task, now in self._threads.items()
                  for then in [before._threads.get(task, (0, 0))]]
         return sum(growth[0] for growth in grown) / 1e9, sum(growth[1] for growth in grown)

@@ -1,4 +1,4 @@
-"""A notification service of the test's own."""
+"""A fake notification service."""
 
 import gi
 
@@ -25,7 +25,7 @@ class NotificationService:
                                          Gio.DBusNodeInfo.new_for_xml(INTERFACE).interfaces[0], self._answer)
         Gio.bus_own_name_on_connection(self._connection, "org.freedesktop.Notifications", Gio.BusNameOwnerFlags.NONE,
                                        None, None)
-        until("the service has its name", lambda: self.calls() or bus.has("org.freedesktop.Notifications"))
+        until("the service owns its bus name", lambda: self.calls() or bus.has("org.freedesktop.Notifications"))
 
     def _answer(self, _connection, _sender, _path, _interface, method, _arguments, invocation):
         self._calls.append(method)
@@ -33,7 +33,7 @@ class NotificationService:
         invocation.return_value(answer)
 
     def calls(self):
-        """The methods that were called so far, each answered by now."""
+        """The methods called so far. Answers pending calls first."""
         while GLib.MainContext.default().iteration(False):
             pass
         return list(self._calls)

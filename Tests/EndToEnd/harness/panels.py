@@ -1,11 +1,11 @@
-"""The panels of three desktops, each as small as it can be configured: a bar with nothing but the status area."""
+"""Three panels, each configured down to a bar with nothing but the status area."""
 
 import os
 
 from .pictures import Box
 
 BAR = 30  # pixels: the height of every bar
-BACKGROUND = (51, 51, 51)  # the colour of every bar, so that whatever else is there is the item
+BACKGROUND = (51, 51, 51)  # the colour of every bar: all other pixels are the item
 
 
 def write(folder, path, text):
@@ -17,27 +17,27 @@ def write(folder, path, text):
 
 
 class Panel:
-    """A bar along the upper or lower edge of the screen. `name` is its name in the names of tests."""
+    """A bar along the upper or lower edge of the screen. `name` is part of the names of its tests."""
 
     name = ""
     program = ""
-    helpers = ()  # programs that run beside it and end with it
+    helpers = ()  # programs that run beside it and have to be ended with it
     services = ()  # service files that the session bus needs
     environment = {}
-    has_watcher = True  # speaks StatusNotifierItem; else only the older tray of X11
-    further_buttons = (2, 3)  # of the pointer, which the item hears of beside the first
+    has_watcher = True  # speaks StatusNotifierItem; otherwise only the older X11 tray
+    further_buttons = (2, 3)  # mouse buttons that it forwards to the item, besides the first
     at_bottom = False
-    screen = None  # the box of the screen to stand on; the only one
+    screen = None  # the box of the panel's screen; None for the only one
 
     def bar(self, screen):
-        """Where the bar stands on a screen of that box."""
+        """The bar's box on a screen of that box."""
         return Box(screen.x, screen.bottom - BAR if self.at_bottom else screen.y, screen.width, BAR)
 
     def work_area(self, screen):
         return Box(screen.x, screen.y + (0 if self.at_bottom else BAR), screen.width, screen.height - BAR)
 
     def configure(self, config_home):
-        """Writes what the panel reads below `XDG_CONFIG_HOME`."""
+        """Writes the panel's configuration below `XDG_CONFIG_HOME`."""
         raise NotImplementedError
 
     def command(self, config_home):
@@ -51,7 +51,7 @@ class Xfce(Panel):
     services = ("org.xfce.Xfconf",)
     environment = {"XDG_CURRENT_DESKTOP": "XFCE"}
     further_buttons = (2,)  # the third opens the panel's own menu
-    output = "Automatic"  # the screen, by the name of its output
+    output = "Automatic"  # the name of the screen's output
 
     def configure(self, config_home):
         write(config_home, "xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml", f"""<?xml version="1.0" encoding="UTF-8"?>

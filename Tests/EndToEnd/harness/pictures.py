@@ -1,4 +1,4 @@
-"""Places on the screen and what is drawn there."""
+"""Boxes and pictures of the screen."""
 
 import os
 import struct
@@ -30,7 +30,7 @@ class Box(NamedTuple):
 
 
 class Picture:
-    """Pixels of a part of the screen, four bytes each: blue, green, red, nothing."""
+    """Pixels of a part of the screen, four bytes each: blue, green, red, unused."""
 
     def __init__(self, box, data):
         self.box = box
@@ -45,14 +45,14 @@ class Picture:
         return (row[start:start + 3] for start in range(0, len(row), 4))
 
     def share(self, colour):
-        """The part of all pixels that has a colour, given as red, green, blue."""
+        """The share of all pixels that have the colour, given as red, green, blue."""
         red, green, blue = colour
         wanted = bytes((blue, green, red))
         count = sum(pixel == wanted for y in range(self.box.y, self.box.bottom) for pixel in self._row_pixels(y))
         return count / (self.box.width * self.box.height)
 
     def outline(self, background):
-        """The smallest box around the pixels that have another colour than `background`; None when all have it."""
+        """The smallest box around all pixels that do not have the colour `background`; None without any."""
         red, green, blue = background
         empty = bytes((blue, green, red))
         places = [(x, y) for y in range(self.box.y, self.box.bottom) for x, pixel in enumerate(self._row_pixels(y))

@@ -1,4 +1,4 @@
-"""The processes of one test: everything that it starts, and everything that these start, ends with it."""
+"""The processes of one test: all that it starts, and all that they start, end with it."""
 
 import ctypes
 import os
@@ -11,17 +11,17 @@ from .waiting import Failure, until
 
 PR_SET_PDEATHSIG = 1
 libc = ctypes.CDLL(None)
-MARK = "TALLYFOX_DESKTOP_TEST"  # of all that a test starts
-SUBJECT_MARK = "TALLYFOX_DESKTOP_SUBJECT"  # of one run of the program, and of all that this starts
+MARK = "TALLYFOX_DESKTOP_TEST"  # an environment variable of everything that a test starts
+SUBJECT_MARK = "TALLYFOX_DESKTOP_SUBJECT"  # one of a single run of the program, and of all that it starts
 
 
 def end_with_parent():
-    """In a child before its program starts: should this test be killed, no server of it stays behind."""
+    """Runs in a child before its program starts: if this test is killed, the child is, too."""
     libc.prctl(PR_SET_PDEATHSIG, signal.SIGKILL)
 
 
 def needed(program):
-    """The path of a program; a machine without it fails the test instead of passing it by."""
+    """The path of a program. Without it the test fails rather than being skipped."""
     path = shutil.which(program)
     if path is None:
         raise Failure(f"{program} is not installed: run scripts/bootstrap")
@@ -46,7 +46,7 @@ def is_alive(pid):
 
 
 class Processes:
-    """Starts processes with `environment` and a mark of its own, by which their descendants are found again."""
+    """Starts processes with `environment` and a unique mark, by which their descendants can be found."""
 
     def __init__(self, folder, environment):
         self.folder = folder
@@ -55,8 +55,8 @@ class Processes:
         self._children = []
 
     def start(self, name, command, environment=None, pass_fds=()):
-        """Starts a program; what it prints goes to NAME.log in the folder of the test. Values of None in
-        `environment` unset."""
+        """Starts a program; its output goes to NAME.log in the folder of the test. A value of None in `environment`
+        unsets the variable."""
         changed = {**self.environment, **(environment or {})}
         with open(os.path.join(self.folder, f"{name}.log"), "ab") as log:
             child = subprocess.Popen(
@@ -72,7 +72,7 @@ class Processes:
             child.poll()
 
     def marked(self, name=MARK, value=None):
-        """The pids of all living processes that come from this test, or of those with another mark."""
+        """The pids of this test's running processes, or of those with another mark."""
         self.reap()
         mark = f"{name}={value or self.environment[MARK]}".encode()
         pids = [int(entry) for entry in os.listdir("/proc") if entry.isdigit()]
@@ -83,7 +83,7 @@ class Processes:
         return [pid for pid in self.marked() if os.path.basename(command_line(pid).split(" ")[0]) == program]
 
     def end(self, pids):
-        """Ends processes of this test, and waits until they are gone."""
+        """Kills processes of this test, and waits until they are gone."""
         pids = list(pids)
         for pid in pids:
             try:
@@ -93,7 +93,7 @@ class Processes:
         until("killed processes are gone", lambda: self.reap() or not any(map(is_alive, pids)))
 
     def end_all(self):
-        """Ends what is left, again until nothing is: a process may start another meanwhile."""
+        """Kills all that are left, repeatedly, because a process may start another one in between."""
         def none_left():
             pids = self.marked()
             self.end(pids)

@@ -1,4 +1,4 @@
-"""The windows of the program as a screen reader has them before it, on the accessibility bus of the test's desktop."""
+"""The windows of the program as a screen reader finds them on the accessibility bus of the test's desktop."""
 
 import os
 import warnings
@@ -10,12 +10,12 @@ from gi.repository import Atspi, GLib
 
 from .waiting import Failure, until
 
-ACTIVATIONS = ("press", "toggle", "click", "select")  # what toolkits call a mouse click
-ANSWER_LIMIT = 5000  # milliseconds
+ACTIVATIONS = ("press", "toggle", "click", "select")  # toolkits' names for a mouse click
+ANSWER_TIMEOUT = 5000  # milliseconds
 
 
 class Element:
-    """What a screen reader knows of one element. Asked anew each time: nothing is remembered."""
+    """One element of the accessibility tree. Nothing is cached: each access asks the program."""
 
     def __init__(self, accessible):
         self._accessible = accessible
@@ -25,8 +25,8 @@ class Element:
         return self._accessible.get_name() or ""
 
     @property
-    def called(self):
-        """What a reader says it is: the label that stands at it, where there is one, or its own name."""
+    def spoken_name(self):
+        """The name that a reader speaks: that of its label, if it has one, or its own."""
         for relation in self._accessible.get_relation_set():
             if relation.get_relation_type() == Atspi.RelationType.LABELLED_BY:
                 return relation.get_target(0).get_name()
@@ -55,9 +55,9 @@ class Element:
         Atspi.Value.set_current_value(self._accessible, value)
 
     def activate(self):
-        """What a screen reader offers instead of a click."""
+        """Does what a screen reader offers instead of a click."""
         with warnings.catch_warnings():
-            warnings.simplefilter("ignore", DeprecationWarning)  # the toolkit does not answer to what replaces it
+            warnings.simplefilter("ignore", DeprecationWarning)  # the toolkit does not support the replacement
             for place in range(self._accessible.get_n_actions()):
                 if Atspi.Action.get_action_name(self._accessible, place).casefold() in ACTIVATIONS:
                     Atspi.Action.do_action(self._accessible, place)
@@ -74,7 +74,7 @@ class Element:
                 yield Element(child)
 
     def shown(self):
-        """The element and all those below it that are shown, in the order of the tree."""
+        """This element and all visible ones below it, in the order of the tree."""
         yield self
         for child in self.children():
             if child.has("visible"):
@@ -82,16 +82,16 @@ class Element:
 
 
 class Reader:
-    """One for each test: the connection belongs to the process. The program must be told to speak to readers."""
+    """The connection to the accessibility bus. One for each test, because it belongs to the process."""
 
-    ENVIRONMENT = {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}  # of the program
-    SERVICE = "org.a11y.Bus"  # which the session bus must be able to start
+    ENVIRONMENT = {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}  # makes the program talk to readers
+    SERVICE = "org.a11y.Bus"  # the session bus must be able to start it
 
     def __init__(self, desktop):
         os.environ["DISPLAY"] = desktop.display.name
         os.environ["DBUS_SESSION_BUS_ADDRESS"] = desktop.bus.address
         Atspi.init()
-        Atspi.set_timeout(ANSWER_LIMIT, ANSWER_LIMIT)
+        Atspi.set_timeout(ANSWER_TIMEOUT, ANSWER_TIMEOUT)
 
     def _windows(self, pid):
         desktop = Atspi.get_desktop(0)
@@ -105,11 +105,11 @@ class Reader:
                 yield from Element(application).children()
 
     def window(self, pid, title):
-        """The window with that title, once it is shown."""
+        """Waits for the window with that title."""
         def shown():
             try:
                 return next((window for window in self._windows(pid)
                              if window.name == title and window.has("visible")), None)
-            except GLib.Error:  # the program has not said yet what it is, or says so no more
+            except GLib.Error:  # the program is not on the bus yet, or no longer
                 return None
         return until(f"a screen reader finds the window {title}", shown)

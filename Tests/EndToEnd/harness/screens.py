@@ -1,4 +1,4 @@
-"""An X server with several screens that come and go: a VNC server, and just as much of its protocol as tells it so."""
+"""An X server with screens that come and go: a VNC server, and as much of its protocol as adding and removing takes."""
 
 import os
 import socket
@@ -12,7 +12,7 @@ VERSION, NO_SECURITY, SHARED = b"RFB 003.008\n", b"\1", b"\1"
 
 
 class SeveralScreens(Display):
-    """`screens`: the boxes of the screens, the first one primary."""
+    """A display with several screens. `screens`: their boxes, the primary one first."""
 
     def __init__(self, processes, screens):
         path = os.path.join(processes.folder, "vnc")
@@ -52,7 +52,7 @@ class SeveralScreens(Display):
         until("the screens are as wanted", lambda: self._outputs() == len(screens))
 
     def _outputs(self):
-        """How many screens are on."""
+        """The number of enabled screens."""
         resources = self.root.xrandr_get_screen_resources()
         crtcs = [self.x.xrandr_get_crtc_info(crtc, resources.config_timestamp) for crtc in resources.crtcs]
         return sum(crtc.mode != 0 for crtc in crtcs)

@@ -12,7 +12,7 @@ SIZE = (900, 480)
 
 
 class Settings:
-    """The program with its settings open, on a desktop without a panel, for an account that has changed nothing."""
+    """The program with its settings open, on a desktop without a panel and in an account with default preferences."""
 
     def __init__(self, surroundings, *arguments):
         self._surroundings = surroundings
@@ -31,7 +31,7 @@ class Settings:
         self.start(*arguments)
 
     def x_window(self):
-        """The window as the X server knows it, and its box; None while it is not shown."""
+        """The X server's window and its box; None while it is not shown."""
         found = [(window, box) for window, box in self.desktop.display.windows_of(self.agent.pid)
                  if (box.width, box.height) == SIZE]
         expect(len(found) <= 1, f"several windows: {found}")
@@ -42,10 +42,10 @@ class Settings:
         until("the settings are closed", lambda: not self.x_window())
 
     def find(self, name, role):
-        """The one control of the shown tab that is called so."""
+        """Waits for the control with that name and role on the current tab."""
         def control():
-            found = [element for element in self.window.shown() if element.role == role and element.called == name]
-            expect(len(found) <= 1, f"several controls are called {name}")
+            found = [element for element in self.window.shown() if (element.role, element.spoken_name) == (role, name)]
+            expect(len(found) <= 1, f"several controls are named {name}")
             return found[0] if found else None
         return until(f"{name} is shown", control)
 
@@ -55,7 +55,7 @@ class Settings:
         until(f"the tab {name} is chosen", lambda: tab.has("selected"))
 
     def choose_last_interval(self, choices):
-        """Expects those choices."""
+        """Chooses the last interval, and checks that `choices` are offered."""
         self.interval().activate()
         offered = until("the choices are offered", lambda: next(
             (element for element in self.interval().shown()
@@ -67,24 +67,24 @@ class Settings:
         until("the last choice is chosen", lambda: self.interval().name == choices[-1])
 
     def take_focus(self):
-        """A click as a user gives the window the keyboard, on what does nothing."""
+        """Gives the window the keyboard by a click on an empty place."""
         _, box = until("the window is shown", self.x_window)
         self.desktop.display.click((box.x + 20, box.bottom - 20))
         until("the window has the keyboard", lambda: self.window.has("active"))
 
     def box(self):
-        """Where the window is, once it has come to rest."""
+        """The window's box, once it no longer moves."""
         return settled("the window is shown", self.x_window)[1]
 
     def move_by(self, right, down):
-        """As a user drags it by its title."""
+        """Drags the window by its title bar."""
         box = self.box()
         display = self.desktop.display
         display.drag((box.middle[0], box.y - 8), (box.middle[0] + right, box.y - 8 + down))
         until("the window has moved", lambda: self.box() == box._replace(x=box.x + right, y=box.y + down))
 
     def states(self):
-        """The names of the window's states, as the window manager keeps them."""
+        """The names of the window's states in the window manager."""
         window, _ = until("the window is shown", self.x_window)
         return self.desktop.display.atoms(window, "_NET_WM_STATE")
 
@@ -102,18 +102,18 @@ class Settings:
 
     def expect_toggle(self, name, is_on):
         toggle = self.toggle(name)
-        until(f"{name} is {'on' if is_on else 'off'}", lambda: toggle.is_on == is_on, limit=10)
+        until(f"{name} is {'on' if is_on else 'off'}", lambda: toggle.is_on == is_on, timeout=10)
 
     def expect_slider(self, name, percent):
         slider = self.slider(name)
-        until(f"{name} is {percent}", lambda: slider.value == percent, limit=10)
-        expect_equal(slider.description, f"{percent}%", f"what is said of the {name}")
+        until(f"{name} is {percent}", lambda: slider.value == percent, timeout=10)
+        expect_equal(slider.description, f"{percent}%", f"spoken value of the {name}")
 
-    def expect_said(self, text):
-        until(f"{text} is said", lambda: text in said(self.window), limit=10)
+    def expect_spoken(self, text):
+        until(f"{text} is read out", lambda: text in spoken_lines(self.window), timeout=10)
 
     def stored(self):
-        """All that is stored, by key; nothing without a file."""
+        """The stored values by key; empty without a file."""
         parser = configparser.ConfigParser(interpolation=None)
         parser.optionxform = str
         parser.read(self.file, encoding="utf-8")
@@ -121,20 +121,20 @@ class Settings:
 
     def expect_stored(self, **values):
         try:
-            until("the change is stored", lambda: self.stored() == values, limit=10)
+            until("the change is stored", lambda: self.stored() == values, timeout=10)
         except Failure:
             expect_equal(self.stored(), values, "preferences")
 
     def changed_files(self):
-        """Everything of the program's below the folder of configurations."""
+        """The program's files below the configuration folder."""
         found = []
         for folder, _, names in os.walk(self._surroundings.config_home):
             found += [os.path.join(folder, name) for name in names]
         return [path for path in found if "tallyfox" in path.removeprefix(self._surroundings.config_home)]
 
 
-def said(window):
-    """What is read out below the tabs, without what merely repeats the label before it."""
+def spoken_lines(window):
+    """What is read out below the tabs, without a name that only repeats the label before it."""
     lines = []
     for element in window.shown():
         named = element.name and element.role not in ("page tab list", "page tab", "filler", "frame")
@@ -144,5 +144,5 @@ def said(window):
 
 
 def without_labels_of_values(lines):
-    """A value that cannot be changed is said with its label: the label itself is not asked for again."""
+    """Without labels whose value follows: a value that cannot be changed is read out together with its label."""
     return [line for line, after in zip(lines, [*lines[1:], ""]) if not after.startswith(f"{line}: ")]
