@@ -1,5 +1,5 @@
 #!/bin/bash
-# The program's figures against an independent count of the same home with jq: countTests.sh PROGRAM TEST.
+# Compares the program's figures with an independent count of the same home by jq: countTests.sh PROGRAM TEST.
 # shellcheck disable=SC1091,SC2154 # the support file sets root, work, out and err
 source "$(dirname "$(readlink -f "$0")")/programTestSupport.sh"
 
@@ -22,7 +22,7 @@ cut_tails() {
 }
 
 # Tokens by local day, as one JSON object, of the readings on standard input: {t: timestamp, n: tokens}. In two
-# steps, because jq 1.6 takes the local summer time into account where it reads UTC.
+# steps, because jq 1.6 wrongly applies the local summer time when it reads UTC.
 by_day() {
     TZ=UTC jq -c '.t |= (sub("[.][0-9]+Z$"; "Z") | fromdateiso8601)' \
         | jq -n 'reduce inputs as $reading ({}; .[$reading.t | localtime | strftime("%Y-%m-%d")] += $reading.n)'
@@ -51,7 +51,7 @@ codex_days() {
         | by_day
 }
 
-# expect_independent_count HOME ZONE…: every figure of every day is the one jq counts
+# expect_independent_count HOME ZONE…: every figure of every day is the same as jq's
 expect_independent_count() {
     local home=$1 provider days today noon
     shift
@@ -63,7 +63,7 @@ expect_independent_count() {
         expect_status 0
         expect_silence "$err"
         today=$(date -d "$(jq -r .lastUpdated "$out")" +%F)
-        noon=$(date -u -d "$today 12:00" +%s) # gmtime from here on: strftime counts in UTC
+        noon=$(date -u -d "$today 12:00" +%s) # in UTC, as jq's strftime
         for provider in claude codex; do
             days=$("${provider}_days" "$work/tails/$provider")
             jq -e --argjson days "$days" --argjson noon "$noon" --arg provider $provider '
@@ -76,12 +76,12 @@ expect_independent_count() {
     done
 }
 
-test_figuresOfASampleHomeAreThoseOfAnIndependentCount() {
+test_sampleHomeIsCountedAsByJq() {
     "$root/scripts/sample-home" "$work/sample" >/dev/null || fail "sample-home"
     expect_independent_count "$work/sample" Europe/Berlin America/St_Johns Pacific/Kiritimati UTC
 }
 
-test_figuresOfAHandMadeHomeAreThoseOfAnIndependentCount() {
+test_handMadeHomeIsCountedAsByJq() {
     {
         claude_line "$(utc '1 hour ago')" 100 one
         claude_line "$(utc '1 hour ago')" 250 one
@@ -100,7 +100,7 @@ test_figuresOfAHandMadeHomeAreThoseOfAnIndependentCount() {
     expect_independent_count "$work/home" Europe/Berlin Asia/Kathmandu Australia/Lord_Howe
 }
 
-test_figuresOfLongFilesAreThoseOfTheirTails() {
+test_onlyTheTailsOfLongFilesAreCounted() {
     local now padding
     now=$(utc '1 hour ago')
     padding=$(head -c 700 /dev/zero | tr '\0' x)
@@ -112,7 +112,7 @@ test_figuresOfLongFilesAreThoseOfTheirTails() {
     expect_json '.states[0].isPartialHistory and (.states[1].isPartialHistory | not)'
 }
 
-test_figuresOfManyFilesAreThoseOfTheNewest() {
+test_onlyTheNewestOfManyFilesAreCounted() {
     local now
     now=$(utc '1 hour ago')
     for number in $(seq 300); do

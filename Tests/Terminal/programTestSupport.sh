@@ -1,5 +1,5 @@
 # shellcheck shell=bash disable=SC2034
-# What the tests of the built program share. Sourced by a script that was given the program and the name of one test.
+# Shared by the tests of the built program. Sourced by a script whose arguments are the program and the name of a test.
 set -uo pipefail
 
 program=$1
@@ -7,7 +7,7 @@ root=$(dirname "$(dirname "$(dirname "$(readlink -f "$0")")")")
 work=$(mktemp -d "${TMPDIR:-/tmp}/tallyfox-program-XXXXXX")
 trap 'rm -rf "$work"' EXIT
 
-# No test meets the user's own home, configuration or codex.
+# No test sees the user's own home, configuration or codex.
 mkdir -p "$work/account" "$work/home"
 export HOME=$work/account
 unset TZ TZDIR XDG_CONFIG_HOME NO_COLOR DISPLAY WAYLAND_DISPLAY DBUS_SESSION_BUS_ADDRESS
@@ -29,7 +29,7 @@ skip() {
     exit 77
 }
 
-# Starts the program; its status is in $status.
+# Runs the program and sets $status.
 run() {
     "$program" "$@" >"$out" 2>"$err" </dev/null
     status=$?
@@ -43,7 +43,7 @@ expect_one_line() {
 expect_text() { grep -qF -- "$2" "$1" || fail "no '$2' in $(basename "$1")"; }
 expect_no_text() { ! grep -qF -- "$2" "$1" || fail "'$2' in $(basename "$1")"; }
 # expect_json FILTER: the output is one JSON document for which the filter is true
-expect_json() { jq -es "length == 1 and (.[0] | $1)" "$out" >/dev/null || fail "not so: $1"; }
+expect_json() { jq -es "length == 1 and (.[0] | $1)" "$out" >/dev/null || fail "not true of the document: $1"; }
 
 # claude_line TIMESTAMP TOKENS [ID]
 claude_line() {
@@ -58,7 +58,7 @@ codex_line() {
 # claude_history NAME < lines, codex_history NAME < lines: one history file below the home folder
 claude_history() { mkdir -p "$work/home/.claude/projects/demo" && cat >"$work/home/.claude/projects/demo/$1.jsonl"; }
 codex_history() { mkdir -p "$work/home/.codex/sessions/2026/11" && cat >"$work/home/.codex/sessions/2026/11/$1.jsonl"; }
-# fake_codex < script: an executable of that name in the account's home
+# fake_codex < script: the account's `codex`
 fake_codex() { mkdir -p "$HOME/.local/bin" && cat >"$HOME/.local/bin/codex" && chmod +x "$HOME/.local/bin/codex"; }
-# utc WHEN: as `date -d` takes it, as a history writes it
+# utc WHEN: a time as `date -d` reads it, written as in a history
 utc() { date -u -d "$1" +%Y-%m-%dT%H:%M:%SZ; }

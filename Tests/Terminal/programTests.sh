@@ -1,9 +1,9 @@
 #!/bin/bash
-# The built program from outside: programTests.sh PROGRAM TEST. Every function test_… is a test.
+# Tests the built program from outside: programTests.sh PROGRAM TEST. Each function test_… is a test.
 # shellcheck disable=SC1091,SC2154 # the support file sets root, work, out and err
 source "$(dirname "$(readlink -f "$0")")/programTestSupport.sh"
 
-test_helpAndVersionNeedNothing() {
+test_helpAndVersionNeedNoEnvironment() {
     for option in --help --version; do
         env -i "$program" $option >"$out" 2>"$err"
         status=$?
@@ -57,7 +57,7 @@ test_wrongUsageIsStatus2AndOneLine() {
     done
 }
 
-test_homeThatIsNoFolderIsStatus2() {
+test_homeThatIsNotAFolderIsStatus2() {
     touch "$work/file"
     mkfifo "$work/fifo"
     for home in "$work/missing" "$work/file" "$work/file/below" "$work/fifo" "" /dev/null; do
@@ -121,7 +121,7 @@ test_outputThatCannotBeWrittenIsStatus1() {
     done
 }
 
-test_closedStandardStreamsDoNoHarm() {
+test_programRunsWithClosedStandardStreams() {
     "$program" --summary --no-quota --home "$work/home" <&- >"$out" 2>&-
     status=$?
     expect_status 0
@@ -133,7 +133,7 @@ test_closedStandardStreamsDoNoHarm() {
 
 test_brokenPipeEndsQuietly() {
     for disposition in default ignored; do
-        # The reader is gone for sure before the program writes.
+        # The delay makes sure that the reader is gone before the program writes.
         {
             sleep 0.3
             [ $disposition = default ] || trap '' PIPE
@@ -145,7 +145,7 @@ test_brokenPipeEndsQuietly() {
         expect_silence "$err"
     done
     "$program" --summary --no-quota --home "$work/home" 2>"$err" | head -c1 >"$out"
-    [ "${PIPESTATUS[0]}" -eq 0 ] || fail "a reader of one byte"
+    [ "${PIPESTATUS[0]}" -eq 0 ] || fail "status ${PIPESTATUS[0]} with a reader of one byte"
     expect_silence "$err"
 }
 
@@ -154,7 +154,7 @@ test_slowReaderGetsEverything() {
     expect_json '.states | length == 2'
 }
 
-# on_terminal [NAME=VALUE…]: the summary as a terminal gets it
+# on_terminal [NAME=VALUE…]: the summary on a terminal, with these variables
 on_terminal() {
     env "$@" script -qec "'$program' --summary --no-quota --home '$work/home'" "$work/typescript" </dev/null >"$out" 2>"$err"
     status=$?
@@ -162,7 +162,7 @@ on_terminal() {
     expect_text "$out" Claude
 }
 
-test_colourIsForTerminalsThatWantIt() {
+test_onlyTerminalsThatSupportColourGetIt() {
     command -v script >/dev/null || fail "script (Debian package bsdutils) is missing"
     local escape=$'\e['
     on_terminal TERM=xterm-256color
@@ -179,7 +179,7 @@ test_colourIsForTerminalsThatWantIt() {
     expect_no_text "$out" "$escape"
 }
 
-test_diagnosticsOfTheToolkitStaySilent() {
+test_warningsOfTheToolkitAreNotPrinted() {
     for locale in C POSIX xx_YY.UTF-8; do
         env LC_ALL=$locale "$program" --summary --no-quota --home "$work/home" >"$out" 2>"$err"
         status=$?
@@ -191,7 +191,7 @@ test_diagnosticsOfTheToolkitStaySilent() {
     expect_json '.schemaVersion == 1'
 }
 
-test_timeZoneMovesTheDays() {
+test_timeZoneDecidesTheDayOfASample() {
     local noon
     noon=$(date -u +%Y-%m-%dT10:30:00Z -d yesterday) # 23:30 in Pago Pago the day before, 00:30 in Kiritimati
     claude_line "$noon" 99 | claude_history a
@@ -202,7 +202,7 @@ test_timeZoneMovesTheDays() {
         expect_json "[.states[0].summary.last365Days[] | select(.tokens != 0)] == [{date: \"$day\", tokens: 99}]"
         expect_json ".timeZone == \"${zone#:}\""
     done
-    [ "$(TZ=Pacific/Kiritimati date -d "$noon" +%F)" != "$(TZ=Pacific/Pago_Pago date -d "$noon" +%F)" ] || fail "one day"
+    [ "$(TZ=Pacific/Kiritimati date -d "$noon" +%F)" != "$(TZ=Pacific/Pago_Pago date -d "$noon" +%F)" ] || fail "the zones of this test are on the same day"
 }
 
 test_unusableTimeZoneMeansUtc() {
@@ -231,7 +231,7 @@ test_jsonHasTheDocumentedShape() {
     expect_json "(.states[0].summary.last365Days[-1].date == \"$(date -u +%F)\") or (now % 86400 < 60)"
 }
 
-test_noDisplayAndNoBusAreNeeded() {
+test_summaryNeedsNeitherDisplayNorBus() {
     env -i "$program" --summary --no-quota --home "$work/home" >"$out" 2>"$err"
     status=$?
     expect_status 0
@@ -246,7 +246,7 @@ test_sumBeyond64BitsIsStatus1() {
     expect_one_line "$err"
 }
 
-test_tokenCountsAreExactBeyondWhatDoublesHold() {
+test_tokenCountsBeyondDoublePrecisionAreExact() {
     claude_line "$(utc now)" 9007199254740993 | claude_history a
     run --summary --json --no-quota --home "$work/home"
     expect_text "$out" '"totalTokens":9007199254740993,'
@@ -294,7 +294,7 @@ test_quotaOfTheUsersCodexIsShown() {
     expect_json '.combinedPercent == null and .states[1].quota == null'
 }
 
-test_quotaComesWithoutAGrantToo() {
+test_quotaIsShownWithoutAGrant() {
     answering_codex
     run --summary --json
     expect_status 3
@@ -310,7 +310,7 @@ while :; do sleep 0.1; done
 SCRIPT
 }
 
-# expect_no_child: within 5 seconds nothing is left of the silent codex
+# expect_no_child: the silent codex ends within 5 seconds
 expect_no_child() {
     local child
     child=$(cat "$work/child") || fail "the codex was never started"
@@ -319,10 +319,10 @@ expect_no_child() {
         sleep 0.1
     done
     kill -KILL -- "-$child"
-    fail "the codex is still there"
+    fail "the codex is still running"
 }
 
-test_silentCodexIsGivenUpAfterTenSeconds() {
+test_silentCodexIsEndedAfterTenSeconds() {
     silent_codex
     codex_line "$(utc now)" 7 | codex_history a
     local begin=$SECONDS
@@ -338,7 +338,7 @@ test_signalEndsTheProgramAndItsCodex() {
     silent_codex
     for signal in TERM INT HUP; do
         rm -f "$work/child"
-        # A shell without job control has its background jobs ignore SIGINT.
+        # A shell without job control makes its background jobs ignore SIGINT.
         perl -e '$SIG{INT} = "DEFAULT"; exec @ARGV' "$program" --summary --home "$work/home" >"$out" 2>"$err" &
         local started=$!
         for _ in $(seq 100); do
@@ -356,7 +356,7 @@ test_signalEndsTheProgramAndItsCodex() {
 
 test_summaryOpensNoNetworkAndWritesNothing() {
     command -v strace >/dev/null || skip "strace is missing"
-    strace -o /dev/null true 2>"$err" || skip "this machine does not let strace look at processes"
+    strace -o /dev/null true 2>"$err" || skip "strace is not allowed to trace processes on this machine"
     { claude_line "$(utc now)" 5 && claude_line "$(utc yesterday)" 6; } | claude_history a
     codex_line "$(utc now)" 7 | codex_history a
     find "$work/home" -printf '%p %s %T@ %m\n' | sort >"$work/before"
@@ -365,7 +365,7 @@ test_summaryOpensNoNetworkAndWritesNothing() {
     status=$?
     expect_status 0
     grep -q "jsonl" "$work/trace" || fail "the trace does not show the history files"
-    ! grep -E 'socket\(' "$work/trace" | grep -v AF_UNIX || fail "a socket that is not local"
+    ! grep -E 'socket\(' "$work/trace" | grep -v AF_UNIX || fail "a non-local socket"
     ! grep -F "$work/home" "$work/trace" | grep -E 'O_WRONLY|O_RDWR|O_CREAT|O_TRUNC|O_APPEND' || fail "opened for writing"
     ! grep -F "$work/home" "$work/trace" | grep -E ' (unlink|rename|mkdir|rmdir|link|symlink|chmod|chown|utime|truncate|mknod|setxattr)[a-z0-9]*\(' \
         || fail "something below the home folder was changed"
