@@ -1,10 +1,10 @@
-# One interface target carries every flag, so that no target can forget one.
+# The compiler flags of every target, in one interface target, so that none can miss one.
 
 option(TALLYFOX_TESTS "Build the tests" ON)
 option(TALLYFOX_BENCHMARKS "Build the benchmarks" OFF)
 option(TALLYFOX_FUZZ "Build the fuzz targets (needs clang)" OFF)
 option(TALLYFOX_WERROR "Treat warnings as errors" OFF)
-set(TALLYFOX_SANITIZE "" CACHE STRING "Sanitizers, as -fsanitize= takes them (for example address,undefined)")
+set(TALLYFOX_SANITIZE "" CACHE STRING "Sanitizers, as for -fsanitize= (for example address,undefined)")
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -17,20 +17,20 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 include(CheckPIESupported)
 check_pie_supported()
 
-# The history reader is many small functions in several files: across them the optimizer gains a tenth.
+# The history reader is many small functions in several files: optimising across them saves a tenth of its time.
 include(CheckIPOSupported)
 check_ipo_supported(RESULT TALLYFOX_IPO_SUPPORTED OUTPUT TALLYFOX_IPO_OUTPUT LANGUAGES CXX)
 set(CMAKE_INTERPROCEDURAL_OPTIMIZATION_RELEASE ${TALLYFOX_IPO_SUPPORTED})
 include(CheckCXXCompilerFlag)
 check_cxx_compiler_flag(-mno-direct-extern-access TALLYFOX_HAS_INDIRECT_ACCESS)
 if(TALLYFOX_IPO_SUPPORTED AND TALLYFOX_HAS_INDIRECT_ACCESS)
-    # For a program it forgets -fPIC, which Qt insists on, and copies variables of libraries that use their own: the
-    # toolkit and the program would then disagree about which application runs.
+    # In a program, link-time optimisation drops -fPIC, which Qt requires, and copies variables of libraries, which keep
+    # using their own: the toolkit and the program would then disagree on the application object.
     add_compile_options($<$<CONFIG:Release>:-mno-direct-extern-access>)
     add_link_options($<$<CONFIG:Release>:-mno-direct-extern-access>)
 endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    # It is also the only one to see two types of one name in different files.
+    # Only link-time optimisation notices two types with one name in different files.
     add_link_options(-Werror=odr -Werror=lto-type-mismatch)
 endif()
 
@@ -44,11 +44,11 @@ add_library(tallyfoxOptions INTERFACE)
 target_compile_options(tallyfoxOptions INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion $<$<NOT:$<BOOL:$<TARGET_PROPERTY:TALLYFOX_SHADOWS>>>:-Wshadow> -Wold-style-cast
     -Wnon-virtual-dtor -Woverloaded-virtual -Wimplicit-fallthrough
-    # A new provider does not compile before each table of providers has its row, with all of its cells.
+    # A new provider does not compile until every table of providers has a complete row for it.
     -Werror=switch -Werror=missing-field-initializers
     $<$<BOOL:${TALLYFOX_WERROR}>:-Werror>)
 
-# Hardening of what is shipped. Sanitizers bring their own checks and do not mix with _FORTIFY_SOURCE.
+# Hardening. Sanitizers bring their own checks and do not mix with _FORTIFY_SOURCE.
 if(TALLYFOX_SANITIZE)
     target_compile_options(tallyfoxOptions INTERFACE
         -fsanitize=${TALLYFOX_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -g1)

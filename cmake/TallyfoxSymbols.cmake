@@ -1,4 +1,4 @@
-# The symbols of the views: Bootstrap Icons, compiled in. Each is known to the program by the name of its file.
+# The symbols of the views: Bootstrap Icons, compiled in. The program finds each by the name of its file.
 set(TALLYFOX_SYMBOLS_DIR "/usr/share/bootstrap-icons/svg" CACHE PATH "Where the SVG files of Bootstrap Icons are")
 set(TALLYFOX_SYMBOLS
     arrow-clockwise bar-chart-fill bell chevron-right code-slash cup-hot cup-hot-fill diamond folder-plus gear

@@ -1,7 +1,7 @@
 find_package(GTest REQUIRED)
 
 # tallyfox_add_test(NAME sources… LABEL … [LIBRARIES …] [HEADERS …] [PROPERTIES …]): one GoogleTest program. ctest runs
-# each of its suites in a process of its own. HEADERS are compiled once for all sources, with those that every test needs.
+# each of its suites in a process of its own. HEADERS are precompiled, with those that every test needs.
 function(tallyfox_add_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "LABEL" "LIBRARIES;HEADERS;PROPERTIES")
     add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
@@ -16,7 +16,7 @@ function(tallyfox_add_test name)
         target_compile_options(${name} PRIVATE -Wno-subobject-linkage)
     endif()
 
-    # The program itself lists its suites, after each build; ctest adds a test for each of them when it starts.
+    # After each build the program lists its suites; when ctest starts, it adds a test for each of them.
     set(suites "${CMAKE_CURRENT_BINARY_DIR}/${name}Suites.cmake")
     set(tests "${CMAKE_CURRENT_BINARY_DIR}/${name}Tests.cmake")
     add_custom_command(TARGET ${name} POST_BUILD VERBATIM
