@@ -12,11 +12,11 @@ struct ChildRun {
     double peakMebibytes = 0; ///< largest resident set
 };
 
-/// Runs a program, found along PATH, to its end; its standard output is thrown away. Ends this program when it cannot
-/// be run or fails: a figure of a failure would mean nothing.
+/// Runs a program, found in PATH, to its end, and discards its standard output. Ends this program if it cannot be run
+/// or fails: the figures of a failure would mean nothing.
 ChildRun runChild(const std::vector<std::string>& command);
 
-/// What a program prints on standard output. Ends this program as `runChild` does.
+/// Runs a program like `runChild` and returns its standard output.
 std::string outputOf(const std::vector<std::string>& command);
 
 } // namespace tallyfox::bench

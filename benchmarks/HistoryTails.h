@@ -7,8 +7,8 @@
 
 namespace tallyfox::bench {
 
-/// Reads the tails of history files with nothing but system calls, into one buffer for all of them: the least that
-/// any reader of these bytes must do.
+/// Reads the tails of history files with nothing but system calls, all into one buffer: the minimum for any reader of
+/// these bytes.
 class HistoryTails {
 public:
     /// All history files below `root`. `padding` bytes stay readable after each tail.
@@ -19,7 +19,7 @@ public:
         return m_files;
     }
 
-    /// The last bytes of a file, valid until the next call. Ends the program when the file cannot be read.
+    /// The last bytes of a file, valid until the next call. Ends the program if the file cannot be read.
     std::string_view read(const std::filesystem::path& file);
 
 private:

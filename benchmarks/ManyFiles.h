@@ -9,8 +9,8 @@ namespace tallyfox::bench {
 /// (each several times when it has fewer), so that it takes no space and no time.
 void linkHistories(const std::filesystem::path& bound, const std::filesystem::path& home, std::size_t count);
 
-/// Makes `home` a home folder with `count` small Codex session files in a folder for each day. What an earlier call
-/// has made is kept.
+/// Makes `home` a home folder with `count` small Codex session files in a folder for each day. Keeps the files of an
+/// earlier call.
 void writeSmallSessions(const std::filesystem::path& home, std::size_t count);
 
 } // namespace tallyfox::bench

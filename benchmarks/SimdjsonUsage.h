@@ -8,17 +8,17 @@
 
 namespace tallyfox::bench {
 
-/// What a reader written in an afternoon does: every line becomes a document, and the usage of the records that
-/// carry one is added up.
+/// The reader that one would write in an afternoon: it makes a document of every line and adds up the usage of the
+/// records that have one.
 class SimdjsonUsage {
 public:
     explicit SimdjsonUsage(Provider provider);
 
     /// Adds the usage of the lines of one tail, to be followed by SIMDJSON_PADDING readable bytes. The first line
-    /// is left out when `isCut`.
+    /// is left out if `isCut`.
     void add(std::string_view tail, bool isCut);
 
-    /// Tokens of all records so far. A message that is spread over lines counts with each of them.
+    /// Tokens of all records so far. A message that is spread over several lines counts once for each.
     [[nodiscard]] std::int64_t tokens() const
     {
         return m_tokens;

@@ -1,4 +1,4 @@
-/// The smallest program with an icon in the status area: what any Qt Widgets program of that kind costs.
+/// The smallest program with an icon in the status area: the cost of any Qt Widgets program of that kind.
 
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QSystemTrayIcon>

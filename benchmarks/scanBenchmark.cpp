@@ -128,8 +128,8 @@ void printRatios(const History& history, const CpuTimes& times)
     bench::printFigure(name + ": simdjson / scan and parse", simdjson / scanned, "x", ">= 2.00");
 }
 
-/// Both readers see the same records, or the comparison is worth nothing. Only Codex records can be compared: of a
-/// Claude message, which is spread over lines, the scanner counts one line and the loop counts all.
+/// Checks that both readers see the same records. Only Codex records can be compared: of a Claude message, which is
+/// spread over several lines, the scanner counts one and the loop counts all.
 bool readersAgree(const History& codex)
 {
     auto tails = tailsOf(codex);
@@ -155,7 +155,7 @@ int main(int argc, char** argv)
     registerAll(claude);
     registerAll(codex);
 
-    // Interleaved: a slow moment of the machine meets all of them alike.
+    // Interleaved, so that a slow moment of the machine hits all of them alike.
     std::string program = "scanBenchmark";
     std::string interleave = "--benchmark_enable_random_interleaving=true";
     char* arguments[] = {program.data(), interleave.data(), nullptr};

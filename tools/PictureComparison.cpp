@@ -1,8 +1,8 @@
-// Compares pictures with the ones that are kept, with a small tolerance for how fonts are smoothed.
+// Compares drawn pictures with the kept ones, with a small tolerance for the smoothing of fonts.
 //
 //   pictureComparison KEPT_DIR DRAWN_DIR
 //
-// Every PNG of the first folder must be in the second one, of the same size, and alike.
+// Every PNG of the first folder must be in the second one, with the same size and content.
 
 #include <QDir>
 #include <QImage>

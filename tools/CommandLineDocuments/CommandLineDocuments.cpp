@@ -8,7 +8,7 @@ namespace tallyfox::CommandLineDocuments {
 
 namespace {
 
-/// A hyphen that is typed, not a dash or a place to break a line.
+/// The text with literal hyphens, which mdoc neither turns into dashes nor breaks lines at.
 std::string typed(std::string_view text)
 {
     std::string result;

@@ -2,7 +2,7 @@
 
 #include <string>
 
-/// What is installed about the command line. The program's own table of options feeds all of it.
+/// The manual and the shell completions, generated from the program's table of options.
 namespace tallyfox::CommandLineDocuments {
 
 std::string manual(); ///< tallyfox(1) in mdoc(7)

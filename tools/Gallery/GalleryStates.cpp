@@ -130,7 +130,7 @@ GalleryState permissionRequired()
     return result;
 }
 
-/// A month's tokens of twelve digits, and a detail that nobody has written yet.
+/// A month's tokens of twelve digits, and a detail longer than any real one.
 GalleryState longest()
 {
     ProviderState claude = merged(update(Provider::claude, 29'876'543'210));

@@ -8,13 +8,13 @@
 
 namespace tallyfox::gallery {
 
-/// One situation that the views are looked at in.
+/// One situation in which the views are drawn.
 struct GalleryState {
     QString name; ///< part of the picture's file name
     UsageSnapshot usage;
 };
 
-/// The situations that differ in what is drawn, the same ones at every run: no data, local history, a partial scan, a
+/// The situations that look different, the same at every run: no data, local history, a partial scan, a
 /// quota with a weekly window, a stale quota, no permission, and figures and texts as long as they get.
 std::vector<GalleryState> galleryStates();
 

@@ -1,4 +1,4 @@
-// Draws every view in every situation into PNG files, without a display: to be looked at, and compared with.
+// Draws every view in every situation into PNG files, without a display: to be looked at, and to be compared.
 //
 //   gallery DIR [--home HOME] [--locale LOCALE]
 //
@@ -72,7 +72,7 @@ bool drawPopover(const GalleryState& state, const QDir& folder)
         view.setAttribute(Qt::WA_DontShowOnScreen);
         view.setUsage(state.usage);
         view.show();
-        QCoreApplication::sendPostedEvents(); // the layout is made when the event loop comes round
+        QCoreApplication::sendPostedEvents(); // a layout is otherwise done in the event loop
         const QString tabName = QString::fromLatin1(rawValue(tab)).toLower();
         return save(view, folder, QStringLiteral("popover-%1-%2").arg(tabName, state.name));
     });
