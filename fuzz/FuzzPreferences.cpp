@@ -18,7 +18,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     test::writeFile(file, content);
     UserDefaults defaults{file};
     const auto bookmark = defaults.homeFolderBookmark();
-    const std::int64_t minutes = defaults.refreshMinutes();
+    const std::int64_t minutes = defaults.preferences().refreshMinutes;
     require(minutes != 0, "the interval is never none");
     require(test::readFile(file) == content, "reading changes nothing");
 
@@ -27,7 +27,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     require(defaults.setHomeFolderBookmark(token), "a grant can be stored whatever the file held");
     const UserDefaults again{file};
     require(again.homeFolderBookmark() == token, "a stored grant is read as it was");
-    require(again.refreshMinutes() == minutes, "storing a grant leaves the other preferences as they were");
+    require(again.preferences().refreshMinutes == minutes, "storing a grant leaves the other preferences as they were");
     std::filesystem::remove_all(file.parent_path());
     return 0;
 }

@@ -14,7 +14,7 @@ using namespace tallyfox;
 bool change(std::string_view action)
 {
     if (action == "preference")
-        return UserDefaults{UserDefaults::standardPath()}.setRefreshMinutes(9);
+        return UserDefaults{UserDefaults::standardPath()}.set(&Preferences::refreshMinutes, 9);
     const auto loginItem = makeLoginItem("/bin/true", "org.tallyfox.tallyfox");
     return action == "register" ? loginItem->registerItem() : loginItem->unregisterItem();
 }

@@ -149,10 +149,10 @@ TEST_F(SettingsControllerTest, launchAtLoginRegistersAndUnregisters)
     toggle(u"Launch at Login").click();
     EXPECT_EQ(std::pair(loginItem.registrations, loginItem.unregistrations), std::pair(1, 0));
     EXPECT_TRUE(toggle(u"Launch at Login").isChecked());
-    EXPECT_TRUE(stored().launchAtLogin());
+    EXPECT_TRUE(stored().preferences().launchAtLogin);
     toggle(u"Launch at Login").click();
     EXPECT_EQ(std::pair(loginItem.registrations, loginItem.unregistrations), std::pair(1, 1));
-    EXPECT_FALSE(stored().launchAtLogin());
+    EXPECT_FALSE(stored().preferences().launchAtLogin);
 }
 
 TEST_F(SettingsControllerTest, refusedRegistrationFlipsTheToggleBackWithoutAnotherAttempt)
@@ -161,7 +161,7 @@ TEST_F(SettingsControllerTest, refusedRegistrationFlipsTheToggleBackWithoutAnoth
     loginItem.refuses = true;
     toggle(u"Launch at Login").click();
     EXPECT_FALSE(toggle(u"Launch at Login").isChecked());
-    EXPECT_FALSE(stored().launchAtLogin());
+    EXPECT_FALSE(stored().preferences().launchAtLogin);
     EXPECT_EQ(std::pair(loginItem.registrations, loginItem.unregistrations), std::pair(1, 0));
 }
 
@@ -172,7 +172,7 @@ TEST_F(SettingsControllerTest, refusedUnregistrationOfAnEnabledItemFlipsTheToggl
     loginItem.refuses = true;
     toggle(u"Launch at Login").click();
     EXPECT_TRUE(toggle(u"Launch at Login").isChecked());
-    EXPECT_TRUE(stored().launchAtLogin());
+    EXPECT_TRUE(stored().preferences().launchAtLogin);
 }
 
 TEST_F(SettingsControllerTest, generalTabShowsTheDesktopsStateEachTimeItAppears)
@@ -186,14 +186,14 @@ TEST_F(SettingsControllerTest, generalTabShowsTheDesktopsStateEachTimeItAppears)
         loginItem.current = status; // in the desktop's settings, meanwhile
         showTab(0);
         EXPECT_FALSE(toggle(u"Launch at Login").isChecked());
-        EXPECT_FALSE(stored().launchAtLogin());
+        EXPECT_FALSE(stored().preferences().launchAtLogin);
     }
     EXPECT_EQ(loginItem.registrations + loginItem.unregistrations, 0);
 }
 
 TEST_F(SettingsControllerTest, dockIconSetsThePolicyOnlyWhenItChanges)
 {
-    ASSERT_TRUE(stored().setShowDockIcon(true));
+    ASSERT_TRUE(stored().set(&Preferences::showDockIcon, true));
     open();
     EXPECT_TRUE(toggle(u"Show Dock Icon").isChecked());
     EXPECT_TRUE(policy.policies.empty());
@@ -209,10 +209,10 @@ TEST_F(SettingsControllerTest, refusedNotificationsGoBackByThemselves)
     ASSERT_EQ(notifications.requests.size(), 1U);
     EXPECT_TRUE(notifications.lastOptions.alert);
     EXPECT_TRUE(notifications.lastOptions.sound);
-    EXPECT_TRUE(stored().notificationsEnabled());
+    EXPECT_TRUE(stored().preferences().notificationsEnabled);
     notifications.requests[0](false);
     EXPECT_FALSE(toggle(u"Notifications").isChecked());
-    EXPECT_FALSE(stored().notificationsEnabled());
+    EXPECT_FALSE(stored().preferences().notificationsEnabled);
     EXPECT_EQ(notifications.requests.size(), 1U);
 }
 
@@ -224,7 +224,7 @@ TEST_F(SettingsControllerTest, grantedNotificationsStayAndAreAskedForAgainTheNex
     EXPECT_TRUE(toggle(u"Notifications").isChecked());
     toggle(u"Notifications").click();
     EXPECT_EQ(notifications.requests.size(), 1U);
-    EXPECT_FALSE(stored().notificationsEnabled());
+    EXPECT_FALSE(stored().preferences().notificationsEnabled);
     toggle(u"Notifications").click();
     EXPECT_EQ(notifications.requests.size(), 2U);
 }
@@ -235,7 +235,7 @@ TEST_F(SettingsControllerTest, refusalThatComesAfterTheEndOfTheControllerIsNoHar
     toggle(u"Notifications").click();
     endController();
     notifications.requests.at(0)(false);
-    EXPECT_TRUE(stored().notificationsEnabled());
+    EXPECT_TRUE(stored().preferences().notificationsEnabled);
 }
 
 TEST_F(SettingsControllerTest, whatCannotBeStoredHoldsInTheRunningProgram)

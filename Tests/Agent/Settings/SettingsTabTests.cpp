@@ -82,15 +82,16 @@ TEST(GeneralSettingsView, eachToggleSaysItsOwnChangeAndShownValuesSayNothing)
 {
     GeneralSettingsView view;
     QStringList said;
-    const auto note = [&said](const char16_t* name) {
-        return [&said, name](bool isOn) {
-            said << QString::fromUtf16(name) + (isOn ? QStringLiteral(" on") : QStringLiteral(" off"));
-        };
-    };
-    QObject::connect(&view, &GeneralSettingsView::launchAtLoginToggled, &view, note(u"login"));
-    QObject::connect(&view, &GeneralSettingsView::showDockIconToggled, &view, note(u"dock"));
-    QObject::connect(&view, &GeneralSettingsView::showAccountEmailsToggled, &view, note(u"emails"));
-    QObject::connect(&view, &GeneralSettingsView::rankingPrivateToggled, &view, note(u"private"));
+    const std::pair<PreferenceFlag, const char16_t*> names[]{{&Preferences::launchAtLogin, u"login"},
+                                                             {&Preferences::showDockIcon, u"dock"},
+                                                             {&Preferences::showAccountEmails, u"emails"},
+                                                             {&Preferences::rankingPrivate, u"private"}};
+    QObject::connect(&view, &GeneralSettingsView::toggled, &view, [&](PreferenceFlag preference, bool isOn) {
+        const auto* const name = std::find_if(std::begin(names), std::end(names),
+                                              [&](const auto& each) { return each.first == preference; });
+        ASSERT_NE(name, std::end(names));
+        said << QString::fromUtf16(name->second) + (isOn ? QStringLiteral(" on") : QStringLiteral(" off"));
+    });
     view.setPreferences({.launchAtLogin = true, .showDockIcon = true, .showAccountEmails = true});
     EXPECT_EQ(said, QStringList{});
     for (const auto* const name : {u"Launch at Login", u"Show Dock Icon", u"Show Account Emails", u"Ranking Privacy"})

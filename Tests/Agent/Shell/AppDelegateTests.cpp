@@ -91,7 +91,7 @@ TEST_F(AppDelegateTest, refreshesAtTheStoredIntervalOrEachFiveMinutes)
     UserDefaults defaults = desktop.environment(environment).userDefaults;
     EXPECT_EQ(launched()->refreshInterval(), std::chrono::minutes{5});
     fetches = 0;
-    ASSERT_TRUE(defaults.setRefreshMinutes(15));
+    ASSERT_TRUE(defaults.set(&Preferences::refreshMinutes, 15));
     EXPECT_EQ(launched()->refreshInterval(), std::chrono::minutes{15});
 }
 

@@ -56,8 +56,8 @@ protected:
     int setForEver() const
     {
         UserDefaults defaults{file()};
-        for (std::int64_t round = defaults.refreshMinutes();; ++round) {
-            const bool isStored = defaults.setRefreshMinutes(round)
+        for (std::int64_t round = defaults.preferences().refreshMinutes;; ++round) {
+            const bool isStored = defaults.set(&Preferences::refreshMinutes, round)
                 && defaults.setHomeFolderBookmark(std::to_string(round) + std::string(3000, 'x'));
             if (!isStored)
                 return 1;
@@ -86,7 +86,7 @@ protected:
     void expectWhole() const
     {
         const UserDefaults defaults{file()};
-        const std::int64_t minutes = defaults.refreshMinutes();
+        const std::int64_t minutes = defaults.preferences().refreshMinutes;
         const auto expected = [](std::int64_t round) { return std::to_string(round) + std::string(3000, 'x'); };
         const auto bookmark = defaults.homeFolderBookmark();
         ASSERT_TRUE(bookmark.has_value());
@@ -108,13 +108,14 @@ TEST_F(UserDefaultsProcessTest, processEndedAtAnyMomentLeavesEveryValueWhole)
     ASSERT_TRUE(UserDefaults{file()}.setHomeFolderBookmark("10" + std::string(3000, 'x')));
     std::mt19937 random{20251121}; // NOLINT(cert-msc51-cpp): the same moments at each run, as far as a machine allows
     std::uniform_real_distribution<double> sets{0, 5};
-    const auto timeOfASet = durationOf([this] { ASSERT_TRUE(UserDefaults{file()}.setRefreshMinutes(10)); });
+    const auto timeOfASet =
+        durationOf([this] { ASSERT_TRUE(UserDefaults{file()}.set(&Preferences::refreshMinutes, 10)); });
     for (int round = 0; round < 200 && !HasFailure(); ++round) {
         endAfter(sets(random) * timeOfASet);
         expectWhole();
     }
-    EXPECT_GT(UserDefaults{file()}.refreshMinutes(), 10) << "no process came to set anything";
-    ASSERT_TRUE(UserDefaults{file()}.setLaunchAtLogin(true));
+    EXPECT_GT(UserDefaults{file()}.preferences().refreshMinutes, 10) << "no process came to set anything";
+    ASSERT_TRUE(UserDefaults{file()}.set(&Preferences::launchAtLogin, true));
     EXPECT_FALSE(std::filesystem::exists(file().native() + ".new")) << "the draft of a dead process is in the way";
 }
 
@@ -124,8 +125,8 @@ TEST_F(UserDefaultsProcessTest, processesThatSetDifferentKeysLoseNothingOfEachOt
     const pid_t first = startProcess([this] {
         UserDefaults defaults{file()};
         for (int round = 1; round <= rounds; ++round) {
-            setAtLast([&] { return defaults.setRefreshMinutes(round); });
-            if (defaults.refreshMinutes() != round)
+            setAtLast([&] { return defaults.set(&Preferences::refreshMinutes, round); });
+            if (defaults.preferences().refreshMinutes != round)
                 return 1;
         }
         return 0;
@@ -141,7 +142,7 @@ TEST_F(UserDefaultsProcessTest, processesThatSetDifferentKeysLoseNothingOfEachOt
     });
     EXPECT_EQ(statusOf(first), 0);
     EXPECT_EQ(statusOf(second), 0);
-    EXPECT_EQ(UserDefaults{file()}.refreshMinutes(), rounds);
+    EXPECT_EQ(UserDefaults{file()}.preferences().refreshMinutes, rounds);
     EXPECT_EQ(UserDefaults{file()}.homeFolderBookmark(), std::to_string(rounds));
 }
 
@@ -163,11 +164,12 @@ TEST_F(UserDefaultsProcessTest, stoppedProcessInTheMiddleOfASetHoldsUpNobodyForL
     }
     ASSERT_TRUE(isInTheMiddle);
     const std::string before = readFile(file());
-    const bool isStored = UserDefaults{file()}.setLaunchAtLogin(true); // false where the child has the lock already
-    EXPECT_TRUE(isStored ? UserDefaults{file()}.launchAtLogin() : readFile(file()) == before);
+    const bool isStored =
+        UserDefaults{file()}.set(&Preferences::launchAtLogin, true); // false where the child has the lock already
+    EXPECT_TRUE(isStored ? UserDefaults{file()}.preferences().launchAtLogin : readFile(file()) == before);
     ::kill(child, SIGKILL);
     EXPECT_EQ(statusOf(child), -1);
-    EXPECT_TRUE(UserDefaults{file()}.setLaunchAtLogin(true));
+    EXPECT_TRUE(UserDefaults{file()}.set(&Preferences::launchAtLogin, true));
 }
 
 } // namespace tallyfox::test

@@ -75,7 +75,7 @@ TEST_F(UserDefaultsTest, nothingStoredIsNoBookmarkAndFiveMinutesAndNothingIsWrit
 {
     const UserDefaults defaults{file()};
     EXPECT_EQ(defaults.homeFolderBookmark(), std::nullopt);
-    EXPECT_EQ(defaults.refreshMinutes(), 5);
+    EXPECT_EQ(defaults.preferences().refreshMinutes, 5);
     EXPECT_FALSE(std::filesystem::exists(file().parent_path().parent_path()));
 }
 
@@ -108,7 +108,7 @@ TEST_F(UserDefaultsTest, settingOneKeyKeepsTheOthers)
 {
     writeFile(file(), "[General]\nrefreshMinutes=15\nlaterKey=kept\n");
     ASSERT_TRUE(UserDefaults{file()}.setHomeFolderBookmark("token"));
-    EXPECT_EQ(UserDefaults{file()}.refreshMinutes(), 15);
+    EXPECT_EQ(UserDefaults{file()}.preferences().refreshMinutes, 15);
     EXPECT_NE(readFile(file()).find("laterKey=kept"), std::string::npos);
 }
 
@@ -125,7 +125,7 @@ TEST_F(UserDefaultsTest, minutesThatAreZeroOrNoNumberAreFive)
                                                        {"99999999999999999999", 5}};
     for (const auto& [text, minutes] : cases) {
         writeFile(file(), std::string{"[General]\nrefreshMinutes="} + text + '\n');
-        EXPECT_EQ(UserDefaults{file()}.refreshMinutes(), minutes) << text;
+        EXPECT_EQ(UserDefaults{file()}.preferences().refreshMinutes, minutes) << text;
     }
 }
 
@@ -133,7 +133,7 @@ TEST_F(UserDefaultsTest, damagedFileReadsAsNothingStored)
 {
     writeFile(file(), everyByte() + "\n[[[\n\xff\xfe=\n");
     EXPECT_EQ(UserDefaults{file()}.homeFolderBookmark(), std::nullopt);
-    EXPECT_EQ(UserDefaults{file()}.refreshMinutes(), 5);
+    EXPECT_EQ(UserDefaults{file()}.preferences().refreshMinutes, 5);
 }
 
 TEST_F(UserDefaultsTest, fileThatCannotBeMadeIsAFailure)
@@ -184,7 +184,7 @@ TEST_F(UserDefaultsTest, linkToTheFileStaysALink)
     ASSERT_TRUE(UserDefaults{file()}.setHomeFolderBookmark("token"));
     EXPECT_TRUE(std::filesystem::is_symlink(file()));
     EXPECT_EQ(UserDefaults{target}.homeFolderBookmark(), "token");
-    EXPECT_EQ(UserDefaults{target}.refreshMinutes(), 15);
+    EXPECT_EQ(UserDefaults{target}.preferences().refreshMinutes, 15);
 }
 
 TEST_F(UserDefaultsTest, threadsMayReadWhileAnotherWrites)
@@ -208,14 +208,14 @@ TEST_F(UserDefaultsTest, everyValueIsItsStandardWhileItsKeyIsAbsentAndNothingIsW
 {
     const UserDefaults defaults{file()};
     EXPECT_EQ(defaults.preferences(), Preferences{});
-    EXPECT_FALSE(defaults.launchAtLogin());
-    EXPECT_FALSE(defaults.showDockIcon());
-    EXPECT_FALSE(defaults.showAccountEmails());
-    EXPECT_TRUE(defaults.rankingPrivate());
-    EXPECT_FALSE(defaults.notificationsEnabled());
-    EXPECT_EQ(defaults.claudeThreshold(), 20.0);
-    EXPECT_EQ(defaults.codexThreshold(), 20.0);
-    EXPECT_FALSE(defaults.newsNotifications());
+    EXPECT_FALSE(defaults.preferences().launchAtLogin);
+    EXPECT_FALSE(defaults.preferences().showDockIcon);
+    EXPECT_FALSE(defaults.preferences().showAccountEmails);
+    EXPECT_TRUE(defaults.preferences().rankingPrivate);
+    EXPECT_FALSE(defaults.preferences().notificationsEnabled);
+    EXPECT_EQ(defaults.preferences().claudeThreshold, 20.0);
+    EXPECT_EQ(defaults.preferences().codexThreshold, 20.0);
+    EXPECT_FALSE(defaults.preferences().newsNotifications);
     EXPECT_FALSE(std::filesystem::exists(file().parent_path().parent_path()));
 }
 
@@ -227,19 +227,31 @@ struct Setting {
 };
 
 const Setting settings[]{
-    {[](UserDefaults& it) { return it.setRefreshMinutes(15); }, "refreshMinutes=15\n", {.refreshMinutes = 15}},
-    {[](UserDefaults& it) { return it.setLaunchAtLogin(true); }, "launchAtLogin=true\n", {.launchAtLogin = true}},
-    {[](UserDefaults& it) { return it.setShowDockIcon(true); }, "showDockIcon=true\n", {.showDockIcon = true}},
-    {[](UserDefaults& it) { return it.setShowAccountEmails(true); },
+    {[](UserDefaults& it) { return it.set(&Preferences::refreshMinutes, 15); },
+     "refreshMinutes=15\n",
+     {.refreshMinutes = 15}},
+    {[](UserDefaults& it) { return it.set(&Preferences::launchAtLogin, true); },
+     "launchAtLogin=true\n",
+     {.launchAtLogin = true}},
+    {[](UserDefaults& it) { return it.set(&Preferences::showDockIcon, true); },
+     "showDockIcon=true\n",
+     {.showDockIcon = true}},
+    {[](UserDefaults& it) { return it.set(&Preferences::showAccountEmails, true); },
      "showAccountEmails=true\n",
      {.showAccountEmails = true}},
-    {[](UserDefaults& it) { return it.setRankingPrivate(false); }, "rankingPrivate=false\n", {.rankingPrivate = false}},
-    {[](UserDefaults& it) { return it.setNotificationsEnabled(true); },
+    {[](UserDefaults& it) { return it.set(&Preferences::rankingPrivate, false); },
+     "rankingPrivate=false\n",
+     {.rankingPrivate = false}},
+    {[](UserDefaults& it) { return it.set(&Preferences::notificationsEnabled, true); },
      "notificationsEnabled=true\n",
      {.notificationsEnabled = true}},
-    {[](UserDefaults& it) { return it.setClaudeThreshold(5); }, "claudeThreshold=5\n", {.claudeThreshold = 5}},
-    {[](UserDefaults& it) { return it.setCodexThreshold(95); }, "codexThreshold=95\n", {.codexThreshold = 95}},
-    {[](UserDefaults& it) { return it.setNewsNotifications(true); },
+    {[](UserDefaults& it) { return it.set(&Preferences::claudeThreshold, 5); },
+     "claudeThreshold=5\n",
+     {.claudeThreshold = 5}},
+    {[](UserDefaults& it) { return it.set(&Preferences::codexThreshold, 95); },
+     "codexThreshold=95\n",
+     {.codexThreshold = 95}},
+    {[](UserDefaults& it) { return it.set(&Preferences::newsNotifications, true); },
      "newsNotifications=true\n",
      {.newsNotifications = true}},
 };
@@ -280,7 +292,7 @@ TEST_F(UserDefaultsTest, thresholdBetweenStepsIsKeptAndOneOutOfRangeIsTheStandar
                                                  {"nan", 20},    {"inf", 20}, {"-20", 20}, {"many", 20}, {"20%", 20}};
     for (const auto& [text, percent] : cases) {
         writeFile(file(), std::string{"[General]\nclaudeThreshold="} + text + '\n');
-        EXPECT_EQ(UserDefaults{file()}.claudeThreshold(), percent) << text;
+        EXPECT_EQ(UserDefaults{file()}.preferences().claudeThreshold, percent) << text;
     }
 }
 
@@ -295,20 +307,20 @@ TEST_F(UserDefaultsTest, settingAKeyOfADamagedFileKeepsWhatIsReadableAndTheWhole
     const std::string damaged =
         "[General]\nrefreshMinutes=15\n\x01\xff junk\nrankingPrivate=perhaps\nlaterKey=kept\n[[[\n";
     writeFile(file(), damaged);
-    ASSERT_TRUE(UserDefaults{file()}.setLaunchAtLogin(true));
+    ASSERT_TRUE(UserDefaults{file()}.set(&Preferences::launchAtLogin, true));
     EXPECT_EQ(readFile(file()), "[General]\nrefreshMinutes=15\nlaterKey=kept\nlaunchAtLogin=true\n");
     const std::filesystem::path backup = file().native() + ".backup";
     EXPECT_EQ(readFile(backup), damaged);
     EXPECT_EQ(mode(backup), 0600U);
 
-    ASSERT_TRUE(UserDefaults{file()}.setLaunchAtLogin(false)); // a sound file needs no backup
+    ASSERT_TRUE(UserDefaults{file()}.set(&Preferences::launchAtLogin, false)); // a sound file needs no backup
     EXPECT_EQ(readFile(backup), damaged);
 }
 
 TEST_F(UserDefaultsTest, soundFileGetsNoBackup)
 {
     writeFile(file(), "; a comment\n\n[General]\nrefreshMinutes=15\n[window]\nsize=@Size(1 2)\n");
-    ASSERT_TRUE(UserDefaults{file()}.setLaunchAtLogin(true));
+    ASSERT_TRUE(UserDefaults{file()}.set(&Preferences::launchAtLogin, true));
     EXPECT_EQ(readFile(file()),
               "; a comment\n\n[General]\nrefreshMinutes=15\nlaunchAtLogin=true\n[window]\nsize=@Size(1 2)\n");
     EXPECT_FALSE(std::filesystem::exists(file().native() + ".backup"));
@@ -318,13 +330,13 @@ TEST_F(UserDefaultsTest, fileThatIsNoTextFileReadsAsNothingStoredAndIsLeftAlone)
 {
     std::filesystem::create_directories(file()); // a folder
     EXPECT_EQ(UserDefaults{file()}.preferences(), Preferences{});
-    EXPECT_FALSE(UserDefaults{file()}.setLaunchAtLogin(true));
+    EXPECT_FALSE(UserDefaults{file()}.set(&Preferences::launchAtLogin, true));
     EXPECT_TRUE(std::filesystem::is_directory(file()));
 
     std::filesystem::remove(file());
     ASSERT_EQ(mkfifo(file().c_str(), 0600), 0); // nobody ever writes into this pipe
     EXPECT_EQ(UserDefaults{file()}.preferences(), Preferences{});
-    EXPECT_FALSE(UserDefaults{file()}.setLaunchAtLogin(true));
+    EXPECT_FALSE(UserDefaults{file()}.set(&Preferences::launchAtLogin, true));
     EXPECT_TRUE(std::filesystem::is_fifo(file()));
 }
 
@@ -332,8 +344,8 @@ TEST_F(UserDefaultsTest, hugeFileReadsAsNothingStoredAndIsLeftAlone)
 {
     writeFile(file(), "[General]\nrefreshMinutes=15\n" + std::string(1'048'576, ';'));
     const auto size = std::filesystem::file_size(file());
-    EXPECT_EQ(UserDefaults{file()}.refreshMinutes(), 5);
-    EXPECT_FALSE(UserDefaults{file()}.setLaunchAtLogin(true));
+    EXPECT_EQ(UserDefaults{file()}.preferences().refreshMinutes, 5);
+    EXPECT_FALSE(UserDefaults{file()}.set(&Preferences::launchAtLogin, true));
     EXPECT_EQ(std::filesystem::file_size(file()), size);
 }
 
@@ -345,7 +357,8 @@ TEST_F(UserDefaultsTest, readOnlyFolderAndUnreadableFileFailToBeSetAndKeepWhatIs
     std::filesystem::permissions(folder / "tallyfox.ini", std::filesystem::perms{0644});
     const auto readOnly = statusWithoutPrivileges(folder, [] {
         UserDefaults defaults{"tallyfox.ini"};
-        return (defaults.setLaunchAtLogin(true) ? 1 : 0) + (defaults.refreshMinutes() == 15 ? 0 : 2);
+        return (defaults.set(&Preferences::launchAtLogin, true) ? 1 : 0)
+            + (defaults.preferences().refreshMinutes == 15 ? 0 : 2);
     });
     EXPECT_TRUE(readOnly == 0 || !readOnly) << "status " << *readOnly;
 
@@ -353,7 +366,8 @@ TEST_F(UserDefaultsTest, readOnlyFolderAndUnreadableFileFailToBeSetAndKeepWhatIs
     std::filesystem::permissions(folder / "tallyfox.ini", std::filesystem::perms{0});
     const auto unreadable = statusWithoutPrivileges(folder, [] {
         UserDefaults defaults{"tallyfox.ini"};
-        return (defaults.setLaunchAtLogin(true) ? 1 : 0) + (defaults.refreshMinutes() == 5 ? 0 : 2);
+        return (defaults.set(&Preferences::launchAtLogin, true) ? 1 : 0)
+            + (defaults.preferences().refreshMinutes == 5 ? 0 : 2);
     });
     EXPECT_TRUE(unreadable == 0 || !unreadable) << "status " << *unreadable;
     EXPECT_EQ(std::filesystem::file_size(file()), 28U);
@@ -383,7 +397,7 @@ TEST_F(UserDefaultsTest, grantIsStoredInADamagedFileToo)
         UserDefaults defaults{file()};
         EXPECT_TRUE(defaults.setHomeFolderBookmark("token")) << testing::PrintToString(damage);
         EXPECT_EQ(UserDefaults{file()}.homeFolderBookmark(), "token") << testing::PrintToString(damage);
-        EXPECT_EQ(UserDefaults{file()}.refreshMinutes(), 15) << testing::PrintToString(damage);
+        EXPECT_EQ(UserDefaults{file()}.preferences().refreshMinutes, 15) << testing::PrintToString(damage);
     }
 }
 

@@ -1,7 +1,6 @@
 #include "Tallyfox/Agent/Settings/GeneralSettingsView.h"
 
 #include "Tallyfox/Agent/Controls/Picker.h"
-#include "Tallyfox/Agent/Controls/ToggleSwitch.h"
 
 #include <QShowEvent>
 #include <QSignalBlocker>
@@ -11,10 +10,6 @@ namespace tallyfox {
 GeneralSettingsView::GeneralSettingsView(QWidget* parent)
     : SettingsForm(parent)
     , m_refreshInterval(new Picker{this})
-    , m_launchAtLogin(new ToggleSwitch{this})
-    , m_showDockIcon(new ToggleSwitch{this})
-    , m_showAccountEmails(new ToggleSwitch{this})
-    , m_rankingPrivate(new ToggleSwitch{this})
 {
     addUsage();
     addAppAccess();
@@ -37,30 +32,23 @@ void GeneralSettingsView::addUsage()
 void GeneralSettingsView::addAppAccess()
 {
     SettingsSection* const section = addSection(tr("App Access"));
-    section->addRow(tr("Launch at Login"), m_launchAtLogin);
-    section->addRow(tr("Show Dock Icon"), m_showDockIcon);
+    addToggle(section, tr("Launch at Login"), &Preferences::launchAtLogin);
+    addToggle(section, tr("Show Dock Icon"), &Preferences::showDockIcon);
     section->addValueRow(tr("Global Shortcut"), QStringLiteral(u"\u2325\u2318B"));
-    connect(m_launchAtLogin, &QCheckBox::toggled, this, &GeneralSettingsView::launchAtLoginToggled);
-    connect(m_showDockIcon, &QCheckBox::toggled, this, &GeneralSettingsView::showDockIconToggled);
 }
 
 void GeneralSettingsView::addAppearance()
 {
     SettingsSection* const section = addSection(tr("Appearance"));
     section->addValueRow(tr("Theme"), tr("Tallyfox Warm"));
-    section->addRow(tr("Show Account Emails"), m_showAccountEmails);
-    section->addRow(tr("Ranking Privacy"), m_rankingPrivate);
-    connect(m_showAccountEmails, &QCheckBox::toggled, this, &GeneralSettingsView::showAccountEmailsToggled);
-    connect(m_rankingPrivate, &QCheckBox::toggled, this, &GeneralSettingsView::rankingPrivateToggled);
+    addToggle(section, tr("Show Account Emails"), &Preferences::showAccountEmails);
+    addToggle(section, tr("Ranking Privacy"), &Preferences::rankingPrivate);
 }
 
 void GeneralSettingsView::setPreferences(const Preferences& preferences)
 {
     showMinutes(preferences.refreshMinutes);
-    m_launchAtLogin->showChecked(preferences.launchAtLogin);
-    m_showDockIcon->showChecked(preferences.showDockIcon);
-    m_showAccountEmails->showChecked(preferences.showAccountEmails);
-    m_rankingPrivate->showChecked(preferences.rankingPrivate);
+    showToggles(preferences);
 }
 
 /// An interval that is none of the choices, from a file edited by hand, shows in their place and chooses none.

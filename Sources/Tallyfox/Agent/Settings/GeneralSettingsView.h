@@ -1,12 +1,10 @@
 #pragma once
 
 #include "Tallyfox/Agent/Settings/SettingsForm.h"
-#include "Tallyfox/Engine/Preferences/Preferences.h"
 
 namespace tallyfox {
 
 class Picker;
-class ToggleSwitch;
 
 /// The "General" tab: the refresh interval, how the program is started and listed, and how it looks.
 class GeneralSettingsView : public SettingsForm {
@@ -21,10 +19,6 @@ public:
 Q_SIGNALS:
     void appeared(); ///< the tab has been opened, or the window with the tab in it
     void refreshMinutesChosen(qint64 minutes);
-    void launchAtLoginToggled(bool isOn);
-    void showDockIconToggled(bool isOn);
-    void showAccountEmailsToggled(bool isOn);
-    void rankingPrivateToggled(bool isOn);
 
 protected:
     void showEvent(QShowEvent* event) override;
@@ -36,10 +30,6 @@ private:
     void showMinutes(std::int64_t minutes);
 
     Picker* m_refreshInterval;
-    ToggleSwitch* m_launchAtLogin;
-    ToggleSwitch* m_showDockIcon;
-    ToggleSwitch* m_showAccountEmails;
-    ToggleSwitch* m_rankingPrivate;
 };
 
 } // namespace tallyfox

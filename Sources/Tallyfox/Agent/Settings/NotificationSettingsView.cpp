@@ -1,6 +1,5 @@
 #include "Tallyfox/Agent/Settings/NotificationSettingsView.h"
 
-#include "Tallyfox/Agent/Controls/ToggleSwitch.h"
 #include "Tallyfox/Agent/Settings/ThresholdControl.h"
 #include "Tallyfox/Agent/Theme/ProviderPresentation.h"
 
@@ -8,8 +7,6 @@ namespace tallyfox {
 
 NotificationSettingsView::NotificationSettingsView(QWidget* parent)
     : SettingsForm(parent)
-    , m_notificationsEnabled(new ToggleSwitch{this})
-    , m_newsNotifications(new ToggleSwitch{this})
 {
     addUsageAlerts();
     addUpdates();
@@ -20,11 +17,10 @@ NotificationSettingsView::NotificationSettingsView(QWidget* parent)
 void NotificationSettingsView::addUsageAlerts()
 {
     SettingsSection* const section = addSection(tr("Usage Alerts"));
-    section->addRow(tr("Notifications"), m_notificationsEnabled);
+    addToggle(section, tr("Notifications"), &Preferences::notificationsEnabled);
     for (const Provider provider : allProviders)
         addThreshold(*section, provider);
     section->addCaptionRow(tr("You will be notified when remaining usage falls below the threshold."));
-    connect(m_notificationsEnabled, &QCheckBox::toggled, this, &NotificationSettingsView::notificationsEnabledToggled);
 }
 
 void NotificationSettingsView::addThreshold(SettingsSection& section, Provider provider)
@@ -39,18 +35,16 @@ void NotificationSettingsView::addThreshold(SettingsSection& section, Provider p
 
 void NotificationSettingsView::addUpdates()
 {
-    addSection(tr("Updates"))->addRow(tr("Service and model news"), m_newsNotifications);
-    connect(m_newsNotifications, &QCheckBox::toggled, this, &NotificationSettingsView::newsNotificationsToggled);
+    addToggle(addSection(tr("Updates")), tr("Service and model news"), &Preferences::newsNotifications);
 }
 
 void NotificationSettingsView::setPreferences(const Preferences& preferences)
 {
-    m_notificationsEnabled->showChecked(preferences.notificationsEnabled);
+    showToggles(preferences);
     for (const Provider provider : allProviders) {
         m_thresholds.at(static_cast<std::size_t>(provider))
             ->setPercent(preferences.*presentationOf(provider).threshold);
     }
-    m_newsNotifications->showChecked(preferences.newsNotifications);
 }
 
 } // namespace tallyfox

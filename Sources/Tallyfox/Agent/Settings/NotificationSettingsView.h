@@ -1,7 +1,6 @@
 #pragma once
 
 #include "Tallyfox/Agent/Settings/SettingsForm.h"
-#include "Tallyfox/Engine/Preferences/Preferences.h"
 #include "TallyfoxCore/Usage/Provider.h"
 
 #include <array>
@@ -9,7 +8,6 @@
 namespace tallyfox {
 
 class ThresholdControl;
-class ToggleSwitch;
 
 /// The "Notifications" tab: whether the user wants to be told, and from which remaining usage on.
 class NotificationSettingsView : public SettingsForm {
@@ -22,18 +20,14 @@ public:
     void setPreferences(const Preferences& preferences);
 
 Q_SIGNALS:
-    void notificationsEnabledToggled(bool isOn);
     void thresholdChosen(tallyfox::Provider provider, double percent);
-    void newsNotificationsToggled(bool isOn);
 
 private:
     void addUsageAlerts();
     void addThreshold(SettingsSection& section, Provider provider);
     void addUpdates();
 
-    ToggleSwitch* m_notificationsEnabled;
     std::array<ThresholdControl*, allProviders.size()> m_thresholds{}; ///< in the order of `allProviders`
-    ToggleSwitch* m_newsNotifications;
 };
 
 } // namespace tallyfox

@@ -39,32 +39,15 @@ void SettingsController::bindGeneral()
     const GeneralSettingsView& view = m_view.general();
     connect(&view, &GeneralSettingsView::appeared, this, &SettingsController::reconcileLaunchAtLogin);
     connect(&view, &GeneralSettingsView::refreshMinutesChosen, this, &SettingsController::setRefreshMinutes);
-    connect(&view, &GeneralSettingsView::launchAtLoginToggled, this, &SettingsController::setLaunchAtLogin);
-    connect(&view, &GeneralSettingsView::showDockIconToggled, this, &SettingsController::setShowDockIcon);
-    connect(&view, &GeneralSettingsView::showAccountEmailsToggled, this, [this](bool isOn) {
-        m_preferences.showAccountEmails = isOn;
-        useEvenIfNotStored(m_services.userDefaults.setShowAccountEmails(isOn));
-    });
-    connect(&view, &GeneralSettingsView::rankingPrivateToggled, this, [this](bool isOn) {
-        m_preferences.rankingPrivate = isOn;
-        useEvenIfNotStored(m_services.userDefaults.setRankingPrivate(isOn));
-    });
+    connect(&view, &GeneralSettingsView::toggled, this, &SettingsController::toggle);
 }
 
 void SettingsController::bindNotifications()
 {
     const NotificationSettingsView& view = m_view.notifications();
-    connect(&view, &NotificationSettingsView::notificationsEnabledToggled, this,
-            &SettingsController::setNotificationsEnabled);
-    connect(&view, &NotificationSettingsView::thresholdChosen, this, [this](Provider provider, double percent) {
-        const ProviderPresentation& presentation = presentationOf(provider);
-        m_preferences.*presentation.threshold = percent;
-        useEvenIfNotStored((m_services.userDefaults.*presentation.setThreshold)(percent));
-    });
-    connect(&view, &NotificationSettingsView::newsNotificationsToggled, this, [this](bool isOn) {
-        m_preferences.newsNotifications = isOn;
-        useEvenIfNotStored(m_services.userDefaults.setNewsNotifications(isOn));
-    });
+    connect(&view, &NotificationSettingsView::toggled, this, &SettingsController::toggle);
+    connect(&view, &NotificationSettingsView::thresholdChosen, this,
+            [this](Provider provider, double percent) { set(presentationOf(provider).threshold, percent); });
 }
 
 void SettingsController::bindAccounts()
@@ -74,17 +57,31 @@ void SettingsController::bindAccounts()
     connect(&view, &AccountSettingsView::homeAccessRequested, this, &SettingsController::homeAccessRequested);
 }
 
+template <typename Value> void SettingsController::set(Value Preferences::*member, Value value)
+{
+    m_preferences.*member = value;
+    useEvenIfNotStored(m_services.userDefaults.set(member, value));
+}
+
 void SettingsController::setRefreshMinutes(qint64 minutes)
 {
-    m_preferences.refreshMinutes = minutes;
-    useEvenIfNotStored(m_services.userDefaults.setRefreshMinutes(minutes));
+    set(&Preferences::refreshMinutes, std::int64_t{minutes});
     Q_EMIT refreshIntervalChanged(minutes);
 }
 
-void SettingsController::setLaunchAtLogin(bool isOn)
+void SettingsController::toggle(PreferenceFlag preference, bool isOn)
 {
-    m_preferences.launchAtLogin = isOn;
-    useEvenIfNotStored(m_services.userDefaults.setLaunchAtLogin(isOn));
+    set(preference, isOn);
+    if (preference == &Preferences::launchAtLogin)
+        applyLaunchAtLogin(isOn);
+    else if (preference == &Preferences::showDockIcon)
+        m_services.activationPolicy.setPolicy(isOn ? ActivationPolicy::regular : ActivationPolicy::accessory);
+    else if (preference == &Preferences::notificationsEnabled && isOn)
+        requestNotifications();
+}
+
+void SettingsController::applyLaunchAtLogin(bool isOn)
+{
     const bool isDone = isOn ? m_services.loginItem.registerItem() : m_services.loginItem.unregisterItem();
     if (!isDone)
         reconcileLaunchAtLogin();
@@ -96,24 +93,12 @@ void SettingsController::reconcileLaunchAtLogin()
     const bool isEnabled = m_services.loginItem.status() == LoginItemStatus::enabled;
     if (isEnabled == m_preferences.launchAtLogin)
         return;
-    m_preferences.launchAtLogin = isEnabled;
-    useEvenIfNotStored(m_services.userDefaults.setLaunchAtLogin(isEnabled));
+    set(&Preferences::launchAtLogin, isEnabled);
     m_view.setPreferences(m_preferences);
 }
 
-void SettingsController::setShowDockIcon(bool isOn)
+void SettingsController::requestNotifications()
 {
-    m_preferences.showDockIcon = isOn;
-    useEvenIfNotStored(m_services.userDefaults.setShowDockIcon(isOn));
-    m_services.activationPolicy.setPolicy(isOn ? ActivationPolicy::regular : ActivationPolicy::accessory);
-}
-
-void SettingsController::setNotificationsEnabled(bool isOn)
-{
-    m_preferences.notificationsEnabled = isOn;
-    useEvenIfNotStored(m_services.userDefaults.setNotificationsEnabled(isOn));
-    if (!isOn)
-        return;
     m_services.notificationCenter.requestAuthorization({.alert = true, .sound = true},
                                                        [self = QPointer{this}](bool granted) {
                                                            if (self && !granted)
@@ -125,8 +110,7 @@ void SettingsController::takeBackNotifications()
 {
     if (!m_preferences.notificationsEnabled)
         return;
-    m_preferences.notificationsEnabled = false;
-    useEvenIfNotStored(m_services.userDefaults.setNotificationsEnabled(false));
+    set(&Preferences::notificationsEnabled, false);
     m_view.setPreferences(m_preferences);
 }
 

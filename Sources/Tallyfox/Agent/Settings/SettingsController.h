@@ -1,6 +1,5 @@
 #pragma once
 
-#include "Tallyfox/Engine/Preferences/Preferences.h"
 #include "Tallyfox/Engine/Preferences/UserDefaults.h"
 
 #include <QObject>
@@ -38,11 +37,12 @@ private:
     void bindGeneral();
     void bindNotifications();
     void bindAccounts();
+    template <typename Value> void set(Value Preferences::*member, Value value);
     void setRefreshMinutes(qint64 minutes);
-    void setLaunchAtLogin(bool isOn);
+    void toggle(PreferenceFlag preference, bool isOn);
+    void applyLaunchAtLogin(bool isOn);
     void reconcileLaunchAtLogin();
-    void setShowDockIcon(bool isOn);
-    void setNotificationsEnabled(bool isOn);
+    void requestNotifications();
     void takeBackNotifications();
 
     SettingsView& m_view;

@@ -175,6 +175,20 @@ SettingsSection* SettingsForm::addSection(const QString& title)
     return section;
 }
 
+void SettingsForm::addToggle(SettingsSection* section, const QString& label, PreferenceFlag preference)
+{
+    auto* const toggle = new ToggleSwitch{this};
+    section->addRow(label, toggle);
+    connect(toggle, &QCheckBox::toggled, this, [this, preference](bool isOn) { Q_EMIT toggled(preference, isOn); });
+    m_toggles.emplace_back(preference, toggle);
+}
+
+void SettingsForm::showToggles(const Preferences& preferences)
+{
+    for (const auto& [preference, toggle] : m_toggles)
+        toggle->showChecked(preferences.*preference);
+}
+
 void SettingsForm::endSections()
 {
     m_column->addStretch(1);

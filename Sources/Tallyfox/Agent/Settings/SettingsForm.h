@@ -2,6 +2,10 @@
 
 #include "Tallyfox/Agent/Controls/OverlayScrollArea.h"
 #include "Tallyfox/Agent/Controls/TextLabel.h"
+#include "Tallyfox/Engine/Preferences/UserDefaults.h"
+
+#include <utility>
+#include <vector>
 
 class QVBoxLayout;
 
@@ -58,13 +62,21 @@ class SettingsForm : public OverlayScrollArea {
 public:
     explicit SettingsForm(QWidget* parent = nullptr);
 
+Q_SIGNALS:
+    void toggled(PreferenceFlag preference, bool isOn); ///< by the user
+
 protected:
     SettingsSection* addSection(const QString& title);
+    /// Adds a row to `section` with a switch for a preference.
+    void addToggle(SettingsSection* section, const QString& label, PreferenceFlag preference);
+    /// Shows the values of all preferences with a switch; emits nothing.
+    void showToggles(const Preferences& preferences);
     /// The last call: everything stays at the top.
     void endSections();
 
 private:
     QVBoxLayout* m_column;
+    std::vector<std::pair<PreferenceFlag, ToggleSwitch*>> m_toggles;
 };
 
 } // namespace tallyfox

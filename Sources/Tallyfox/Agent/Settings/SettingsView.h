@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Tallyfox/Engine/Preferences/Preferences.h"
+#include "Tallyfox/Engine/Preferences/UserDefaults.h"
 #include "Tallyfox/Engine/Store/UsageSnapshot.h"
 
 #include <QWidget>

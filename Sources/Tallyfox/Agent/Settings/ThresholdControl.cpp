@@ -3,7 +3,7 @@
 #include "Tallyfox/Agent/Controls/StepSlider.h"
 #include "Tallyfox/Agent/Controls/TextLabel.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
-#include "Tallyfox/Engine/Preferences/Preferences.h"
+#include "Tallyfox/Engine/Preferences/UserDefaults.h"
 
 #include <QHBoxLayout>
 

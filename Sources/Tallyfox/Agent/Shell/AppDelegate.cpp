@@ -30,7 +30,7 @@ void AppDelegate::applicationDidFinishLaunching()
     configureStatusItem();
     configurePopover();
     registerGlobalShortcut();
-    m_store.setRefreshInterval(m_environment.userDefaults.refreshMinutes());
+    m_store.setRefreshInterval(m_environment.userDefaults.preferences().refreshMinutes);
     m_store.refresh();
 }
 

@@ -1,7 +1,6 @@
 #include "Tallyfox/Agent/Theme/ProviderPresentation.h"
 
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
-#include "Tallyfox/Engine/Preferences/Preferences.h"
 #include "Tallyfox/Engine/Preferences/UserDefaults.h"
 
 namespace tallyfox {
@@ -15,7 +14,6 @@ constexpr std::array presentations{
         .symbol = Symbol::stars,
         .color = &Theme::claude,
         .threshold = &Preferences::claudeThreshold,
-        .setThreshold = &UserDefaults::setClaudeThreshold,
     },
     ProviderPresentation{
         .provider = Provider::codex,
@@ -23,7 +21,6 @@ constexpr std::array presentations{
         .symbol = Symbol::codeSlash,
         .color = &Theme::codex,
         .threshold = &Preferences::codexThreshold,
-        .setThreshold = &UserDefaults::setCodexThreshold,
     },
 };
 static_assert(hasRowOfEachProvider(presentations), "a provider has no row, or not at its place");

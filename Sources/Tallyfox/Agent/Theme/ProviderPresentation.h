@@ -9,7 +9,6 @@
 namespace tallyfox {
 
 struct Preferences;
-class UserDefaults;
 
 /// How the views show one provider. No member has a default: a row with a missing cell does not compile.
 struct ProviderPresentation {
@@ -18,7 +17,6 @@ struct ProviderPresentation {
     Symbol symbol; ///< on its tile
     const QColor& (*color)(); ///< of its symbol, bar and series
     double Preferences::*threshold; ///< of its usage alert
-    bool (UserDefaults::*setThreshold)(double percent);
 };
 
 const ProviderPresentation& presentationOf(Provider provider);

@@ -1,47 +1,48 @@
 #include "Tallyfox/Engine/Preferences/UserDefaults.h"
 
-#include "Tallyfox/Engine/Preferences/UserDefaultsText.h"
+#include "Tallyfox/Engine/Preferences/IniText.h"
 #include "Tallyfox/Engine/System/AccountHome.h"
 #include "Tallyfox/Engine/System/FileUpdate.h"
 
 #include <array>
 #include <charconv>
 #include <limits>
+#include <tuple>
+#include <type_traits>
 
 namespace tallyfox {
 
 namespace {
 
 constexpr std::string_view homeFolderBookmarkKey = "homeFolderBookmark";
-constexpr std::string_view refreshMinutesKey = "refreshMinutes";
-constexpr std::string_view launchAtLoginKey = "launchAtLogin";
-constexpr std::string_view showDockIconKey = "showDockIcon";
-constexpr std::string_view showAccountEmailsKey = "showAccountEmails";
-constexpr std::string_view rankingPrivateKey = "rankingPrivate";
-constexpr std::string_view notificationsEnabledKey = "notificationsEnabled";
-constexpr std::string_view claudeThresholdKey = "claudeThreshold";
-constexpr std::string_view codexThresholdKey = "codexThreshold";
-constexpr std::string_view newsNotificationsKey = "newsNotifications";
+constexpr std::int64_t mostMinutes = std::numeric_limits<std::int64_t>::max() / 60; // their seconds fit 64 bits
 
-constexpr std::array flagKeys{launchAtLoginKey,  showDockIconKey,         showAccountEmailsKey,
-                              rankingPrivateKey, notificationsEnabledKey, newsNotificationsKey};
-constexpr std::array thresholdKeys{claudeThresholdKey, codexThresholdKey};
+/// One preference: its key, its member, and the bounds of a stored value. Values out of bounds count as damage.
+template <typename Value> struct Entry {
+    std::string_view key;
+    Value Preferences::*member;
+    Value least = std::numeric_limits<Value>::lowest();
+    Value most = std::numeric_limits<Value>::max();
+};
 
-template <typename Number> std::optional<Number> numberOf(std::string_view text)
+constexpr std::tuple entries{
+    Entry<std::int64_t>{"refreshMinutes", &Preferences::refreshMinutes, -mostMinutes, mostMinutes},
+    Entry<bool>{"launchAtLogin", &Preferences::launchAtLogin},
+    Entry<bool>{"showDockIcon", &Preferences::showDockIcon},
+    Entry<bool>{"showAccountEmails", &Preferences::showAccountEmails},
+    Entry<bool>{"rankingPrivate", &Preferences::rankingPrivate},
+    Entry<bool>{"notificationsEnabled", &Preferences::notificationsEnabled},
+    Entry<double>{"claudeThreshold", &Preferences::claudeThreshold, smallestThreshold, largestThreshold},
+    Entry<double>{"codexThreshold", &Preferences::codexThreshold, smallestThreshold, largestThreshold},
+    Entry<bool>{"newsNotifications", &Preferences::newsNotifications},
+};
+
+template <typename Action> void forEachEntry(const Action& action)
 {
-    Number number{};
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    return error == std::errc{} && end == text.data() + text.size() ? std::optional{number} : std::nullopt;
+    std::apply([&](const auto&... entry) { (action(entry), ...); }, entries);
 }
 
-template <typename Number> std::string textOf(Number number)
-{
-    std::array<char, 32> text{};
-    const auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), number);
-    return std::string{text.data(), end};
-}
-
-std::optional<bool> flagOf(std::string_view text)
+std::optional<bool> parse(std::string_view text, std::type_identity<bool> /*type*/)
 {
     if (text == "true" || text == "1")
         return true;
@@ -50,92 +51,72 @@ std::optional<bool> flagOf(std::string_view text)
     return std::nullopt;
 }
 
-std::optional<std::int64_t> minutesOf(std::string_view text)
+template <typename Number> std::optional<Number> parse(std::string_view text, std::type_identity<Number> /*type*/)
 {
-    constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max() / 60;
-    const auto minutes = numberOf<std::int64_t>(text);
-    return minutes && *minutes >= -most && *minutes <= most ? minutes : std::nullopt;
+    Number number{};
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return error == std::errc{} && end == text.data() + text.size() ? std::optional{number} : std::nullopt;
 }
 
-std::optional<double> thresholdOf(std::string_view text)
+std::string print(bool value)
 {
-    const auto percent = numberOf<double>(text);
-    const bool isInRange = percent && *percent >= smallestThreshold && *percent <= largestThreshold; // no NaN is
-    return isInRange ? percent : std::nullopt;
+    return value ? "true" : "false";
 }
 
-UserDefaultsText textIn(const std::filesystem::path& file)
+template <typename Number> std::string print(Number number)
+{
+    std::array<char, 32> text{};
+    const auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), number);
+    return std::string{text.data(), end};
+}
+
+template <typename Value> std::optional<Value> storedValue(const IniText& text, const Entry<Value>& entry)
+{
+    const auto stored = text.value(entry.key);
+    const auto value = stored ? parse(*stored, std::type_identity<Value>{}) : std::nullopt;
+    return value && *value >= entry.least && *value <= entry.most ? value : std::nullopt; // NaN is out of bounds
+}
+
+IniText readText(const std::filesystem::path& file)
 {
     const auto content = FileUpdate::read(file);
     const auto* const text = std::get_if<std::string>(&content);
-    return UserDefaultsText{text ? *text : std::string_view{}};
+    return IniText{text ? *text : std::string_view{}};
 }
 
-/// The value of a key, read with one of the functions above.
-template <typename Value>
-Value valueOf(const UserDefaultsText& text, std::string_view key, std::optional<Value> (*read)(std::string_view),
-              Value standard)
-{
-    const auto stored = text.value(key);
-    return stored ? read(*stored).value_or(standard) : standard;
-}
-
-std::int64_t refreshMinutesIn(const UserDefaultsText& text)
-{
-    const std::int64_t minutes = valueOf(text, refreshMinutesKey, minutesOf, std::int64_t{0});
-    return minutes == 0 ? Preferences{}.refreshMinutes : minutes;
-}
-
-bool flagIn(const UserDefaultsText& text, std::string_view key, bool standard)
-{
-    return valueOf(text, key, flagOf, standard);
-}
-
-double thresholdIn(const UserDefaultsText& text, std::string_view key, double standard)
-{
-    return valueOf(text, key, thresholdOf, standard);
-}
-
-template <typename Value>
-bool removeUnlessRead(UserDefaultsText& text, std::string_view key, std::optional<Value> (*read)(std::string_view))
-{
-    const auto stored = text.value(key);
-    const bool isDamaged = stored && !read(*stored);
-    if (isDamaged)
-        text.remove(key);
-    return isDamaged;
-}
-
-/// Takes out everything that is not read anyway; whether there was anything.
-bool removeDamage(UserDefaultsText& text)
+/// Removes the lines that `preferences()` ignores; returns whether there were any.
+bool removeDamage(IniText& text)
 {
     bool wasDamaged = text.removeDamage();
-    wasDamaged = removeUnlessRead(text, refreshMinutesKey, minutesOf) || wasDamaged;
-    for (const std::string_view key : flagKeys)
-        wasDamaged = removeUnlessRead(text, key, flagOf) || wasDamaged;
-    for (const std::string_view key : thresholdKeys)
-        wasDamaged = removeUnlessRead(text, key, thresholdOf) || wasDamaged;
+    forEachEntry([&](const auto& entry) {
+        if (!text.value(entry.key) || storedValue(text, entry))
+            return;
+        text.remove(entry.key);
+        wasDamaged = true;
+    });
     return wasDamaged;
 }
 
 template <typename Set> bool change(const std::filesystem::path& file, const Set& set)
 {
     return FileUpdate::apply(file, [&set](const std::string& before) -> std::optional<FileUpdate::Replacement> {
-        UserDefaultsText text{before};
+        IniText text{before};
         const bool wasDamaged = removeDamage(text);
         set(text);
         return FileUpdate::Replacement{.content = text.text(), .keepsBackup = wasDamaged};
     });
 }
 
-bool setPlain(const std::filesystem::path& file, std::string_view key, const std::string& value)
+template <typename Value> bool setMember(const std::filesystem::path& file, Value Preferences::*member, Value value)
 {
-    return change(file, [key, &value](UserDefaultsText& text) { text.setPlain(key, value); });
-}
-
-bool setFlag(const std::filesystem::path& file, std::string_view key, bool value)
-{
-    return setPlain(file, key, value ? "true" : "false");
+    return change(file, [&](IniText& text) {
+        forEachEntry([&](const auto& entry) {
+            if constexpr (std::is_same_v<decltype(entry.member), Value Preferences::*>) {
+                if (entry.member == member)
+                    text.setPlain(entry.key, print(value));
+            }
+        });
+    });
 }
 
 } // namespace
@@ -151,119 +132,39 @@ UserDefaults::UserDefaults(std::filesystem::path file)
 
 Preferences UserDefaults::preferences() const
 {
-    const UserDefaultsText text = textIn(m_file);
-    constexpr Preferences standard;
-    return {
-        .refreshMinutes = refreshMinutesIn(text),
-        .launchAtLogin = flagIn(text, launchAtLoginKey, standard.launchAtLogin),
-        .showDockIcon = flagIn(text, showDockIconKey, standard.showDockIcon),
-        .showAccountEmails = flagIn(text, showAccountEmailsKey, standard.showAccountEmails),
-        .rankingPrivate = flagIn(text, rankingPrivateKey, standard.rankingPrivate),
-        .notificationsEnabled = flagIn(text, notificationsEnabledKey, standard.notificationsEnabled),
-        .claudeThreshold = thresholdIn(text, claudeThresholdKey, standard.claudeThreshold),
-        .codexThreshold = thresholdIn(text, codexThresholdKey, standard.codexThreshold),
-        .newsNotifications = flagIn(text, newsNotificationsKey, standard.newsNotifications),
-    };
+    constexpr Preferences initial;
+    const IniText text = readText(m_file);
+    Preferences result;
+    forEachEntry(
+        [&](const auto& entry) { result.*entry.member = storedValue(text, entry).value_or(initial.*entry.member); });
+    if (result.refreshMinutes == 0)
+        result.refreshMinutes = initial.refreshMinutes;
+    return result;
+}
+
+bool UserDefaults::set(PreferenceFlag member, bool value)
+{
+    return setMember(m_file, member, value);
+}
+
+bool UserDefaults::set(std::int64_t Preferences::*member, std::int64_t value)
+{
+    return setMember(m_file, member, value);
+}
+
+bool UserDefaults::set(double Preferences::*member, double value)
+{
+    return setMember(m_file, member, value);
 }
 
 std::optional<std::string> UserDefaults::homeFolderBookmark() const
 {
-    return textIn(m_file).value(homeFolderBookmarkKey);
+    return readText(m_file).value(homeFolderBookmarkKey);
 }
 
 bool UserDefaults::setHomeFolderBookmark(std::string_view token)
 {
-    return change(m_file, [token](UserDefaultsText& text) { text.setBytes(homeFolderBookmarkKey, token); });
-}
-
-std::int64_t UserDefaults::refreshMinutes() const
-{
-    return preferences().refreshMinutes;
-}
-
-bool UserDefaults::setRefreshMinutes(std::int64_t minutes)
-{
-    return setPlain(m_file, refreshMinutesKey, textOf(minutes));
-}
-
-bool UserDefaults::launchAtLogin() const
-{
-    return preferences().launchAtLogin;
-}
-
-bool UserDefaults::setLaunchAtLogin(bool value)
-{
-    return setFlag(m_file, launchAtLoginKey, value);
-}
-
-bool UserDefaults::showDockIcon() const
-{
-    return preferences().showDockIcon;
-}
-
-bool UserDefaults::setShowDockIcon(bool value)
-{
-    return setFlag(m_file, showDockIconKey, value);
-}
-
-bool UserDefaults::showAccountEmails() const
-{
-    return preferences().showAccountEmails;
-}
-
-bool UserDefaults::setShowAccountEmails(bool value)
-{
-    return setFlag(m_file, showAccountEmailsKey, value);
-}
-
-bool UserDefaults::rankingPrivate() const
-{
-    return preferences().rankingPrivate;
-}
-
-bool UserDefaults::setRankingPrivate(bool value)
-{
-    return setFlag(m_file, rankingPrivateKey, value);
-}
-
-bool UserDefaults::notificationsEnabled() const
-{
-    return preferences().notificationsEnabled;
-}
-
-bool UserDefaults::setNotificationsEnabled(bool value)
-{
-    return setFlag(m_file, notificationsEnabledKey, value);
-}
-
-double UserDefaults::claudeThreshold() const
-{
-    return preferences().claudeThreshold;
-}
-
-bool UserDefaults::setClaudeThreshold(double percent)
-{
-    return setPlain(m_file, claudeThresholdKey, textOf(percent));
-}
-
-double UserDefaults::codexThreshold() const
-{
-    return preferences().codexThreshold;
-}
-
-bool UserDefaults::setCodexThreshold(double percent)
-{
-    return setPlain(m_file, codexThresholdKey, textOf(percent));
-}
-
-bool UserDefaults::newsNotifications() const
-{
-    return preferences().newsNotifications;
-}
-
-bool UserDefaults::setNewsNotifications(bool value)
-{
-    return setFlag(m_file, newsNotificationsKey, value);
+    return change(m_file, [token](IniText& text) { text.setBytes(homeFolderBookmarkKey, token); });
 }
 
 } // namespace tallyfox

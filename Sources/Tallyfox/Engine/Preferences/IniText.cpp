@@ -1,4 +1,4 @@
-#include "Tallyfox/Engine/Preferences/UserDefaultsText.h"
+#include "Tallyfox/Engine/Preferences/IniText.h"
 
 #include <QByteArray>
 #include <QLatin1StringView>
@@ -93,7 +93,7 @@ std::string escaped(std::string_view bytes)
 
 } // namespace
 
-UserDefaultsText::Line UserDefaultsText::readLine(std::string_view text, bool& isInGeneral)
+IniText::Line IniText::readLine(std::string_view text, bool& isInGeneral)
 {
     Line line{.text = std::string{text}};
     const std::string_view content = trimmed(text);
@@ -115,7 +115,7 @@ UserDefaultsText::Line UserDefaultsText::readLine(std::string_view text, bool& i
     return line;
 }
 
-UserDefaultsText::UserDefaultsText(std::string_view text)
+IniText::IniText(std::string_view text)
 {
     constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
     if (text.starts_with(byteOrderMark))
@@ -128,7 +128,7 @@ UserDefaultsText::UserDefaultsText(std::string_view text)
     }
 }
 
-std::optional<std::string> UserDefaultsText::value(std::string_view key) const
+std::optional<std::string> IniText::value(std::string_view key) const
 {
     const auto line =
         std::find_if(m_lines.rbegin(), m_lines.rend(), [key](const Line& each) { return each.key == key; });
@@ -141,7 +141,7 @@ std::optional<std::string> UserDefaultsText::value(std::string_view key) const
     return QStringView{text}.sliced(bytesBegin.size(), length).toLatin1().toStdString();
 }
 
-void UserDefaultsText::setLine(std::string_view key, std::string line)
+void IniText::setLine(std::string_view key, std::string line)
 {
     remove(key);
     const auto isOfGeneral = [](const Line& each) { return each.key || each.opensGeneral; };
@@ -152,27 +152,27 @@ void UserDefaultsText::setLine(std::string_view key, std::string line)
     m_lines.insert(place, {.text = std::move(line), .key = std::string{key}});
 }
 
-void UserDefaultsText::setPlain(std::string_view key, std::string_view value)
+void IniText::setPlain(std::string_view key, std::string_view value)
 {
     setLine(key, std::string{key} + '=' + std::string{value});
 }
 
-void UserDefaultsText::setBytes(std::string_view key, std::string_view bytes)
+void IniText::setBytes(std::string_view key, std::string_view bytes)
 {
     setLine(key, std::string{key} + "=\"@ByteArray(" + escaped(bytes) + ")\"");
 }
 
-void UserDefaultsText::remove(std::string_view key)
+void IniText::remove(std::string_view key)
 {
     std::erase_if(m_lines, [key](const Line& line) { return line.key == key; });
 }
 
-bool UserDefaultsText::removeDamage()
+bool IniText::removeDamage()
 {
     return std::erase_if(m_lines, [](const Line& line) { return line.isDamaged; }) > 0;
 }
 
-std::string UserDefaultsText::text() const
+std::string IniText::text() const
 {
     std::string text;
     for (const Line& line : m_lines)

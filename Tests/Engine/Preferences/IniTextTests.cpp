@@ -1,5 +1,5 @@
 #include "Support/ScratchFolder.h"
-#include "Tallyfox/Engine/Preferences/UserDefaultsText.h"
+#include "Tallyfox/Engine/Preferences/IniText.h"
 
 #include <QSettings>
 #include <gtest/gtest.h>
@@ -10,12 +10,12 @@ namespace {
 
 std::optional<std::string> valueIn(std::string_view text)
 {
-    return UserDefaultsText{text}.value("key");
+    return IniText{text}.value("key");
 }
 
 std::string afterSetting(std::string_view before)
 {
-    UserDefaultsText text{before};
+    IniText text{before};
     text.setPlain("key", "5");
     return text.text();
 }
@@ -30,7 +30,7 @@ std::string everyByteThenDigits()
 
 } // namespace
 
-TEST(UserDefaultsText, valueIsFoundInEveryWayThatItMayBeWritten)
+TEST(IniText, valueIsFoundInEveryWayThatItMayBeWritten)
 {
     const std::pair<const char*, std::optional<std::string>> cases[]{
         {"[General]\nkey=5\n", "5"},
@@ -55,7 +55,7 @@ TEST(UserDefaultsText, valueIsFoundInEveryWayThatItMayBeWritten)
         EXPECT_EQ(valueIn(text), value) << text;
 }
 
-TEST(UserDefaultsText, settingChangesTheKeyAndNothingElse)
+TEST(IniText, settingChangesTheKeyAndNothingElse)
 {
     const std::pair<const char*, const char*> cases[]{
         {"", "[General]\nkey=5\n"},
@@ -69,27 +69,27 @@ TEST(UserDefaultsText, settingChangesTheKeyAndNothingElse)
         EXPECT_EQ(afterSetting(before), after) << before;
 }
 
-TEST(UserDefaultsText, damagedLinesAreFoundAndTakenOut)
+TEST(IniText, damagedLinesAreFoundAndTakenOut)
 {
-    UserDefaultsText text{"[General]\na=1\nno value\n=5\n[no end\nb=2\n; fine\n\n"};
+    IniText text{"[General]\na=1\nno value\n=5\n[no end\nb=2\n; fine\n\n"};
     EXPECT_TRUE(text.removeDamage());
     EXPECT_EQ(text.text(), "[General]\na=1\nb=2\n; fine\n\n");
     EXPECT_FALSE(text.removeDamage());
 }
 
-TEST(UserDefaultsText, bytesComeBackAsTheyWere)
+TEST(IniText, bytesComeBackAsTheyWere)
 {
-    UserDefaultsText text{""};
+    IniText text{""};
     text.setBytes("key", everyByteThenDigits());
-    EXPECT_EQ(UserDefaultsText{text.text()}.value("key"), everyByteThenDigits());
+    EXPECT_EQ(IniText{text.text()}.value("key"), everyByteThenDigits());
 }
 
-TEST(UserDefaultsText, toolkitsOwnReaderAndWriterUnderstandTheSameFile)
+TEST(IniText, toolkitsOwnReaderAndWriterUnderstandTheSameFile)
 {
     const ScratchFolder folder;
     const auto file = folder.path() / "ours.ini";
     const QByteArray bytes = QByteArray::fromStdString(everyByteThenDigits());
-    UserDefaultsText text{""};
+    IniText text{""};
     text.setBytes("key", everyByteThenDigits());
     text.setPlain("number", "22.5");
     writeFile(file, text.text());
@@ -100,7 +100,7 @@ TEST(UserDefaultsText, toolkitsOwnReaderAndWriterUnderstandTheSameFile)
     settings.setValue(QStringLiteral("key"), bytes + bytes);
     settings.setValue(QStringLiteral("flag"), true);
     settings.sync();
-    const UserDefaultsText theirs{readFile(file)};
+    const IniText theirs{readFile(file)};
     EXPECT_EQ(theirs.value("key"), everyByteThenDigits() + everyByteThenDigits());
     EXPECT_EQ(theirs.value("flag"), "true");
 }

@@ -9,10 +9,10 @@ namespace tallyfox {
 
 /// The text of an INI file as a list of lines, of which single ones are read and changed. Everything else stays as it
 /// is: comments, other sections, keys of a later version. Keys are those of the section "General".
-class UserDefaultsText {
+class IniText {
 public:
     /// Any bytes.
-    explicit UserDefaultsText(std::string_view text);
+    explicit IniText(std::string_view text);
 
     /// The value of a key: of its last line when it has several. Bytes come back as they were set; other values are
     /// UTF-8 text without the quotes and escapes of the file.
