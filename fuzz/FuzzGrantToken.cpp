@@ -1,55 +1,51 @@
-#include "Tallyfox/Engine/Preferences/GrantToken.h"
+/// The token of a granted folder, as any bytes and as a real token that was changed: it never grants a folder but the
+/// one it was made for.
+
+#include "FuzzSupport.h"
+#include "Support/ScratchFolder.h"
 #include "Tallyfox/Engine/Preferences/HomeFolderGrant.h"
 
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
 #include <string>
-#include <string_view>
-
-namespace {
 
 using namespace tallyfox;
 
-void require(bool isSo)
-{
-    if (!isSo)
-        std::abort();
-}
+namespace {
 
-/// Whatever is accepted is exactly what would be written for it.
-void checkDecoding(std::string_view bytes)
+/// What the token grants is what it says behind its last line.
+void checkResolution(std::string_view token)
 {
-    const auto content = GrantToken::decoded(bytes);
-    require(!content || content->encoded() == bytes);
-    if (!content)
-        require(std::holds_alternative<HomeFolderGrant::Absent>(HomeFolderGrant::resolve(bytes)));
-}
-
-/// A path of any bytes comes back, and one changed bit anywhere is found: the checksum is out of a fuzzer's reach, so
-/// that it would hardly ever get behind it by itself.
-void checkEncoding(std::string_view bytes)
-{
-    constexpr std::size_t longestPath = 4'000;
-    if (bytes.size() < 2 || bytes.size() > longestPath || bytes.find('\0') != std::string_view::npos)
+    const auto resolution = HomeFolderGrant::resolve(token);
+    const auto* const location = std::get_if<HomeFolderGrant::Location>(&resolution);
+    if (!location)
         return;
-    GrantToken content;
-    content.path = '/' + std::string{bytes};
-    content.identity.inode = static_cast<unsigned char>(bytes[0]);
-    content.identity.birthSeconds = -static_cast<std::int64_t>(bytes.size());
-    std::string token = content.encoded();
-    require(GrantToken::decoded(token) == content);
-    const std::size_t place = std::size_t{static_cast<unsigned char>(bytes[1])} * bytes.size() % token.size();
-    token[place] = static_cast<char>(token[place] ^ 1);
-    require(!GrantToken::decoded(token));
+    require(location->path.is_absolute(), "a granted path is absolute");
+    require(token.ends_with("\n" + location->path.native()), "a granted path is the one in the token");
+}
+
+/// Behind the numbers of a folder that exists, which a fuzzer does not find: any path, and one changed byte.
+void checkRealToken(std::string_view bytes)
+{
+    static const test::ScratchFolder folder;
+    static const std::string token = HomeFolderGrant::token(folder.path()).value();
+    const std::string withoutPath = token.substr(0, token.find("\n/") + 1);
+    checkResolution(withoutPath + std::string{bytes});
+    if (bytes.size() < 2)
+        return;
+    std::string changed = token;
+    char& byte = changed[static_cast<unsigned char>(bytes[0]) % changed.size()];
+    if (byte == bytes[1])
+        return;
+    byte = bytes[1];
+    require(!std::holds_alternative<HomeFolderGrant::Location>(HomeFolderGrant::resolve(changed)),
+            "a changed token grants nothing");
 }
 
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    const std::string bytes{data, data + size};
-    checkDecoding(bytes);
-    checkEncoding(bytes);
+    const std::string_view bytes = textOf(data, size);
+    checkResolution(bytes);
+    checkRealToken(bytes);
     return 0;
 }

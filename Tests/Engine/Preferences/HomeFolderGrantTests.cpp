@@ -1,10 +1,10 @@
 #include "Support/ScratchFolder.h"
-#include "Tallyfox/Engine/Preferences/GrantToken.h"
 #include "Tallyfox/Engine/Preferences/HomeFolderGrant.h"
 
 #include <gtest/gtest.h>
 
-#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
 
 namespace tallyfox::test {
 
@@ -12,9 +12,11 @@ namespace {
 
 using namespace HomeFolderGrant;
 
+constexpr std::string_view formatLine = "tallyfox-folder-grant 2\n";
+
 std::string tokenOf(const std::filesystem::path& folder)
 {
-    return std::get<std::string>(token(folder));
+    return token(folder).value();
 }
 
 /// The location, or the name of the other outcome.
@@ -24,6 +26,13 @@ std::string outcome(std::string_view token)
     if (const auto* location = std::get_if<Location>(&resolution))
         return location->path.native();
     return std::holds_alternative<Stale>(resolution) ? "stale" : "absent";
+}
+
+/// A token of the first version, which carried a checksum.
+std::string firstVersion(std::string token)
+{
+    token.replace(0, formatLine.size(), "tallyfox-folder-grant 1\n");
+    return token.insert(token.find("\n/") + 1, "checksum 0123456789abcdef\n");
 }
 
 class HomeFolderGrantTest : public testing::Test {
@@ -114,80 +123,105 @@ TEST_F(HomeFolderGrantTest, folderThatComesBackIsTheLocationAgain)
     EXPECT_EQ(outcome(granted), folder);
 }
 
-TEST_F(HomeFolderGrantTest, sameInodeWithAnotherBirthTimeIsStale)
+TEST_F(HomeFolderGrantTest, tokenNamesTheInodeTheBirthTimeAndThePath)
 {
     const auto folder = makeFolder("home");
-    auto content = GrantToken::decoded(tokenOf(folder)).value();
-    content.identity.birthNanoseconds += 1;
-    EXPECT_EQ(outcome(content.encoded()), "stale");
+    struct statx status { };
+    ASSERT_EQ(statx(AT_FDCWD, folder.c_str(), 0, STATX_INO | STATX_BTIME, &status), 0);
+    const bool hasBirthTime = (status.stx_mask & STATX_BTIME) != 0;
+    EXPECT_EQ(tokenOf(folder),
+              std::string{formatLine} + "inode " + std::to_string(status.stx_ino) + "\nborn "
+                  + std::to_string(hasBirthTime ? status.stx_btime.tv_sec : 0) + ' '
+                  + std::to_string(hasBirthTime ? status.stx_btime.tv_nsec : 0) + '\n' + folder.native());
 }
 
-TEST_F(HomeFolderGrantTest, tokenOfWhatIsNoFolderIsTheSystemsError)
+TEST_F(HomeFolderGrantTest, sameInodeWithAnotherBirthTimeIsStale)
+{
+    std::string granted = tokenOf(makeFolder("home"));
+    const std::size_t digit = granted.find("\n/") - 1;
+    granted[digit] = granted[digit] == '9' ? '0' : static_cast<char>(granted[digit] + 1);
+    EXPECT_EQ(outcome(granted), "stale");
+}
+
+TEST_F(HomeFolderGrantTest, whatIsNotAFolderHasNoToken)
 {
     const auto folder = makeFolder("home");
     writeFile(folder / "file", "");
-    const auto errorOf = [](const std::filesystem::path& path) {
-        return std::get<std::error_code>(token(path)).default_error_condition();
-    };
-    EXPECT_EQ(errorOf(folder / "file"), std::errc::not_a_directory);
-    EXPECT_EQ(errorOf(folder / "missing"), std::errc::no_such_file_or_directory);
-    EXPECT_TRUE(errorOf(""));
+    for (const std::filesystem::path& path : {folder / "file", folder / "missing", std::filesystem::path{}})
+        EXPECT_EQ(token(path), std::nullopt) << path;
 }
 
-TEST_F(HomeFolderGrantTest, everySingleDamagedByteMakesTheTokenAbsent)
+TEST_F(HomeFolderGrantTest, tokenOfTheFirstVersionStillGrantsItsFolder)
+{
+    for (const char* const name : {"home", "checksum 0", "line\nfeed"}) {
+        const auto folder = makeFolder(name);
+        const std::string granted = firstVersion(tokenOf(folder));
+        EXPECT_EQ(outcome(granted), folder);
+        std::filesystem::rename(folder, folder.parent_path() / "moved");
+        EXPECT_EQ(outcome(granted), "absent");
+        makeFolder(name);
+        EXPECT_EQ(outcome(granted), "stale");
+        std::filesystem::remove(folder.parent_path() / "moved");
+    }
+    EXPECT_EQ(outcome("tallyfox-folder-grant 1\ninode 1\nborn 0 0\n/"), "absent") << "the checksum is missing";
+}
+
+TEST_F(HomeFolderGrantTest, noDamagedByteGrantsAFolder)
 {
     std::string damaged = tokenOf(makeFolder("home"));
     for (char& byte : damaged) {
         for (const char flip : {'\x01', '\x20', '\x80'}) {
             byte = static_cast<char>(byte ^ flip);
-            EXPECT_EQ(outcome(damaged), "absent") << damaged;
+            const std::string result = outcome(damaged);
+            EXPECT_TRUE(result == "absent" || result == "stale") << damaged << '\n' << result;
             byte = static_cast<char>(byte ^ flip);
         }
     }
 }
 
-TEST_F(HomeFolderGrantTest, everyTruncatedOrExtendedTokenIsAbsent)
+TEST_F(HomeFolderGrantTest, noTruncatedOrExtendedTokenGrantsAnotherFolder)
 {
-    const std::string granted = tokenOf(makeFolder("home"));
-    for (std::size_t length = 0; length < granted.size(); ++length)
-        EXPECT_EQ(outcome(granted.substr(0, length)), "absent") << length;
-    EXPECT_EQ(outcome(granted + "/"), "absent");
+    const auto folder = makeFolder("home");
+    const std::string granted = tokenOf(folder);
+    for (std::size_t length = 0; length < granted.size(); ++length) {
+        const std::string result = outcome(granted.substr(0, length));
+        EXPECT_TRUE(result == "absent" || result == "stale") << length << '\n' << result;
+    }
+    EXPECT_EQ(outcome(granted + "x"), "absent");
+    EXPECT_EQ(outcome(granted + std::string(1, '\0')), "absent");
     EXPECT_EQ(outcome('\n' + granted), "absent");
+    EXPECT_EQ(outcome(granted + "/"), folder / "") << "another way to write the same path";
 }
 
 TEST_F(HomeFolderGrantTest, unknownVersionIsAbsent)
 {
     std::string granted = tokenOf(makeFolder("home"));
-    ASSERT_EQ(granted.substr(0, 24), "tallyfox-folder-grant 1\n");
-    granted[22] = '2';
+    ASSERT_TRUE(granted.starts_with(formatLine));
+    granted[granted.find('2')] = '3';
     EXPECT_EQ(outcome(granted), "absent");
 }
 
-TEST(GrantToken, comesBackFromItsEncodingWithExtremeNumbers)
+TEST_F(HomeFolderGrantTest, extremeNumbersAreReadAndThoseBeyondThemAreDamage)
 {
-    for (const FolderIdentity& identity : {FolderIdentity{}, FolderIdentity{UINT64_MAX, INT64_MIN, UINT32_MAX}}) {
-        const GrantToken content{.path = "/a\nb", .identity = identity};
-        EXPECT_EQ(GrantToken::decoded(content.encoded()), content);
-    }
+    const std::string begin{formatLine};
+    EXPECT_EQ(outcome(begin + "inode 18446744073709551615\nborn -9223372036854775808 4294967295\n/"), "stale");
+    EXPECT_EQ(outcome(begin + "inode 18446744073709551616\nborn 0 0\n/"), "absent");
+    EXPECT_EQ(outcome(begin + "inode 1\nborn 9223372036854775808 0\n/"), "absent");
+    EXPECT_EQ(outcome(begin + "inode 1\nborn 0 4294967296\n/"), "absent");
+    EXPECT_EQ(outcome(begin + "inode -1\nborn 0 0\n/"), "absent");
 }
 
-TEST(GrantToken, pathThatIsRelativeEmptyOrHoldsNulIsRefused)
+TEST_F(HomeFolderGrantTest, pathThatIsRelativeEmptyOrHoldsNulIsAbsent)
 {
-    for (const std::string& path : {std::string{}, std::string{"home"}, std::string{"/a\0b", 4}})
-        EXPECT_EQ(GrantToken::decoded(GrantToken{.path = path, .identity = {}}.encoded()), std::nullopt);
+    const std::string granted = tokenOf("/");
+    const std::string begin = granted.substr(0, granted.size() - 1);
+    for (const std::string& path : {std::string{}, std::string{"."}, std::string{"/\0b", 3}})
+        EXPECT_EQ(outcome(begin + path), "absent");
 }
 
-TEST(GrantToken, hugeTokenIsRefused)
+TEST_F(HomeFolderGrantTest, hugeTokenIsAbsent)
 {
-    const GrantToken content{.path = '/' + std::string(10'000, 'x'), .identity = {}};
-    EXPECT_EQ(GrantToken::decoded(content.encoded()), std::nullopt);
-}
-
-TEST(GrantToken, otherWaysToWriteTheSameNumbersAreRefused)
-{
-    std::string token = GrantToken{.path = "/", .identity = {}}.encoded();
-    token.insert(token.find("inode ") + 6, "0");
-    EXPECT_EQ(GrantToken::decoded(token), std::nullopt);
+    EXPECT_EQ(outcome(tokenOf("/") + std::string(10'000, '/')), "absent");
 }
 
 } // namespace tallyfox::test

@@ -30,8 +30,7 @@ std::optional<std::filesystem::path> grantedHome(const std::filesystem::path& us
 bool storeGrant(const std::filesystem::path& userDefaults, const std::filesystem::path& folder)
 {
     const auto token = HomeFolderGrant::token(folder);
-    const auto* text = std::get_if<std::string>(&token);
-    return text && UserDefaults{userDefaults}.setHomeFolderBookmark(*text);
+    return token && UserDefaults{userDefaults}.setHomeFolderBookmark(*token);
 }
 
 } // namespace
