@@ -2,18 +2,22 @@
 
 #include "Tallyfox/Engine/Quota/ChildProcess.h"
 #include "Tallyfox/Engine/Quota/ChildReaper.h"
-#include "Tallyfox/Engine/Quota/ExchangeClock.h"
 #include "Tallyfox/Engine/Quota/LineAssembler.h"
 #include "TallyfoxCore/Json/Utf8.h"
-#include "TallyfoxCore/Usage/CodexRateLimitParser.h"
 
+#include <array>
 #include <cerrno>
 #include <cstdint>
+#include <ctime>
 #include <fcntl.h>
+#include <functional>
 #include <optional>
+#include <poll.h>
 #include <string>
 #include <string_view>
+#include <sys/eventfd.h>
 #include <sys/stat.h>
+#include <sys/timerfd.h>
 #include <unistd.h>
 
 namespace tallyfox::CodexQuotaFetcher {
@@ -37,6 +41,63 @@ std::error_code lastError()
 {
     return {errno, std::system_category()};
 }
+
+bool arm(const FileDescriptor& timer, std::chrono::milliseconds limit)
+{
+    timespec now{};
+    if (clock_gettime(CLOCK_BOOTTIME, &now) != 0)
+        return false;
+    const auto deadline = std::chrono::seconds{now.tv_sec} + std::chrono::nanoseconds{now.tv_nsec} + limit;
+    const auto seconds = std::chrono::floor<std::chrono::seconds>(deadline);
+    itimerspec setting{};
+    setting.it_value.tv_sec = seconds.count();
+    setting.it_value.tv_nsec = (deadline - seconds).count();
+    return timerfd_settime(timer.get(), TFD_TIMER_ABSTIME, &setting, nullptr) == 0;
+}
+
+/// Waits for output of a child process, for the time limit and for a stop request at once, in one system call, so that
+/// no reader is ever left blocked. The limit runs from the construction on and counts the time the machine sleeps.
+class ExchangeClock {
+public:
+    struct Wake {
+        bool isStopped = false; ///< a stop was requested
+        bool isExpired = false; ///< the limit has passed
+        bool hasOutput = false; ///< reading will not block: there are bytes, or the end
+    };
+
+    ExchangeClock(std::chrono::milliseconds limit, const std::stop_token& stop)
+        : m_timer(timerfd_create(CLOCK_BOOTTIME, TFD_CLOEXEC))
+        , m_stopped(eventfd(0, EFD_CLOEXEC))
+    {
+        if (!m_timer.isOpen() || !m_stopped.isOpen() || !arm(m_timer, limit))
+            m_error = lastError();
+        else
+            m_onStop.emplace(stop, [descriptor = m_stopped.get()] { eventfd_write(descriptor, 1); });
+    }
+
+    /// Blocks until one of the three happens; the system's error when it cannot wait.
+    [[nodiscard]] std::variant<Wake, std::error_code> wait(const FileDescriptor& output) const
+    {
+        if (m_error)
+            return m_error;
+        std::array<pollfd, 3> watched{pollfd{.fd = m_stopped.get(), .events = POLLIN, .revents = 0},
+                                      pollfd{.fd = m_timer.get(), .events = POLLIN, .revents = 0},
+                                      pollfd{.fd = output.get(), .events = POLLIN, .revents = 0}};
+        while (poll(watched.data(), watched.size(), -1) < 0) {
+            if (errno != EINTR)
+                return lastError();
+        }
+        return Wake{.isStopped = watched[0].revents != 0,
+                    .isExpired = watched[1].revents != 0,
+                    .hasOutput = watched[2].revents != 0};
+    }
+
+private:
+    std::error_code m_error; ///< of the construction
+    FileDescriptor m_timer;
+    FileDescriptor m_stopped;
+    std::optional<std::stop_callback<std::function<void()>>> m_onStop; ///< last: it writes to `m_stopped`
+};
 
 bool isExecutableFile(const std::filesystem::path& path)
 {

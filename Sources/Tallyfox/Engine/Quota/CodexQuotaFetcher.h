@@ -1,18 +1,29 @@
 #pragma once
 
-#include "Tallyfox/Engine/Quota/SourceError.h"
+#include "TallyfoxCore/Usage/CodexRateLimitParser.h"
 #include "TallyfoxCore/Usage/QuotaSnapshot.h"
 
 #include <chrono>
 #include <filesystem>
-#include <memory>
 #include <stop_token>
+#include <system_error>
 #include <variant>
 #include <vector>
 
 namespace tallyfox {
 
 class ChildReaper;
+
+/// The failures that a quota fetch raises itself.
+enum class SourceError {
+    missingCLI, ///< no executable `codex` at any candidate path
+    timeout, ///< no result within 10 seconds
+    unavailable, ///< the session ended without the expected reply
+    cancelled, ///< the caller asked to stop
+};
+
+/// Why a quota fetch failed: its own error, the system's (start, write, read), or the reply's.
+using QuotaError = std::variant<SourceError, std::error_code, DecodingError>;
 
 /// Asks the user's own `codex` executable for the account's rate limits, over newline-delimited JSON-RPC on the
 /// standard input and output of a child process.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Tallyfox/Engine/Quota/SourceError.h"
+#include "Tallyfox/Engine/Quota/CodexQuotaFetcher.h"
 #include "Tallyfox/Engine/Store/ProviderState.h"
 
 #include <QObject>
