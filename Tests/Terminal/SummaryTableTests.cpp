@@ -1,4 +1,3 @@
-#include "Tallyfox/Terminal/SummaryRows.h"
 #include "Tallyfox/Terminal/SummaryTable.h"
 #include "Terminal/SummaryFixture.h"
 
@@ -8,6 +7,7 @@
 #include <cmath>
 #include <limits>
 #include <sstream>
+#include <utility>
 
 namespace tallyfox::test {
 namespace {
@@ -27,6 +27,29 @@ std::size_t widestLine(const std::string& text)
     for (std::string line; std::getline(stream, line);)
         widest = std::max(widest, columnsOf(line));
     return widest;
+}
+
+/// The row of a table's only quota window.
+std::string quotaRow(double percent, std::optional<std::int64_t> minutes = {}, const TextStyle& style = {})
+{
+    SummaryFigures figures = connectedFigures();
+    figures.states.erase(figures.states.begin());
+    QuotaSnapshot& quota = *figures.states[0].quota;
+    quota.primary.usedPercent = percent;
+    quota.primary.windowMinutes = minutes;
+    quota.secondary.reset();
+    const std::string text = table(figures, style);
+    const std::size_t begin = text.find("\n  Quota") + 1;
+    return text.substr(begin, text.find('\n', begin) - begin);
+}
+
+/// Its label and its figure.
+std::pair<std::string, std::string> labelAndFigure(double percent, std::optional<std::int64_t> minutes = {})
+{
+    const std::string row = quotaRow(percent, minutes);
+    const std::size_t labelEnd = row.find("  ", 2);
+    const std::size_t figure = row.find_first_not_of(' ', labelEnd);
+    return {row.substr(2, labelEnd - 2), row.substr(figure, row.find("  ", figure) - figure)};
 }
 
 TEST(SummaryTable, figuresAreLinedUpInColumns)
@@ -102,11 +125,7 @@ TEST(SummaryTable, resetsThatAreUnknownOrPastAreSaid)
 
 TEST(SummaryTable, windowsAreNamedByTheirLength)
 {
-    const auto label = [](std::optional<std::int64_t> minutes) {
-        ProviderState state = connectedFigures().states[1];
-        state.quota->primary.windowMinutes = minutes;
-        return summaryRows(state, summaryNow, Calendar::utc()).at(2).label;
-    };
+    const auto label = [](std::optional<std::int64_t> minutes) { return labelAndFigure(1, minutes).first; };
     EXPECT_EQ(label(300), "Quota 5 h");
     EXPECT_EQ(label(90), "Quota 90 min");
     EXPECT_EQ(label(10'080), "Quota 7 d");
@@ -117,12 +136,13 @@ TEST(SummaryTable, windowsAreNamedByTheirLength)
 
 TEST(SummaryTable, percentagesAreRoundedButNotClamped)
 {
-    EXPECT_EQ(percentText(42.4), "42%");
-    EXPECT_EQ(percentText(42.5), "43%");
-    EXPECT_EQ(percentText(104.6), "105%");
-    EXPECT_EQ(percentText(-0.5), "-1%");
+    const auto figure = [](double percent) { return labelAndFigure(percent).second; };
+    EXPECT_EQ(figure(42.4), "42%");
+    EXPECT_EQ(figure(42.5), "43%");
+    EXPECT_EQ(figure(104.6), "105%");
+    EXPECT_EQ(figure(-0.5), "-1%");
     for (const double useless : {std::nan(""), HUGE_VAL, -HUGE_VAL, 1e300})
-        EXPECT_EQ(percentText(useless), "—");
+        EXPECT_EQ(figure(useless), "—");
     SummaryFigures figures = connectedFigures();
     for (const double percent : {-5.0, 250.0, 1e300, std::nan("")}) {
         figures.states[1].quota->primary.usedPercent = percent;
@@ -136,9 +156,9 @@ TEST(SummaryTable, colourFollowsHealthAndPressure)
     EXPECT_THAT(text, HasSubstr("\x1b[32mConnected\x1b[0m"));
     EXPECT_THAT(text, HasSubstr("\x1b[32m  43%\x1b[0m"));
     EXPECT_THAT(text, HasSubstr("\x1b[31m  91%\x1b[0m"));
-    EXPECT_EQ(toneOfPercent(69.9), Tone::good);
-    EXPECT_EQ(toneOfPercent(70), Tone::notice);
-    EXPECT_EQ(toneOfPercent(90), Tone::bad);
+    EXPECT_THAT(quotaRow(69.9, {}, {.hasColour = true}), HasSubstr("\x1b[32m  70%\x1b[0m"));
+    EXPECT_THAT(quotaRow(70, {}, {.hasColour = true}), HasSubstr("\x1b[33m  70%\x1b[0m"));
+    EXPECT_THAT(quotaRow(90, {}, {.hasColour = true}), HasSubstr("\x1b[31m  90%\x1b[0m"));
     EXPECT_THAT(table(connectedFigures()), Not(HasSubstr("\x1b")));
 }
 

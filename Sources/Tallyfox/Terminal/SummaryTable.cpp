@@ -1,10 +1,13 @@
 #include "Tallyfox/Terminal/SummaryTable.h"
 
+#include "Tallyfox/Engine/CommandLine/TokenText.h"
 #include "Tallyfox/Terminal/DateText.h"
-#include "Tallyfox/Terminal/SummaryRows.h"
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
+#include <string_view>
+#include <vector>
 
 namespace tallyfox::SummaryTable {
 
@@ -13,6 +16,100 @@ namespace {
 constexpr std::size_t widestTable = 80;
 constexpr std::string_view gap = "   ";
 constexpr std::string_view indent = "  ";
+constexpr std::string_view missing = "—";
+
+/// One line below a provider's name: what it is about, the figure, and what there is to say about it.
+struct SummaryRow {
+    std::string label{};
+    std::string figure{}; ///< a compact count or a percentage; "—" for none
+    std::string exact{}; ///< the count to the last digit; empty for percentages
+    std::optional<double> share{}; ///< percent, for a bar
+    std::string note{};
+    Tone tone = Tone::plain;
+};
+
+/// A percentage rounded to the nearest integer, halves away from zero: "43%". "—" for a number beyond use.
+std::string percentText(double percent)
+{
+    constexpr double most = 1e15; // beyond it a double does not hold every integer
+    if (!(std::abs(percent) < most))
+        return std::string{missing};
+    return std::to_string(std::llround(percent)) + '%';
+}
+
+/// How pressing a percentage is.
+Tone toneOfPercent(double percent)
+{
+    constexpr double highFrom = 70;
+    constexpr double nearlyUsedUpFrom = 90;
+    if (percent >= nearlyUsedUpFrom)
+        return Tone::bad;
+    return percent >= highFrom ? Tone::notice : Tone::good;
+}
+
+SummaryRow tokenRow(std::string label, std::int64_t tokens, const ProviderState& state)
+{
+    SummaryRow row{.label = std::move(label), .tone = Tone::strong};
+    if (state.health == SourceHealth::permissionRequired) {
+        row.figure = missing;
+        row.tone = Tone::quiet;
+        return row;
+    }
+    row.figure = tokenText(tokens);
+    row.exact = exactTokenText(tokens);
+    row.note = state.isPartialHistory ? "tokens at least, history read in part" : "tokens";
+    return row;
+}
+
+/// "Quota 5 h" for a window of 300 minutes; plain "Quota" where its length is not reported or means nothing.
+std::string windowLabel(const QuotaWindow& window)
+{
+    constexpr std::int64_t minutesPerHour = 60;
+    constexpr std::int64_t minutesPerDay = 24 * minutesPerHour;
+    constexpr std::int64_t mostDays = 999;
+    const std::int64_t minutes = window.windowMinutes.value_or(0);
+    if (minutes <= 0 || minutes > mostDays * minutesPerDay)
+        return "Quota";
+    if (minutes % minutesPerDay == 0)
+        return "Quota " + std::to_string(minutes / minutesPerDay) + " d";
+    if (minutes % minutesPerHour == 0)
+        return "Quota " + std::to_string(minutes / minutesPerHour) + " h";
+    return "Quota " + std::to_string(minutes) + " min";
+}
+
+std::string resetNote(const QuotaWindow& window, Instant now, const Calendar& calendar)
+{
+    if (!window.resetsAt)
+        return "reset not reported";
+    const std::string when =
+        DateText::relative(*window.resetsAt, now) + " (" + DateText::localMoment(*window.resetsAt, now, calendar) + ')';
+    return (*window.resetsAt < now ? "reset was due " : "resets ") + when;
+}
+
+SummaryRow windowRow(const QuotaWindow& window, Instant now, const Calendar& calendar)
+{
+    return {.label = windowLabel(window),
+            .figure = percentText(window.usedPercent),
+            .exact = {},
+            .share = window.usedPercent,
+            .note = resetNote(window, now, calendar),
+            .tone = toneOfPercent(window.usedPercent)};
+}
+
+/// The rows of one provider: today, 30 days, and one per quota window.
+std::vector<SummaryRow> summaryRows(const ProviderState& state, Instant now, const Calendar& calendar)
+{
+    std::vector<SummaryRow> rows{tokenRow("Today", state.summary.todayTokens, state),
+                                 tokenRow("30 days", state.summary.totalTokens, state)};
+    if (!state.quota) {
+        rows.push_back({.label = "Quota", .figure = std::string{missing}, .tone = Tone::quiet});
+        return rows;
+    }
+    rows.push_back(windowRow(state.quota->primary, now, calendar));
+    if (state.quota->secondary)
+        rows.push_back(windowRow(*state.quota->secondary, now, calendar));
+    return rows;
+}
 
 /// The widths that line up the rows of all providers.
 struct Columns {
@@ -102,7 +199,7 @@ std::string rowLine(const SummaryRow& row, const Columns& columns, const TextSty
 std::string footLine(const SummaryFigures& figures, const Columns& columns, const TextStyle& style)
 {
     const auto percent = figures.combinedPercent;
-    const std::string text = percent ? std::to_string(*percent) + '%' : percentText(std::nullopt);
+    const std::string text = percent ? std::to_string(*percent) + '%' : std::string{missing};
     const Tone tone = percent ? toneOfPercent(static_cast<double>(*percent)) : Tone::quiet;
     return padRight("In use", indent.size() + columns.label) + std::string{gap}
     + style.paint(tone, padLeft(text, columns.figure)) + std::string{gap}
