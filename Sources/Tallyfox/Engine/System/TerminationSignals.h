@@ -2,7 +2,7 @@
 
 #include <QObject>
 
-#include <memory>
+#include <csignal>
 #include <optional>
 
 namespace tallyfox {
@@ -28,8 +28,10 @@ Q_SIGNALS:
     void received();
 
 private:
-    class Private;
-    std::unique_ptr<Private> m;
+    sigset_t m_signals;
+    sigset_t m_before{};
+    int m_descriptor = -1;
+    std::optional<int> m_received;
 };
 
 } // namespace tallyfox
