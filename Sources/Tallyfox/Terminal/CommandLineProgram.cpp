@@ -1,13 +1,11 @@
 #include "Tallyfox/Terminal/CommandLineProgram.h"
 
-#include "Tallyfox/Engine/CommandLine/HomeOption.h"
 #include "Tallyfox/Engine/Preferences/UserDefaults.h"
 #include "Tallyfox/Engine/Store/StoreEnvironment.h"
-#include "Tallyfox/Engine/System/AgentProgram.h"
 #include "Tallyfox/Engine/System/StandardStreams.h"
 #include "Tallyfox/Engine/System/SystemCalendar.h"
+#include "Tallyfox/Engine/System/SystemPaths.h"
 #include "Tallyfox/Engine/System/TerminationSignals.h"
-#include "Tallyfox/Engine/System/ToolkitMessages.h"
 #include "Tallyfox/Terminal/SummaryJson.h"
 #include "Tallyfox/Terminal/SummaryTable.h"
 
@@ -15,9 +13,12 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
+#include <filesystem>
 #include <string>
 #include <system_error>
+#include <unistd.h>
 #include <vector>
 
 namespace tallyfox {
@@ -84,6 +85,24 @@ SummaryFigures figuresOfOneRefresh(const UsageStoreEnvironment& environment)
     return figures;
 }
 
+/// Replaces this process by the agent's program, with the same arguments: it loads the toolkit, which commands of a
+/// terminal should not wait for. Returns only on failure.
+std::error_code replaceWithAgent(char** argv)
+{
+    std::error_code error;
+    const std::filesystem::path folder = programFolder(error);
+    if (error)
+        return error;
+    // Beside this program where it was built; in an installation with the programs that users do not start.
+    for (const auto* place : {"tallyfox-agent", "../libexec/tallyfox/tallyfox-agent"}) {
+        ::execv((folder / place).c_str(), argv);
+        error = {errno, std::generic_category()};
+        if (error != std::errc::no_such_file_or_directory)
+            break;
+    }
+    return error;
+}
+
 } // namespace
 
 CommandLineProgram::CommandLineProgram(int& argc, char** argv)
@@ -94,40 +113,40 @@ CommandLineProgram::CommandLineProgram(int& argc, char** argv)
 ExitStatus CommandLineProgram::run()
 {
     const std::vector<std::string_view> arguments(m_argv + std::min(1, m_argc), m_argv + m_argc);
-    return std::visit([this](const auto& request) { return perform(request); }, parseCommandLine(arguments));
+    return std::visit([this](const auto& request) { return runRequest(request); }, parseCommandLine(arguments));
 }
 
-ExitStatus CommandLineProgram::perform(const HelpRequest& /*request*/)
+ExitStatus CommandLineProgram::runRequest(const HelpRequest& /*request*/)
 {
     return print(helpText());
 }
 
-ExitStatus CommandLineProgram::perform(const VersionRequest& /*request*/)
+ExitStatus CommandLineProgram::runRequest(const VersionRequest& /*request*/)
 {
     return print("tallyfox " TALLYFOX_VERSION "\n");
 }
 
-ExitStatus CommandLineProgram::perform(const AgentRequest& /*request*/)
+ExitStatus CommandLineProgram::runRequest(const AgentRequest& /*request*/)
 {
-    const std::error_code error = AgentProgram::replaceThisProcess(m_argv);
+    const std::error_code error = replaceWithAgent(m_argv);
     StandardStreams::writeDiagnostic("cannot start the agent: " + error.message());
     return ExitStatus::failure;
 }
 
-ExitStatus CommandLineProgram::perform(const UsageError& error)
+ExitStatus CommandLineProgram::runRequest(const UsageError& error)
 {
     StandardStreams::writeDiagnostic(error.message);
     return ExitStatus::wrongUsage;
 }
 
-ExitStatus CommandLineProgram::perform(const SummaryRequest& request)
+ExitStatus CommandLineProgram::runRequest(const SummaryRequest& request)
 {
     const auto home = checkedHome(request.home);
     if (const auto* error = std::get_if<UsageError>(&home))
-        return perform(*error);
+        return runRequest(*error);
     SummaryRequest checked = request;
     checked.home = std::get<std::optional<std::filesystem::path>>(home);
-    silenceToolkitMessages();
+    StandardStreams::silenceToolkit();
     const QCoreApplication application{m_argc, m_argv};
     const UsageStoreEnvironment environment = environmentOf(checked);
     const SummaryFigures figures = figuresOfOneRefresh(environment);

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "Tallyfox/Engine/CommandLine/CommandLineOptions.h"
-#include "Tallyfox/Engine/CommandLine/ExitStatus.h"
 
 #include <string_view>
 
@@ -16,11 +15,11 @@ public:
     ExitStatus run();
 
 private:
-    ExitStatus perform(const HelpRequest& request);
-    ExitStatus perform(const VersionRequest& request);
-    ExitStatus perform(const SummaryRequest& request);
-    ExitStatus perform(const AgentRequest& request);
-    ExitStatus perform(const UsageError& error);
+    ExitStatus runRequest(const HelpRequest& request);
+    ExitStatus runRequest(const VersionRequest& request);
+    ExitStatus runRequest(const SummaryRequest& request);
+    ExitStatus runRequest(const AgentRequest& request);
+    ExitStatus runRequest(const UsageError& error);
 
     int& m_argc;
     char** m_argv;

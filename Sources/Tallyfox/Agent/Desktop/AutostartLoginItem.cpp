@@ -1,8 +1,8 @@
 #include "Tallyfox/Agent/Desktop/AutostartLoginItem.h"
 
 #include "Tallyfox/Agent/Desktop/DesktopEntry.h"
-#include "Tallyfox/Engine/System/AccountHome.h"
 #include "Tallyfox/Engine/System/FileUpdate.h"
+#include "Tallyfox/Engine/System/SystemPaths.h"
 
 #include <QFile>
 #include <QFileInfo>

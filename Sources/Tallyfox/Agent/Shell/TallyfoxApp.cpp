@@ -13,13 +13,11 @@
 #include "Tallyfox/Agent/StatusItem/StatusIconPainter.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 #include "Tallyfox/Agent/Theme/Translations.h"
-#include "Tallyfox/Engine/CommandLine/HomeOption.h"
 #include "Tallyfox/Engine/Preferences/UserDefaults.h"
 #include "Tallyfox/Engine/Store/StoreEnvironment.h"
-#include "Tallyfox/Engine/System/AgentProgram.h"
 #include "Tallyfox/Engine/System/StandardStreams.h"
+#include "Tallyfox/Engine/System/SystemPaths.h"
 #include "Tallyfox/Engine/System/TerminationSignals.h"
-#include "Tallyfox/Engine/System/ToolkitMessages.h"
 
 #include <QApplication>
 #include <QDBusConnection>
@@ -74,7 +72,7 @@ AppDelegateEnvironment environmentOf(const StoreEnvironmentOptions& options)
     environment.sleepInhibitor = makeSleepInhibitor();
     environment.makeStatusItem = [] { return makeStatusItem(applicationId(), QStringLiteral("Tallyfox")); };
     environment.registerGlobalShortcut = &registerGlobalShortcut;
-    environment.loginItem = makeLoginItem(AgentProgram::command(), applicationId().toStdString());
+    environment.loginItem = makeLoginItem(commandPath(), applicationId().toStdString());
     environment.notificationCenter = makeNotificationCenter(QDBusConnection::sessionBus());
     environment.activationPolicy = makeActivationPolicySwitch();
     environment.userDefaults = UserDefaults{options.userDefaults};
@@ -102,7 +100,7 @@ TallyfoxApp::TallyfoxApp(int& argc, char** argv)
 
 ExitStatus TallyfoxApp::run()
 {
-    silenceToolkitMessages();
+    StandardStreams::silenceToolkit();
     const std::vector<std::string_view> arguments(m_argv + std::min(1, m_argc), m_argv + m_argc);
     const CommandLineRequest request = parseCommandLine(arguments);
     if (const auto* error = std::get_if<UsageError>(&request))

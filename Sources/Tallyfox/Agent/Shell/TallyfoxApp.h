@@ -1,7 +1,6 @@
 #pragma once
 
 #include "Tallyfox/Engine/CommandLine/CommandLineOptions.h"
-#include "Tallyfox/Engine/CommandLine/ExitStatus.h"
 
 #include <filesystem>
 #include <optional>

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <initializer_list>
+#include <system_error>
 #include <utility>
 
 namespace tallyfox {
@@ -155,6 +156,18 @@ CommandLineRequest parseCommandLine(std::span<const std::string_view> arguments)
     if (const auto error = parser.take(arguments))
         return *error;
     return parser.request();
+}
+
+std::variant<std::optional<std::filesystem::path>, UsageError>
+checkedHome(const std::optional<std::filesystem::path>& home)
+{
+    if (!home)
+        return std::optional<std::filesystem::path>{};
+    std::error_code error;
+    std::filesystem::path folder = std::filesystem::absolute(*home, error);
+    if (error || !std::filesystem::is_directory(folder, error))
+        return UsageError{"--home is no folder: '" + withoutControls(home->native()) + "'"};
+    return std::optional{std::move(folder)};
 }
 
 std::string helpText()

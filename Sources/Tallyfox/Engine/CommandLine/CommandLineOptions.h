@@ -9,6 +9,14 @@
 
 namespace tallyfox {
 
+/// What the program reports to its parent process.
+enum class ExitStatus : int {
+    done = 0,
+    failure = 1,
+    wrongUsage = 2,
+    noHomeFolder = 3, ///< a summary was printed, but no home folder has been granted
+};
+
 /// One option, as the parser takes it and as the help shows it.
 struct CommandLineOption {
     enum class Meaning { toggle, settings, summary, json, home, noQuota, help, version };
@@ -59,6 +67,10 @@ using CommandLineRequest = std::variant<HelpRequest, VersionRequest, SummaryRequ
 /// What the arguments (without the program's name, any bytes) ask for. Options may come in any order; of one given
 /// twice the last counts. Help is given, then the version, whatever else is asked for correctly.
 CommandLineRequest parseCommandLine(std::span<const std::string_view> arguments);
+
+/// The folder that `--home` names, absolute; nothing where the option was not given; an error where it is not a folder.
+std::variant<std::optional<std::filesystem::path>, UsageError>
+checkedHome(const std::optional<std::filesystem::path>& home);
 
 /// The text of `--help`.
 std::string helpText();

@@ -1,8 +1,8 @@
 #include "Tallyfox/Engine/Preferences/UserDefaults.h"
 
 #include "Tallyfox/Engine/Preferences/IniText.h"
-#include "Tallyfox/Engine/System/AccountHome.h"
 #include "Tallyfox/Engine/System/FileUpdate.h"
+#include "Tallyfox/Engine/System/SystemPaths.h"
 
 #include <array>
 #include <charconv>

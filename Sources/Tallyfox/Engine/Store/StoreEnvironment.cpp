@@ -3,8 +3,8 @@
 #include "Tallyfox/Engine/Preferences/HomeFolderGrant.h"
 #include "Tallyfox/Engine/Preferences/UserDefaults.h"
 #include "Tallyfox/Engine/Quota/CodexQuotaFetcher.h"
-#include "Tallyfox/Engine/System/AccountHome.h"
 #include "Tallyfox/Engine/System/SystemCalendar.h"
+#include "Tallyfox/Engine/System/SystemPaths.h"
 
 #include <chrono>
 

@@ -1,6 +1,8 @@
 #include "Tallyfox/Engine/System/StandardStreams.h"
 
 #include <QByteArray>
+#include <QString>
+#include <QtGlobal>
 
 #include <cerrno>
 #include <csignal>
@@ -60,6 +62,12 @@ int writeAll(int descriptor, std::string_view text)
     return 0;
 }
 
+void reportFatalMessage(QtMsgType type, const QMessageLogContext& /*context*/, const QString& message)
+{
+    if (type == QtFatalMsg)
+        writeDiagnostic(message.simplified().toStdString());
+}
+
 } // namespace
 
 void guard()
@@ -88,6 +96,11 @@ void writeDiagnostic(std::string_view message)
 {
     const WithoutPipeSignal without;
     writeAll(STDERR_FILENO, std::string{"tallyfox: "}.append(message).append("\n"));
+}
+
+void silenceToolkit()
+{
+    qInstallMessageHandler(reportFatalMessage);
 }
 
 TextStyle outputStyle()

@@ -22,6 +22,10 @@ std::variant<Written, ReaderGone, std::error_code> writeOutput(std::string_view 
 /// Writes one line to standard error: the program's name, the message and a line feed. Failure is ignored.
 void writeDiagnostic(std::string_view message);
 
+/// From now on messages of the toolkit are not printed, except for the one that ends the program: they would break the
+/// rule of one line per diagnostic, and no user can act on them.
+void silenceToolkit();
+
 /// How to draw on standard output: with colour on a terminal that can, unless the user set `NO_COLOR`.
 TextStyle outputStyle();
 

@@ -1,4 +1,4 @@
-#include "Tallyfox/Engine/System/AccountHome.h"
+#include "Tallyfox/Engine/System/SystemPaths.h"
 
 #include <gtest/gtest.h>
 
@@ -18,13 +18,13 @@ std::filesystem::path homeInDatabase()
 
 } // namespace
 
-TEST(AccountHome, absoluteHomeOfTheEnvironmentIsTaken)
+TEST(SystemPaths, absoluteHomeOfTheEnvironmentIsTaken)
 {
     ASSERT_EQ(setenv("HOME", "/somewhere/else", 1), 0);
     EXPECT_EQ(accountHome(), "/somewhere/else");
 }
 
-TEST(AccountHome, relativeOrEmptyHomeFallsBackToTheAccountDatabase)
+TEST(SystemPaths, relativeOrEmptyHomeFallsBackToTheAccountDatabase)
 {
     for (const char* const home : {"", "ada", "./ada", "~"}) {
         ASSERT_EQ(setenv("HOME", home, 1), 0);
@@ -32,13 +32,13 @@ TEST(AccountHome, relativeOrEmptyHomeFallsBackToTheAccountDatabase)
     }
 }
 
-TEST(AccountHome, missingHomeFallsBackToTheAccountDatabase)
+TEST(SystemPaths, missingHomeFallsBackToTheAccountDatabase)
 {
     ASSERT_EQ(unsetenv("HOME"), 0);
     EXPECT_EQ(accountHome(), homeInDatabase());
 }
 
-TEST(ConfigurationFolder, isTheOneOfTheEnvironmentOnlyWhenThatIsAbsolute)
+TEST(SystemPaths, configurationFolderIsTheOneOfTheEnvironmentOnlyWhenThatIsAbsolute)
 {
     ASSERT_EQ(setenv("HOME", "/home/ada", 1), 0);
     ASSERT_EQ(setenv("XDG_CONFIG_HOME", "/configuration", 1), 0);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <system_error>
 
 namespace tallyfox {
 
@@ -12,5 +13,11 @@ std::filesystem::path accountHome();
 /// The folder of the account's configuration files: `$XDG_CONFIG_HOME` when it is an absolute path, else ".config" in
 /// its home. Any thread, under the same condition.
 std::filesystem::path configurationFolder();
+
+/// The folder of this program's file.
+std::filesystem::path programFolder(std::error_code& error);
+
+/// The absolute path of `tallyfox`, the command that users start, from within the agent.
+std::filesystem::path commandPath();
 
 } // namespace tallyfox

@@ -1,4 +1,4 @@
-#include "Tallyfox/Engine/System/AccountHome.h"
+#include "Tallyfox/Engine/System/SystemPaths.h"
 
 #include <array>
 #include <cstdlib>
@@ -41,6 +41,21 @@ std::filesystem::path configurationFolder()
 {
     const auto configured = absolutePath(std::getenv("XDG_CONFIG_HOME"));
     return configured ? *configured : accountHome() / ".config";
+}
+
+std::filesystem::path programFolder(std::error_code& error)
+{
+    return std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
+}
+
+std::filesystem::path commandPath()
+{
+    std::error_code error;
+    const std::filesystem::path folder = programFolder(error);
+    std::filesystem::path built = folder / "tallyfox";
+    if (std::filesystem::is_regular_file(built, error))
+        return built;
+    return (folder / "../../bin/tallyfox").lexically_normal();
 }
 
 } // namespace tallyfox
