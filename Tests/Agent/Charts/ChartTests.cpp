@@ -1,5 +1,4 @@
 #include "Support/Agent/Widgets.h"
-#include "Tallyfox/Agent/Charts/ChartLegend.h"
 #include "Tallyfox/Agent/Charts/LineChart.h"
 #include "Tallyfox/Agent/Charts/StackedBarChart.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
@@ -10,8 +9,11 @@
 #include <QPainter>
 #include <QToolTip>
 #include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <functional>
+#include <limits>
+#include <random>
 #include <set>
 
 namespace tallyfox::test {
@@ -51,14 +53,19 @@ int pixelsOf(const QImage& image, const QColor& color, const QRect& within)
     return count;
 }
 
+int legendHeight()
+{
+    return QFontMetrics{Theme::caption2()}.height();
+}
+
 QRect plotOf(const QWidget& chart)
 {
-    return chart.rect().adjusted(0, 0, 0, -(ChartLegend::height() + 2));
+    return chart.rect().adjusted(0, 0, 0, -(legendHeight() + 2));
 }
 
 QRect legendOf(const QWidget& chart)
 {
-    return {0, chart.height() - ChartLegend::height(), chart.width(), ChartLegend::height()};
+    return {0, chart.height() - legendHeight(), chart.width(), legendHeight()};
 }
 
 void help(QWidget& widget, QPoint position)
@@ -118,7 +125,7 @@ TEST(LineChart, negativeCountIsDrawnAtZero)
     EXPECT_EQ(negative, drawnOnCard(chart));
 }
 
-TEST(ChartLegend, everySeriesHasItsDot)
+TEST(Chart, everySeriesHasItsDotInTheLegend)
 {
     LineChart chart;
     chart.resize(300, LineChart::totalHeight);
@@ -290,6 +297,132 @@ TEST(ChartAccessibility, sameDataKeepWhatWasHandedOutAndOtherDataEndIt)
     EXPECT_NE(QAccessible::accessibleInterface(series), nullptr);
     chart.setData(dataOf(7, none, none));
     EXPECT_EQ(QAccessible::accessibleInterface(series), nullptr);
+}
+
+TEST(AxisScale, stepIsTheSmallestRoundNumberThatReaches)
+{
+    EXPECT_EQ(axisScale(5, 5), (AxisScale{1, 5}));
+    EXPECT_EQ(axisScale(6, 5), (AxisScale{2, 3}));
+    EXPECT_EQ(axisScale(12, 5), (AxisScale{5, 3}));
+    EXPECT_EQ(axisScale(101, 5), (AxisScale{25, 5}));
+    EXPECT_EQ(axisScale(126, 5), (AxisScale{50, 3}));
+    EXPECT_EQ(axisScale(2'400'000, 5), (AxisScale{500'000, 5}));
+    EXPECT_EQ(axisScale(999'999'999'999, 5), (AxisScale{200'000'000'000, 5}));
+}
+
+TEST(AxisScale, nothingToShowStillHasAnAxis)
+{
+    EXPECT_EQ(axisScale(0, 5), (AxisScale{1, 1}));
+    EXPECT_EQ(axisScale(-3, 5), (AxisScale{1, 1}));
+}
+
+TEST(AxisScale, everySizeIsReachedWithinItsStepsByARoundOne)
+{
+    for (std::int64_t size = 1; size < std::numeric_limits<std::int64_t>::max() / 3; size = size * 3 - size / 2) {
+        const AxisScale scale = axisScale(size, 5);
+        EXPECT_LE(scale.steps, 5U);
+        EXPECT_GE(scale.top(), static_cast<std::uint64_t>(size));
+        std::uint64_t digits = scale.step;
+        while (digits % 10 == 0)
+            digits /= 10;
+        EXPECT_THAT(digits, testing::AnyOf(1U, 2U, 5U, 25U));
+    }
+}
+
+TEST(AxisScale, largestCountIsReached)
+{
+    constexpr std::int64_t largest = std::numeric_limits<std::int64_t>::max();
+    EXPECT_EQ(axisScale(largest, 5), (AxisScale{2'000'000'000'000'000'000U, 5}));
+    EXPECT_EQ(axisScale(largest, 1), (AxisScale{10'000'000'000'000'000'000U, 1}));
+}
+
+TEST(AxisScale, marksBeginAtZeroAndEndAtTheTop)
+{
+    EXPECT_THAT((AxisScale{25, 3}.marks()), testing::ElementsAre(0U, 25U, 50U, 75U));
+    EXPECT_EQ((AxisScale{25, 3}.top()), 75U);
+}
+
+TEST(AxisLabel, isExactAndShort)
+{
+    EXPECT_EQ(axisLabel(0), "0");
+    EXPECT_EQ(axisLabel(750), "750");
+    EXPECT_EQ(axisLabel(1'000), "1K");
+    EXPECT_EQ(axisLabel(2'500), "2.5K");
+    EXPECT_EQ(axisLabel(7'500'000), "7.5M");
+    EXPECT_EQ(axisLabel(1'250'000), "1.25M");
+    EXPECT_EQ(axisLabel(200'000'000'000), "200B");
+    EXPECT_EQ(axisLabel(1'000'000'000'000), "1T");
+    EXPECT_EQ(axisLabel(10'000'000'000'000'000'000U), "10000000T");
+}
+
+std::vector<QPointF> pointsAt(const std::vector<double>& heights)
+{
+    std::vector<QPointF> points;
+    for (const double height : heights)
+        points.emplace_back(12.5 * static_cast<double>(points.size()), height);
+    return points;
+}
+
+/// Each piece of the path is the cubic between two neighbours: three elements after the first.
+QPointF onPiece(const QPainterPath& path, std::size_t piece, double t)
+{
+    const auto element = [&](std::size_t i) { return QPointF{path.elementAt(static_cast<int>(3 * piece + i))}; };
+    const double s = 1 - t;
+    return s * s * s * element(0) + 3 * s * s * t * element(1) + 3 * s * t * t * element(2) + t * t * t * element(3);
+}
+
+void expectThroughPointsAndBetweenNeighbours(const std::vector<QPointF>& points)
+{
+    const QPainterPath path = smoothCurve(points);
+    ASSERT_EQ(path.elementCount(), static_cast<int>(3 * (points.size() - 1) + 1));
+    for (std::size_t piece = 0; piece + 1 < points.size(); ++piece) {
+        EXPECT_EQ(onPiece(path, piece, 0), points[piece]);
+        EXPECT_EQ(onPiece(path, piece, 1), points[piece + 1]);
+        const auto [low, high] = std::minmax({points[piece].y(), points[piece + 1].y()});
+        for (double t = 0; t <= 1; t += 0.01) {
+            EXPECT_GE(onPiece(path, piece, t).y(), low - 1e-9);
+            EXPECT_LE(onPiece(path, piece, t).y(), high + 1e-9);
+        }
+    }
+}
+
+TEST(SmoothCurve, spikeStaysBetweenItsNeighbours)
+{
+    expectThroughPointsAndBetweenNeighbours(pointsAt({0, 0, 0, 100, 0, 0}));
+}
+
+TEST(SmoothCurve, anyPointsAreMetAndNothingLeavesTheirRange)
+{
+    std::mt19937 random{20261121};
+    std::uniform_real_distribution<double> height{0, 1000};
+    for (int round = 0; round < 50; ++round) {
+        std::vector<double> heights(30);
+        for (double& each : heights)
+            each = height(random) < 300 ? 0 : height(random);
+        expectThroughPointsAndBetweenNeighbours(pointsAt(heights));
+    }
+}
+
+TEST(SmoothCurve, flatStretchesAreFlat)
+{
+    const QPainterPath path = smoothCurve(pointsAt({7, 7, 7}));
+    EXPECT_EQ(path.boundingRect().height(), 0);
+}
+
+TEST(SmoothCurve, slopeIsTheSameOnBothSidesOfAPoint)
+{
+    const QPainterPath path = smoothCurve(pointsAt({0, 10, 40, 50, 20}));
+    for (int point = 1; point < 4; ++point) {
+        const QPointF before = QPointF{path.elementAt(3 * point)} - QPointF{path.elementAt(3 * point - 1)};
+        const QPointF after = QPointF{path.elementAt(3 * point + 1)} - QPointF{path.elementAt(3 * point)};
+        EXPECT_NEAR(before.y() / before.x(), after.y() / after.x(), 1e-9);
+    }
+}
+
+TEST(SmoothCurve, fewerThanTwoPointsAreNoLine)
+{
+    EXPECT_TRUE(smoothCurve({}).isEmpty());
+    EXPECT_EQ(smoothCurve(pointsAt({3})).elementCount(), 1);
 }
 
 } // namespace

@@ -1,6 +1,5 @@
 #include "Support/Agent/Widgets.h"
 #include "Tallyfox/Agent/Controls/Card.h"
-#include "Tallyfox/Agent/Controls/CardButton.h"
 #include "Tallyfox/Agent/Controls/PushButton.h"
 #include "Tallyfox/Agent/Controls/ToolButton.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"

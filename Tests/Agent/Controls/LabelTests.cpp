@@ -1,5 +1,4 @@
 #include "Support/Agent/Widgets.h"
-#include "Tallyfox/Agent/Controls/Badge.h"
 #include "Tallyfox/Agent/Controls/Metric.h"
 #include "Tallyfox/Agent/Controls/SymbolView.h"
 #include "Tallyfox/Agent/Controls/TextLabel.h"
@@ -134,7 +133,7 @@ TEST(Badge, paddingSurroundsTheTextOnAFaintPatch)
 
 TEST(IconTile, symbolStandsOnARoundedTile)
 {
-    IconTile tile{Symbol::barChartFill, Theme::cream(), Theme::accent()};
+    IconTile tile{IconTile::small, Symbol::barChartFill, Theme::cream(), Theme::accent()};
     EXPECT_EQ(tile.size(), QSize(28, 28));
     EXPECT_EQ(pixelOf(tile, {14, 2}), Theme::accent().rgb());
     EXPECT_EQ(pixelOf(tile, {0, 0}), Theme::canvas().rgb()) << "the corners are not round";

@@ -1,5 +1,4 @@
 #include "Agent/Popover/ProviderStates.h"
-#include "Tallyfox/Agent/Popover/ChartContent.h"
 #include "Tallyfox/Agent/Popover/ChartPoint.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 

@@ -1,6 +1,6 @@
 #include "Agent/Popover/ProviderStates.h"
 #include "Support/Agent/Widgets.h"
-#include "Tallyfox/Agent/Controls/ActivityIndicator.h"
+#include "Tallyfox/Agent/Controls/ProgressIndicators.h"
 #include "Tallyfox/Agent/Controls/TextLabel.h"
 #include "Tallyfox/Agent/Controls/ToolButton.h"
 #include "Tallyfox/Agent/Popover/HomeAccessInvitation.h"

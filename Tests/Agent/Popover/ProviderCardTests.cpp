@@ -1,9 +1,9 @@
 #include "Agent/Popover/ProviderStates.h"
 #include "Support/Agent/Widgets.h"
-#include "Tallyfox/Agent/Controls/Badge.h"
 #include "Tallyfox/Agent/Controls/Metric.h"
+#include "Tallyfox/Agent/Controls/ProgressIndicators.h"
 #include "Tallyfox/Agent/Controls/SymbolView.h"
-#include "Tallyfox/Agent/Controls/UsageBar.h"
+#include "Tallyfox/Agent/Controls/TextLabel.h"
 #include "Tallyfox/Agent/Popover/ProviderCard.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 

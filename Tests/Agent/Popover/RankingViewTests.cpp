@@ -2,7 +2,7 @@
 #include "Support/Agent/Widgets.h"
 #include "Tallyfox/Agent/Controls/PushButton.h"
 #include "Tallyfox/Agent/Controls/SegmentedPicker.h"
-#include "Tallyfox/Agent/Controls/SymbolDisc.h"
+#include "Tallyfox/Agent/Controls/SymbolView.h"
 #include "Tallyfox/Agent/Controls/TextLabel.h"
 #include "Tallyfox/Agent/Popover/RankingView.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
@@ -81,7 +81,7 @@ TEST(RankingView, fontsAndColoursAreThoseOfThePanel)
 TEST(RankingView, trophyStandsInAFilledCircle)
 {
     RankingView view;
-    auto* disc = view.findChild<SymbolDisc*>();
+    auto* disc = view.findChild<IconTile*>();
     EXPECT_EQ(disc->size(), (QSize{76, 76}));
     EXPECT_EQ(pixelOf(*disc, {38, 8}), Theme::surfaceStrong().rgb());
     EXPECT_EQ(pixelOf(*disc, {38, 30}), Theme::warning().rgb());

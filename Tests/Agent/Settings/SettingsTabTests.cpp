@@ -7,7 +7,6 @@
 #include "Tallyfox/Agent/Settings/AccountSettingsView.h"
 #include "Tallyfox/Agent/Settings/GeneralSettingsView.h"
 #include "Tallyfox/Agent/Settings/NotificationSettingsView.h"
-#include "Tallyfox/Agent/Settings/ThresholdControl.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 
 #include <QComboBox>

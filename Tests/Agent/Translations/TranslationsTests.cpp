@@ -5,11 +5,11 @@
 #include "Tallyfox/Agent/Popover/ProviderCardModel.h"
 #include "Tallyfox/Agent/Popover/RefreshFooter.h"
 #include "Tallyfox/Agent/Popover/RelativeTime.h"
-#include "Tallyfox/Agent/Settings/ThresholdControl.h"
+#include "Tallyfox/Agent/Settings/NotificationSettingsView.h"
 #include "Tallyfox/Agent/Shell/StatusItemText.h"
 #include "Tallyfox/Agent/Theme/DayFormat.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
-#include "Tallyfox/Agent/Theme/TranslatedText.h"
+#include "Tallyfox/Agent/Theme/Translations.h"
 #include "Tallyfox/Engine/CommandLine/TokenText.h"
 
 #include <QCoreApplication>

@@ -1,15 +1,17 @@
 #include "Tallyfox/Agent/Charts/Chart.h"
 
-#include "Tallyfox/Agent/Charts/ChartLegend.h"
 #include "Tallyfox/Agent/Theme/DayFormat.h"
+#include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 #include "Tallyfox/Engine/CommandLine/TokenText.h"
 #include "TallyfoxCore/Usage/TokenSum.h"
 
+#include <QFontMetrics>
 #include <QHelpEvent>
 #include <QLocale>
 #include <QPainter>
 #include <QToolTip>
 
+#include <span>
 #include <utility>
 
 namespace tallyfox {
@@ -17,10 +19,39 @@ namespace tallyfox {
 namespace {
 
 constexpr int legendGap = 6; // between the plot and the legend
+constexpr double dotSize = 7;
+constexpr double gapInEntry = 5;
+constexpr double gapOfEntries = 12;
 
 QString shortText(std::int64_t tokens)
 {
     return tokenText(tokens, QLocale{});
+}
+
+/// In logical pixels.
+int legendHeight()
+{
+    return QFontMetrics{Theme::caption2()}.height();
+}
+
+/// Draws which colour is which series: one row of dots and names, from the left of `frame`.
+void paintLegend(QPainter& painter, const QRectF& frame, std::span<const ChartSeries> series)
+{
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setFont(Theme::caption2());
+    double left = frame.left();
+    for (const ChartSeries& entry : series) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(entry.color);
+        painter.drawEllipse(QRectF{left, frame.center().y() - dotSize / 2, dotSize, dotSize});
+        painter.setPen(Theme::muted());
+        const QRectF text = frame.adjusted(left - frame.left() + dotSize + gapInEntry, 0, 0, 0);
+        QRectF drawn;
+        painter.drawText(text, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine, entry.name, &drawn);
+        left = drawn.right() + gapOfEntries;
+    }
+    painter.restore();
 }
 
 } // namespace
@@ -97,7 +128,7 @@ AccessibleElement Chart::elementOf(const ChartSeries& series, const DayFormat& f
 
 QRectF Chart::plotFrame() const
 {
-    return rect().adjusted(0, 0, 0, -(ChartLegend::height() + legendGap));
+    return rect().adjusted(0, 0, 0, -(legendHeight() + legendGap));
 }
 
 bool Chart::event(QEvent* event)
@@ -131,8 +162,8 @@ void Chart::paintEvent(QPaintEvent* /*event*/)
 {
     QPainter painter{this};
     paintPlot(painter);
-    const double legendHeight = ChartLegend::height();
-    ChartLegend::paint(painter, QRectF{0, height() - legendHeight, double(width()), legendHeight}, m_data.series);
+    const double legend = legendHeight();
+    paintLegend(painter, QRectF{0, height() - legend, double(width()), legend}, m_data.series);
 }
 
 void Chart::resizeEvent(QResizeEvent* event)

@@ -1,6 +1,6 @@
 #include "Tallyfox/Agent/Charts/HeatMap.h"
 
-#include "Tallyfox/Agent/Controls/PixelGrid.h"
+#include "Tallyfox/Agent/Controls/Painting.h"
 #include "Tallyfox/Agent/Theme/DayFormat.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 #include "Tallyfox/Engine/CommandLine/TokenText.h"

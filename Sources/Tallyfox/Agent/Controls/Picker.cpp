@@ -1,6 +1,6 @@
 #include "Tallyfox/Agent/Controls/Picker.h"
 
-#include "Tallyfox/Agent/Controls/FocusRing.h"
+#include "Tallyfox/Agent/Controls/Painting.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 
 #include <QAbstractItemView>
@@ -14,9 +14,7 @@ namespace tallyfox {
 
 namespace {
 
-constexpr int pickerHeight = 26;
-constexpr double radius = 6;
-constexpr int sidePadding = 10;
+constexpr int textPadding = 10;
 constexpr int arrowsWidth = 20; ///< at the far side
 
 } // namespace
@@ -36,7 +34,7 @@ QSize Picker::sizeHint() const
     int widest = metrics.horizontalAdvance(placeholderText());
     for (int index = 0; index < count(); ++index)
         widest = std::max(widest, metrics.horizontalAdvance(itemText(index)));
-    return {widest + 2 * sidePadding + arrowsWidth, pickerHeight};
+    return {widest + 2 * textPadding + arrowsWidth, Theme::controlHeight};
 }
 
 QSize Picker::minimumSizeHint() const
@@ -64,18 +62,18 @@ void Picker::paintEvent(QPaintEvent* /*event*/)
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen{Theme::line(), 1});
     painter.setBrush(underMouse() ? Theme::canvas() : Theme::surface());
-    painter.drawRoundedRect(QRectF{rect()}.adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+    painter.drawRoundedRect(QRectF{rect()}.adjusted(0.5, 0.5, -0.5, -0.5), Theme::controlRadius, Theme::controlRadius);
     const auto placed = [this](const QRect& part) { return QStyle::visualRect(layoutDirection(), rect(), part); };
     paintArrows(painter, placed({width() - arrowsWidth - 4, 0, arrowsWidth, height()}));
     painter.setFont(font());
     painter.setPen(Theme::ink());
     // At whole pixels, as labels are: the text stands on one line with the label of its row.
     const int top = (height() - fontMetrics().height()) / 2;
-    const QRect place = placed({sidePadding, top, width() - sidePadding - arrowsWidth, fontMetrics().height()});
+    const QRect place = placed({textPadding, top, width() - textPadding - arrowsWidth, fontMetrics().height()});
     const QString shown = currentIndex() < 0 ? placeholderText() : currentText();
     painter.drawText(place, Qt::AlignTop | Qt::TextSingleLine, shown);
     if (showsFocus(*this))
-        paintFocusRing(painter, rect(), radius);
+        paintFocusRing(painter, rect(), Theme::controlRadius);
 }
 
 void Picker::paintArrows(QPainter& painter, const QRect& frame) const

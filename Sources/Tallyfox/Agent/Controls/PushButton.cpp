@@ -1,6 +1,6 @@
 #include "Tallyfox/Agent/Controls/PushButton.h"
 
-#include "Tallyfox/Agent/Controls/FocusRing.h"
+#include "Tallyfox/Agent/Controls/Painting.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 
 #include <QHelpEvent>
@@ -15,13 +15,11 @@ namespace tallyfox {
 
 namespace {
 
-constexpr int buttonHeight = 26;
-constexpr double radius = 6;
-constexpr int symbolSide = 14;
+constexpr int buttonSymbolSide = 14;
 constexpr int symbolSpacing = 6;
 
 /// Rounded down, half of all texts would end in an ellipsis.
-int textWidth(const QString& text, const QFont& font)
+int wholeWidth(const QString& text, const QFont& font)
 {
     return static_cast<int>(std::ceil(QFontMetricsF{font}.horizontalAdvance(text)));
 }
@@ -52,18 +50,18 @@ int PushButton::sidePadding() const
 
 int PushButton::symbolWidth() const
 {
-    return m_symbol ? symbolSide + symbolSpacing : 0;
+    return m_symbol ? buttonSymbolSide + symbolSpacing : 0;
 }
 
 QSize PushButton::sizeHint() const
 {
-    return {textWidth(text(), font()) + symbolWidth() + 2 * sidePadding(), buttonHeight};
+    return {wholeWidth(text(), font()) + symbolWidth() + 2 * sidePadding(), Theme::controlHeight};
 }
 
 QSize PushButton::minimumSizeHint() const
 {
     const int fewLetters = 4 * QFontMetrics{font()}.averageCharWidth();
-    return {std::min(sizeHint().width(), fewLetters + symbolWidth() + 2 * sidePadding()), buttonHeight};
+    return {std::min(sizeHint().width(), fewLetters + symbolWidth() + 2 * sidePadding()), Theme::controlHeight};
 }
 
 QString PushButton::shownText() const
@@ -106,34 +104,34 @@ void PushButton::paintFrame(QPainter& painter) const
     if (m_style == ButtonStyle::bordered) {
         painter.setPen(QPen{Theme::line(), 1});
         painter.setBrush(Theme::surface());
-        painter.drawRoundedRect(frame.adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+        painter.drawRoundedRect(frame.adjusted(0.5, 0.5, -0.5, -0.5), Theme::controlRadius, Theme::controlRadius);
         painter.setPen(Qt::NoPen);
     } else if (m_style == ButtonStyle::borderedProminent) {
         painter.setBrush(isEnabled() ? Theme::accent() : Theme::surfaceStrong());
-        painter.drawRoundedRect(frame, radius, radius);
+        painter.drawRoundedRect(frame, Theme::controlRadius, Theme::controlRadius);
     }
     if (!isEnabled() || !(isDown() || underMouse()))
         return;
     painter.setBrush(Theme::withOpacity(Theme::ink(), isDown() ? 0.14 : 0.06));
-    painter.drawRoundedRect(frame, radius, radius);
+    painter.drawRoundedRect(frame, Theme::controlRadius, Theme::controlRadius);
 }
 
 /// On the accent a ring in the accent would not be seen.
 void PushButton::paintFocus(QPainter& painter) const
 {
     if (m_style == ButtonStyle::borderedProminent)
-        paintFocusRing(painter, rect().adjusted(2, 2, -2, -2), radius - 2, Theme::cream());
+        paintFocusRing(painter, rect().adjusted(2, 2, -2, -2), Theme::controlRadius - 2, Theme::cream());
     else
-        paintFocusRing(painter, rect(), radius);
+        paintFocusRing(painter, rect(), Theme::controlRadius);
 }
 
 void PushButton::paintLabel(QPainter& painter) const
 {
     const QString shown = shownText();
-    const int labelWidth = textWidth(shown, font()) + symbolWidth();
+    const int labelWidth = wholeWidth(shown, font()) + symbolWidth();
     const QRect label = QStyle::alignedRect(layoutDirection(), Qt::AlignCenter, {labelWidth, height()}, rect());
     if (m_symbol) {
-        const QRect symbol{label.left(), (height() - symbolSide) / 2, symbolSide, symbolSide};
+        const QRect symbol{label.left(), (height() - buttonSymbolSide) / 2, buttonSymbolSide, buttonSymbolSide};
         drawSymbol(painter, *m_symbol, QStyle::visualRect(layoutDirection(), label, symbol), textColor());
     }
     painter.setFont(font());

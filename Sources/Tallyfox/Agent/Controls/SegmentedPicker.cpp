@@ -1,6 +1,6 @@
 #include "Tallyfox/Agent/Controls/SegmentedPicker.h"
 
-#include "Tallyfox/Agent/Controls/FocusRing.h"
+#include "Tallyfox/Agent/Controls/Painting.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 
 #include <QHelpEvent>
@@ -15,7 +15,7 @@ namespace tallyfox {
 
 namespace {
 
-constexpr int pickerHeight = 28;
+constexpr int rowHeight = 28;
 constexpr int trackInset = 2; ///< between the track's edge and the segments
 constexpr int labelPadding = 4; ///< least space beside a label
 constexpr int comfortablePadding = 12;
@@ -161,13 +161,13 @@ void SegmentedPicker::updateTabStop()
 QSize SegmentedPicker::sizeHint() const
 {
     const int segment = widestLabel(m_segments, labelFont(largestLabel)) + 2 * comfortablePadding;
-    return {static_cast<int>(m_segments.size()) * segment + 2 * trackInset, pickerHeight};
+    return {static_cast<int>(m_segments.size()) * segment + 2 * trackInset, rowHeight};
 }
 
 QSize SegmentedPicker::minimumSizeHint() const
 {
     const int segment = widestLabel(m_segments, labelFont(smallestLabel)) + 2 * labelPadding;
-    return {static_cast<int>(m_segments.size()) * segment + 2 * trackInset, pickerHeight};
+    return {static_cast<int>(m_segments.size()) * segment + 2 * trackInset, rowHeight};
 }
 
 void SegmentedPicker::paintEvent(QPaintEvent* /*event*/)

@@ -1,7 +1,5 @@
 #include "Tallyfox/Agent/Controls/SymbolView.h"
 
-#include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
-
 #include <QPainter>
 
 namespace tallyfox {
@@ -20,24 +18,25 @@ void SymbolView::paintEvent(QPaintEvent* /*event*/)
     drawSymbol(painter, m_symbol, rect(), m_color);
 }
 
-IconTile::IconTile(Symbol symbol, const QColor& color, const QColor& fill, QWidget* parent)
+IconTile::IconTile(const Shape& shape, Symbol symbol, const QColor& color, const QColor& fill, QWidget* parent)
     : QWidget(parent)
+    , m_shape(shape)
     , m_symbol(symbol)
     , m_color(color)
     , m_fill(fill)
 {
-    setFixedSize(Theme::tileSize, Theme::tileSize);
+    setFixedSize(shape.side, shape.side);
 }
 
 void IconTile::paintEvent(QPaintEvent* /*event*/)
 {
-    constexpr int symbolInset = 6;
+    const int inset = (m_shape.side - m_shape.symbolSide) / 2;
     QPainter painter{this};
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setBrush(m_fill);
     painter.setPen(Qt::NoPen);
-    painter.drawRoundedRect(rect(), Theme::tileRadius, Theme::tileRadius);
-    drawSymbol(painter, m_symbol, rect().adjusted(symbolInset, symbolInset, -symbolInset, -symbolInset), m_color);
+    painter.drawRoundedRect(rect(), m_shape.radius, m_shape.radius);
+    drawSymbol(painter, m_symbol, rect().adjusted(inset, inset, -inset, -inset), m_color);
 }
 
 } // namespace tallyfox

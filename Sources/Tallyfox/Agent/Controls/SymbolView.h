@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Tallyfox/Agent/Theme/Symbol.h"
+#include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 
 #include <QWidget>
 
@@ -22,17 +23,29 @@ private:
     QColor m_color;
 };
 
-/// A symbol on a small rounded tile.
+/// A symbol in the middle of a filled, rounded square.
 class IconTile : public QWidget {
     Q_OBJECT
 
 public:
-    IconTile(Symbol symbol, const QColor& color, const QColor& fill, QWidget* parent = nullptr);
+    /// Lengths in logical pixels.
+    struct Shape {
+        int side;
+        double radius; ///< of the corners
+        int symbolSide;
+    };
+
+    static constexpr Shape small{Theme::tileSize, Theme::tileRadius, 16};
+    static constexpr Shape logo{52, 8, 28};
+    static constexpr Shape disc{76, 38, 38}; ///< above a text that says what it stands for
+
+    IconTile(const Shape& shape, Symbol symbol, const QColor& color, const QColor& fill, QWidget* parent = nullptr);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    Shape m_shape;
     Symbol m_symbol;
     QColor m_color;
     QColor m_fill;

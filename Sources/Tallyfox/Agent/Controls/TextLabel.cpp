@@ -1,5 +1,7 @@
 #include "Tallyfox/Agent/Controls/TextLabel.h"
 
+#include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
+
 #include <QHelpEvent>
 #include <QPainter>
 #include <QStyle>
@@ -10,6 +12,14 @@
 #include <cmath>
 
 namespace tallyfox {
+
+namespace {
+
+constexpr int badgeSidePadding = 6;
+constexpr int badgeUpperPadding = 3;
+constexpr double badgeRadius = 5;
+
+} // namespace
 
 QStringList fittedLines(const QString& text, const QFont& font, int width, int maximumLines)
 {
@@ -144,6 +154,27 @@ void TextLabel::paintEvent(QPaintEvent* /*event*/)
         painter.drawText(line, static_cast<int>(aligned | Qt::TextSingleLine), text);
         line.translate(0, lineHeight);
     }
+}
+
+Badge::Badge(QWidget* parent)
+    : Badge(QString{}, Theme::muted(), parent)
+{ }
+
+Badge::Badge(const QString& text, const QColor& color, QWidget* parent)
+    : TextLabel(text, Theme::system(Theme::caption2().pixelSize(), QFont::Medium), color, parent)
+{
+    setContentsMargins(badgeSidePadding, badgeUpperPadding, badgeSidePadding, badgeUpperPadding);
+}
+
+void Badge::paintEvent(QPaintEvent* event)
+{
+    QPainter painter{this};
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(Theme::withOpacity(color(), Theme::badgeOpacity));
+    painter.setPen(Qt::NoPen);
+    painter.drawRoundedRect(rect(), badgeRadius, badgeRadius);
+    painter.end();
+    TextLabel::paintEvent(event);
 }
 
 } // namespace tallyfox

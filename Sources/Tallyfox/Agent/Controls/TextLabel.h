@@ -45,4 +45,16 @@ private:
     int m_maximumLines = 1;
 };
 
+/// A short word on a faint patch of its own colour.
+class Badge : public TextLabel {
+    Q_OBJECT
+
+public:
+    explicit Badge(QWidget* parent = nullptr);
+    Badge(const QString& text, const QColor& color, QWidget* parent = nullptr);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+};
+
 } // namespace tallyfox

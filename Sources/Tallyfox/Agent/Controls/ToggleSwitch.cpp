@@ -1,6 +1,6 @@
 #include "Tallyfox/Agent/Controls/ToggleSwitch.h"
 
-#include "Tallyfox/Agent/Controls/FocusRing.h"
+#include "Tallyfox/Agent/Controls/Painting.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 
 #include <QPainter>

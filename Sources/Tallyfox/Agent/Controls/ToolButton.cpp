@@ -1,6 +1,6 @@
 #include "Tallyfox/Agent/Controls/ToolButton.h"
 
-#include "Tallyfox/Agent/Controls/FocusRing.h"
+#include "Tallyfox/Agent/Controls/Painting.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 
 #include <QPainter>
@@ -10,7 +10,6 @@ namespace tallyfox {
 
 namespace {
 
-constexpr double radius = 6;
 constexpr int symbolInset = 4;
 
 } // namespace
@@ -48,12 +47,12 @@ void ToolButton::paintEvent(QPaintEvent* /*event*/)
     if (isEnabled() && (isDown() || underMouse())) {
         painter.setBrush(isDown() ? Theme::line() : Theme::surfaceStrong());
         painter.setPen(Qt::NoPen);
-        painter.drawRoundedRect(rect(), radius, radius);
+        painter.drawRoundedRect(rect(), Theme::controlRadius, Theme::controlRadius);
     }
     const QColor color = isEnabled() ? m_color : Theme::withOpacity(Theme::muted(), Theme::disabledOpacity);
     drawSymbol(painter, m_symbol, rect().adjusted(symbolInset, symbolInset, -symbolInset, -symbolInset), color);
     if (showsFocus(*this))
-        paintFocusRing(painter, rect(), radius);
+        paintFocusRing(painter, rect(), Theme::controlRadius);
 }
 
 ToggleToolButton::ToggleToolButton(Symbols symbols, const QString& help, QWidget* parent)

@@ -1,6 +1,6 @@
 #include "Tallyfox/Agent/Desktop/FolderPicker.h"
 
-#include "Tallyfox/Agent/Theme/TranslatedText.h"
+#include "Tallyfox/Agent/Theme/Translations.h"
 
 #include <QFile>
 #include <QFileDialog>

@@ -1,5 +1,8 @@
 #include "Tallyfox/Agent/Popover/ChartPoint.h"
 
+#include "Tallyfox/Agent/Theme/ProviderPresentation.h"
+
+#include <algorithm>
 #include <array>
 #include <charconv>
 
@@ -14,6 +17,29 @@ std::string shortestDecimal(double value)
     const auto end = std::to_chars(digits.begin(), digits.end(), value, std::chars_format::fixed).ptr;
     std::string text{digits.begin(), end};
     return text.find('.') == std::string::npos ? text + ".0" : text;
+}
+
+std::vector<Instant> distinctDates(std::span<const ChartPoint> points)
+{
+    std::vector<Instant> dates;
+    dates.reserve(points.size());
+    for (const ChartPoint& point : points)
+        dates.push_back(point.date);
+    std::sort(dates.begin(), dates.end());
+    dates.erase(std::unique(dates.begin(), dates.end()), dates.end());
+    return dates;
+}
+
+ChartSeries seriesOf(Provider provider, std::span<const ChartPoint> points, const std::vector<Instant>& dates)
+{
+    ChartSeries series{providerTitle(provider), presentationOf(provider).color()};
+    for (const ChartPoint& point : points) {
+        if (point.provider != traitsOf(provider).title)
+            continue;
+        const auto day = std::lower_bound(dates.begin(), dates.end(), point.date) - dates.begin();
+        series.values.push_back({static_cast<std::size_t>(day), point.tokens});
+    }
+    return series;
 }
 
 } // namespace
@@ -41,6 +67,25 @@ std::vector<ChartPoint> trendPoints(std::span<const ProviderState> states)
         points.insert(points.end(), ofState.begin(), ofState.end());
     }
     return points;
+}
+
+QDate dayOf(Instant date, const Calendar& calendar)
+{
+    const std::chrono::year_month_day day{calendar.dayOf(date)};
+    return {static_cast<int>(day.year()), static_cast<int>(static_cast<unsigned>(day.month())),
+            static_cast<int>(static_cast<unsigned>(day.day()))};
+}
+
+ChartData chartContent(std::span<const ChartPoint> points, const Calendar& calendar)
+{
+    const std::vector<Instant> dates = distinctDates(points);
+    ChartData data;
+    data.days.reserve(dates.size());
+    for (const Instant date : dates)
+        data.days.push_back(dayOf(date, calendar));
+    for (const Provider provider : allProviders)
+        data.series.push_back(seriesOf(provider, points, dates));
+    return data;
 }
 
 } // namespace tallyfox

@@ -1,6 +1,10 @@
 #pragma once
 
+#include "Tallyfox/Agent/Charts/Chart.h"
 #include "Tallyfox/Engine/Store/ProviderState.h"
+#include "TallyfoxCore/Time/Calendar.h"
+
+#include <QDate>
 
 #include <cstdint>
 #include <span>
@@ -27,5 +31,12 @@ std::vector<ChartPoint> chartPoints(Provider provider, std::span<const DailyUsag
 
 /// The last 30 days of each state, state after state, oldest day first; days without tokens included.
 std::vector<ChartPoint> trendPoints(std::span<const ProviderState> states);
+
+/// The local date of a day's start.
+QDate dayOf(Instant date, const Calendar& calendar);
+
+/// `points` as a chart takes them: one series for each provider, in its colour, points or not, over all days that
+/// any point has, earliest first. Points of titles that no provider has are left out.
+ChartData chartContent(std::span<const ChartPoint> points, const Calendar& calendar);
 
 } // namespace tallyfox

@@ -2,9 +2,9 @@
 
 #include "Tallyfox/Agent/Charts/HeatMap.h"
 #include "Tallyfox/Agent/Charts/StackedBarChart.h"
+#include "Tallyfox/Agent/Controls/Card.h"
 #include "Tallyfox/Agent/Controls/SegmentedPicker.h"
-#include "Tallyfox/Agent/Controls/TitledCard.h"
-#include "Tallyfox/Agent/Popover/ChartContent.h"
+#include "Tallyfox/Agent/Popover/ChartPoint.h"
 #include "Tallyfox/Agent/Popover/DashboardModel.h"
 #include "Tallyfox/Agent/Popover/DashboardSummary.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"

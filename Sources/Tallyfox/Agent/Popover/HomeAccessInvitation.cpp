@@ -34,7 +34,7 @@ HomeAccessInvitation::HomeAccessInvitation(QWidget* parent)
     auto* row = new QHBoxLayout{card};
     row->setContentsMargins(Theme::cardPadding, Theme::cardPadding, Theme::cardPadding, Theme::cardPadding);
     row->setSpacing(10);
-    row->addWidget(new IconTile{Symbol::folderPlus, Theme::accent(), Theme::surfaceStrong(), card});
+    row->addWidget(new IconTile{IconTile::small, Symbol::folderPlus, Theme::accent(), Theme::surfaceStrong(), card});
     row->addLayout(
         makeTexts(tr("Enable 30-day usage"), tr("Allow read-only access to Claude and Codex usage metadata"), card), 1);
     row->addWidget(new TextLabel{tr("Allow Access"), Theme::system(12, QFont::DemiBold), Theme::accent(), card});

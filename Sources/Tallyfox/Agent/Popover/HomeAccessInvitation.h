@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Tallyfox/Agent/Controls/CardButton.h"
+#include "Tallyfox/Agent/Controls/Card.h"
 
 namespace tallyfox {
 

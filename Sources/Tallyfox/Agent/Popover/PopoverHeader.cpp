@@ -36,7 +36,7 @@ PopoverHeader::PopoverHeader(QWidget* parent)
     auto* row = new QHBoxLayout{this};
     row->setContentsMargins(sidePadding, 0, sidePadding, 0);
     row->setSpacing(headerSpacing);
-    row->addWidget(new IconTile{Symbol::barChartFill, Theme::cream(), Theme::accent(), this});
+    row->addWidget(new IconTile{IconTile::small, Symbol::barChartFill, Theme::cream(), Theme::accent(), this});
     row->addLayout(makeTitle(QStringLiteral("Tallyfox"), tr("Usage Overview"), this), 1);
     addButtons(*row);
     connect(m_keepAwake, &ToggleToolButton::toggleRequested, this, &PopoverHeader::keepAwakeToggled);

@@ -1,6 +1,6 @@
 #include "Tallyfox/Agent/Popover/PopoverView.h"
 
-#include "Tallyfox/Agent/Controls/Divider.h"
+#include "Tallyfox/Agent/Controls/Card.h"
 #include "Tallyfox/Agent/Controls/OverlayScrollArea.h"
 #include "Tallyfox/Agent/Controls/SegmentedPicker.h"
 #include "Tallyfox/Agent/Popover/PopoverHeader.h"

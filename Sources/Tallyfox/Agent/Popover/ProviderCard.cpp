@@ -1,9 +1,9 @@
 #include "Tallyfox/Agent/Popover/ProviderCard.h"
 
-#include "Tallyfox/Agent/Controls/Badge.h"
 #include "Tallyfox/Agent/Controls/Metric.h"
+#include "Tallyfox/Agent/Controls/ProgressIndicators.h"
 #include "Tallyfox/Agent/Controls/SymbolView.h"
-#include "Tallyfox/Agent/Controls/UsageBar.h"
+#include "Tallyfox/Agent/Controls/TextLabel.h"
 #include "Tallyfox/Agent/Theme/ProviderPresentation.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 
@@ -74,7 +74,8 @@ QHBoxLayout* ProviderCard::makeHeader()
     const QColor& color = presentation.color();
     auto* row = new QHBoxLayout;
     row->setSpacing(10);
-    row->addWidget(new IconTile{presentation.symbol, color, Theme::withOpacity(color, Theme::tileOpacity), this});
+    row->addWidget(
+        new IconTile{IconTile::small, presentation.symbol, color, Theme::withOpacity(color, Theme::tileOpacity), this});
     row->addLayout(titles, 1);
     auto* badges = new QHBoxLayout;
     badges->setSpacing(6);

@@ -4,7 +4,7 @@
 #include "Tallyfox/Agent/Theme/ProviderPresentation.h"
 #include "Tallyfox/Agent/Theme/ServiceRow.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
-#include "Tallyfox/Agent/Theme/TranslatedText.h"
+#include "Tallyfox/Agent/Theme/Translations.h"
 #include "Tallyfox/Engine/CommandLine/TokenText.h"
 
 #include <QCoreApplication>

@@ -3,7 +3,7 @@
 #include "Tallyfox/Agent/Controls/Card.h"
 #include "Tallyfox/Agent/Controls/PushButton.h"
 #include "Tallyfox/Agent/Controls/SegmentedPicker.h"
-#include "Tallyfox/Agent/Controls/SymbolDisc.h"
+#include "Tallyfox/Agent/Controls/SymbolView.h"
 #include "Tallyfox/Agent/Controls/TextLabel.h"
 #include "Tallyfox/Agent/Popover/RankingModel.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
@@ -66,7 +66,8 @@ private:
         auto* layout = new QVBoxLayout{m_panel};
         layout->setContentsMargins(Theme::cardPadding, panelPadding, Theme::cardPadding, panelPadding);
         layout->setSpacing(groupSpacing);
-        auto* trophy = new SymbolDisc{Symbol::trophyFill, Theme::warning(), Theme::surfaceStrong(), m_panel};
+        auto* trophy =
+            new IconTile{IconTile::disc, Symbol::trophyFill, Theme::warning(), Theme::surfaceStrong(), m_panel};
         layout->addWidget(trophy, 0, Qt::AlignHCenter);
         layout->addSpacing(paragraph);
         addLine(*layout, new TextLabel{tr("No ranking yet"), Theme::title3(), Theme::ink(), m_panel});

@@ -1,6 +1,6 @@
 #include "Tallyfox/Agent/Popover/RefreshFooter.h"
 
-#include "Tallyfox/Agent/Controls/ActivityIndicator.h"
+#include "Tallyfox/Agent/Controls/ProgressIndicators.h"
 #include "Tallyfox/Agent/Controls/SymbolView.h"
 #include "Tallyfox/Agent/Controls/TextLabel.h"
 #include "Tallyfox/Agent/Controls/ToolButton.h"
@@ -17,7 +17,7 @@ namespace tallyfox {
 
 namespace {
 
-constexpr int symbolSide = 13;
+constexpr int shieldSide = 13;
 
 struct FooterText {
     Q_DECLARE_TR_FUNCTIONS(RefreshFooter)
@@ -58,7 +58,7 @@ RefreshFooter::RefreshFooter(QWidget* parent)
     auto* row = new QHBoxLayout{this};
     row->setContentsMargins(2, 0, 2, 0);
     row->setSpacing(5);
-    row->addWidget(new SymbolView{Symbol::shieldLock, symbolSide, Theme::muted(), this});
+    row->addWidget(new SymbolView{Symbol::shieldLock, shieldSide, Theme::muted(), this});
     row->addWidget(caption(tr("Local processing"), this));
     row->addStretch();
     row->addWidget(m_status);

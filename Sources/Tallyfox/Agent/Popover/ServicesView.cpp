@@ -16,7 +16,7 @@ namespace tallyfox {
 namespace {
 
 constexpr int headerLineSpacing = 2; // between the lines of the header
-constexpr int rowSpacing = 8; // between services
+constexpr int serviceSpacing = 8; // between services
 constexpr int footerSymbolSize = 12;
 constexpr int footerSpacing = 5;
 
@@ -67,7 +67,7 @@ private:
     {
         m_rows = new QVBoxLayout;
         layout.addLayout(m_rows);
-        m_rows->setSpacing(rowSpacing);
+        m_rows->setSpacing(serviceSpacing);
         for (const ServiceRow& row : stagedServiceRows())
             m_rows->addWidget(rowView(row));
     }

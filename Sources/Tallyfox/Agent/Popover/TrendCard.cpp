@@ -4,7 +4,7 @@
 #include "Tallyfox/Agent/Controls/Card.h"
 #include "Tallyfox/Agent/Controls/SymbolView.h"
 #include "Tallyfox/Agent/Controls/TextLabel.h"
-#include "Tallyfox/Agent/Popover/ChartContent.h"
+#include "Tallyfox/Agent/Popover/ChartPoint.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 
 #include <QHBoxLayout>

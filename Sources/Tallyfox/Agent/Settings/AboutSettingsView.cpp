@@ -1,6 +1,6 @@
 #include "Tallyfox/Agent/Settings/AboutSettingsView.h"
 
-#include "Tallyfox/Agent/Controls/LogoTile.h"
+#include "Tallyfox/Agent/Controls/SymbolView.h"
 #include "Tallyfox/Agent/Controls/TextLabel.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 
@@ -31,7 +31,7 @@ void AboutSettingsView::addHeader(const QString& version)
     auto* const row = new QHBoxLayout{header};
     row->setContentsMargins(0, 4, 0, 4);
     row->setSpacing(aboutSpacing);
-    row->addWidget(new LogoTile{header});
+    row->addWidget(new IconTile{IconTile::logo, Symbol::barChartFill, Theme::cream(), Theme::accent(), header});
     auto* const texts = new QVBoxLayout;
     texts->setSpacing(aboutLineSpacing);
     texts->addStretch();

@@ -30,7 +30,7 @@ AccountRow::AccountRow(const ProviderState& state, QWidget* parent)
     const ProviderPresentation& presentation = presentationOf(state.provider);
     const QColor& color = presentation.color();
     const QColor fill = Theme::withOpacity(color, Theme::tileOpacity);
-    line->addWidget(new IconTile{presentation.symbol, color, fill, this});
+    line->addWidget(new IconTile{IconTile::small, presentation.symbol, color, fill, this});
     auto* const texts = new QVBoxLayout;
     texts->setSpacing(accountLineSpacing);
     texts->addWidget(m_name);

@@ -1,16 +1,13 @@
 #include "Tallyfox/Agent/Settings/SettingsForm.h"
 
 #include "Tallyfox/Agent/Controls/Card.h"
-#include "Tallyfox/Agent/Controls/PixelGrid.h"
+#include "Tallyfox/Agent/Controls/Painting.h"
 #include "Tallyfox/Agent/Controls/ToggleSwitch.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 
 #include <QHBoxLayout>
 #include <QPainter>
 #include <QVBoxLayout>
-
-#include <algorithm>
-#include <cmath>
 
 namespace tallyfox {
 
@@ -20,8 +17,8 @@ constexpr int columnWidth = 620;
 constexpr int formPadding = 18;
 constexpr int sectionSpacing = 16;
 constexpr int titleSpacing = 6;
-constexpr int rowHeight = 36;
-constexpr int rowPadding = 14; ///< at the sides
+constexpr int formRowHeight = 36;
+constexpr int formRowPadding = 14; ///< at the sides
 constexpr int buttonRowPadding = 7; ///< above and below
 constexpr int captionRowPadding = 8; ///< above and below
 constexpr int labelSpacing = 16;
@@ -43,9 +40,8 @@ protected:
         if (y() <= parentWidget()->layout()->contentsMargins().top())
             return;
         QPainter painter{this};
-        const PixelGrid grid{painter}; // whole pixels: all separators are equally strong
-        const double height = std::max(1.0, std::floor(grid.pixels(1))) * grid.pixel();
-        painter.fillRect(QRectF{rowPadding, grid.y(0), width() - 2.0 * rowPadding, height},
+        const PixelGrid grid{painter};
+        painter.fillRect(QRectF{formRowPadding, grid.y(0), width() - 2.0 * formRowPadding, grid.thinLine()},
                          Theme::withOpacity(Theme::line(), separatorOpacity));
     }
 
@@ -87,9 +83,9 @@ SettingsSection::SettingsSection(const QString& title, QWidget* parent)
 QWidget* SettingsSection::addEmptyRow(int verticalPadding, int place)
 {
     auto* const row = new FormRow{this};
-    row->setMinimumHeight(rowHeight);
+    row->setMinimumHeight(formRowHeight);
     auto* const line = new QHBoxLayout{row};
-    line->setContentsMargins(rowPadding, verticalPadding, rowPadding, verticalPadding);
+    line->setContentsMargins(formRowPadding, verticalPadding, formRowPadding, verticalPadding);
     line->setSpacing(labelSpacing);
     m_rows->insertWidget(place, row);
     return row;
@@ -103,7 +99,7 @@ void SettingsSection::addRow(const QString& label, ToggleSwitch* control)
 void SettingsSection::addRow(const QString& label, QWidget* control, int overhang)
 {
     QWidget* const row = addEmptyRow(0);
-    row->layout()->setContentsMargins(rowPadding, 0, rowPadding - overhang, 0);
+    row->layout()->setContentsMargins(formRowPadding, 0, formRowPadding - overhang, 0);
     auto* const name = new TextLabel{label, Theme::body(), Theme::ink(), row};
     name->setBuddy(control);
     row->layout()->addWidget(name);

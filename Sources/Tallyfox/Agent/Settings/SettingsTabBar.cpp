@@ -1,6 +1,6 @@
 #include "Tallyfox/Agent/Settings/SettingsTabBar.h"
 
-#include "Tallyfox/Agent/Controls/FocusRing.h"
+#include "Tallyfox/Agent/Controls/Painting.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 
 #include <QAccessible>
@@ -17,9 +17,9 @@ constexpr int smallestTabWidth = 96;
 constexpr int titlePadding = 14; ///< at each side
 constexpr int gap = 2; ///< at each side of a tab
 constexpr int symbolTop = 8;
-constexpr int symbolSide = 20;
+constexpr int tabSymbolSide = 20;
 constexpr int titleTop = 30;
-constexpr double radius = 8;
+constexpr double tabRadius = 8;
 
 } // namespace
 
@@ -81,11 +81,11 @@ void SettingsTabBar::paintTab(QPainter& painter, int index) const
     if (isCurrent) {
         painter.setPen(Qt::NoPen);
         painter.setBrush(Theme::surfaceStrong());
-        painter.drawRoundedRect(frame, radius, radius);
+        painter.drawRoundedRect(frame, tabRadius, tabRadius);
     }
     const QColor& color = isCurrent ? Theme::accent() : Theme::muted();
-    const QRectF symbol(frame.left() + (frame.width() - symbolSide) / 2.0, frame.top() + symbolTop, symbolSide,
-                        symbolSide);
+    const QRectF symbol(frame.left() + (frame.width() - tabSymbolSide) / 2.0, frame.top() + symbolTop, tabSymbolSide,
+                        tabSymbolSide);
     drawSymbol(painter, m_symbols.at(static_cast<std::size_t>(index)), symbol, color);
     painter.setFont(font());
     painter.setPen(isCurrent ? Theme::ink() : Theme::muted());
@@ -94,7 +94,7 @@ void SettingsTabBar::paintTab(QPainter& painter, int index) const
         flags |= Qt::TextHideMnemonic;
     painter.drawText(frame.adjusted(0, titleTop, 0, 0), flags, tabText(index));
     if (isCurrent && showsFocus(*this))
-        paintFocusRing(painter, frame, radius);
+        paintFocusRing(painter, frame, tabRadius);
 }
 
 } // namespace tallyfox

@@ -1,6 +1,6 @@
 #include "Tallyfox/Agent/Settings/SettingsView.h"
 
-#include "Tallyfox/Agent/Controls/Divider.h"
+#include "Tallyfox/Agent/Controls/Card.h"
 #include "Tallyfox/Agent/Settings/AboutSettingsView.h"
 #include "Tallyfox/Agent/Settings/AccountSettingsView.h"
 #include "Tallyfox/Agent/Settings/GeneralSettingsView.h"

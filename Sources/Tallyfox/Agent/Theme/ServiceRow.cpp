@@ -2,7 +2,7 @@
 
 #include "Tallyfox/Agent/Theme/ProviderPresentation.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
-#include "Tallyfox/Agent/Theme/TranslatedText.h"
+#include "Tallyfox/Agent/Theme/Translations.h"
 
 #include <QCoreApplication>
 

@@ -7,6 +7,7 @@
 #include <QTranslator>
 
 #include <memory>
+#include <string>
 
 namespace tallyfox {
 
@@ -52,6 +53,11 @@ QString translatedLanguage(const QStringList& languages)
             return code;
     }
     return {};
+}
+
+QString translatedText(std::string_view text)
+{
+    return QCoreApplication::translate("UsageStore", std::string{text}.c_str());
 }
 
 } // namespace tallyfox

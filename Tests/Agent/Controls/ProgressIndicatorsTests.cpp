@@ -1,7 +1,6 @@
 #include "Support/Agent/Widgets.h"
 #include "Support/SpinUntil.h"
-#include "Tallyfox/Agent/Controls/ActivityIndicator.h"
-#include "Tallyfox/Agent/Controls/UsageBar.h"
+#include "Tallyfox/Agent/Controls/ProgressIndicators.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 
 #include <gtest/gtest.h>
