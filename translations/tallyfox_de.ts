@@ -280,21 +280,6 @@
     </message>
 </context>
 <context>
-    <name>tallyfox::DashboardSummary</name>
-    <message>
-        <source>Today Tokens</source>
-        <translation>Tokens heute</translation>
-    </message>
-    <message>
-        <source>30D Total</source>
-        <translation>Summe 30&#xa0;T</translation>
-    </message>
-    <message>
-        <source>Est. cost</source>
-        <translation>Kosten (ca.)</translation>
-    </message>
-</context>
-<context>
     <name>tallyfox::DashboardView</name>
     <message>
         <source>Range</source>
@@ -311,6 +296,18 @@
     <message>
         <source>6M</source>
         <translation>6&#xa0;M</translation>
+    </message>
+    <message>
+        <source>Today Tokens</source>
+        <translation>Tokens heute</translation>
+    </message>
+    <message>
+        <source>30D Total</source>
+        <translation>Summe 30&#xa0;T</translation>
+    </message>
+    <message>
+        <source>Est. cost</source>
+        <translation>Kosten (ca.)</translation>
     </message>
     <message>
         <source>Token Dashboard</source>
@@ -396,25 +393,6 @@
     </message>
 </context>
 <context>
-    <name>tallyfox::HomeAccessInvitation</name>
-    <message>
-        <source>Enable 30-day usage</source>
-        <translation>30-Tage-Nutzung aktivieren</translation>
-    </message>
-    <message>
-        <source>Opens a folder picker for your home folder</source>
-        <translation>Öffnet eine Ordnerauswahl für Ihren persönlichen Ordner</translation>
-    </message>
-    <message>
-        <source>Allow read-only access to Claude and Codex usage metadata</source>
-        <translation>Nur-Lese-Zugriff auf Nutzungsmetadaten von Claude und Codex erlauben</translation>
-    </message>
-    <message>
-        <source>Allow Access</source>
-        <translation>Erlauben</translation>
-    </message>
-</context>
-<context>
     <name>tallyfox::NotificationSettingsView</name>
     <message>
         <source>%1 threshold</source>
@@ -451,12 +429,32 @@
 <context>
     <name>tallyfox::OverviewView</name>
     <message>
+        <source>Enable 30-day usage</source>
+        <translation>30-Tage-Nutzung aktivieren</translation>
+    </message>
+    <message>
+        <source>Opens a folder picker for your home folder</source>
+        <translation>Öffnet eine Ordnerauswahl für Ihren persönlichen Ordner</translation>
+    </message>
+    <message>
+        <source>Allow read-only access to Claude and Codex usage metadata</source>
+        <translation>Nur-Lese-Zugriff auf Nutzungsmetadaten von Claude und Codex erlauben</translation>
+    </message>
+    <message>
+        <source>Allow Access</source>
+        <translation>Erlauben</translation>
+    </message>
+    <message>
         <source>Open Token Dashboard</source>
         <translation>Token-Dashboard öffnen</translation>
     </message>
 </context>
 <context>
-    <name>tallyfox::PopoverHeader</name>
+    <name>tallyfox::PopoverView</name>
+    <message>
+        <source>View</source>
+        <translation>Ansicht</translation>
+    </message>
     <message>
         <source>Keep Mac Awake</source>
         <translation>Computer wach halten</translation>
@@ -472,13 +470,6 @@
     <message>
         <source>Connect Services</source>
         <translation>Dienste verbinden</translation>
-    </message>
-</context>
-<context>
-    <name>tallyfox::PopoverView</name>
-    <message>
-        <source>View</source>
-        <translation>Ansicht</translation>
     </message>
 </context>
 <context>

@@ -170,11 +170,13 @@ TEST(MetricRow, longValueIsCutInsideTheRowAndWholeForAScreenReader)
     row.resize(370, row.sizeHint().height());
     row.show();
     settle();
-    EXPECT_FALSE(row.metrics().at(0)->value().isElided());
-    EXPECT_TRUE(row.metrics().at(1)->value().isElided());
-    EXPECT_FALSE(row.metrics().at(2)->value().isElided());
-    EXPECT_LE(row.metrics().at(2)->geometry().right(), 369);
-    EXPECT_EQ(row.metrics().at(1)->value().text(), longText());
+    const auto labels = row.findChildren<TextLabel*>(); // of each metric, the title and the value
+    ASSERT_EQ(labels.size(), 6);
+    EXPECT_FALSE(labels[1]->isElided());
+    EXPECT_TRUE(labels[3]->isElided());
+    EXPECT_FALSE(labels[5]->isElided());
+    EXPECT_LE(row.findChildren<Metric*>().at(2)->geometry().right(), 369);
+    EXPECT_EQ(labels[3]->text(), longText());
 }
 
 TEST(MetricRow, changedTextMovesTheColumns)
@@ -184,10 +186,11 @@ TEST(MetricRow, changedTextMovesTheColumns)
     row.setMetric(1, QStringLiteral("Source"), QStringLiteral("2"));
     row.resize(210, row.sizeHint().height());
     row.show();
-    EXPECT_EQ(row.metrics().at(1)->x(), 110);
+    const Metric& second = *row.findChildren<Metric*>().at(1);
+    EXPECT_EQ(second.x(), 110);
     row.setMetric(1, QStringLiteral("Source"), QStringLiteral("Showing last successful"));
     settle();
-    EXPECT_LT(row.metrics().at(1)->x(), 110);
+    EXPECT_LT(second.x(), 110);
 }
 
 } // namespace

@@ -5,7 +5,6 @@
 #include "Tallyfox/Agent/Controls/Card.h"
 #include "Tallyfox/Agent/Controls/SegmentedPicker.h"
 #include "Tallyfox/Agent/Controls/TextLabel.h"
-#include "Tallyfox/Agent/Popover/DashboardSummary.h"
 #include "Tallyfox/Agent/Popover/DashboardView.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 
@@ -22,12 +21,39 @@ template <class Widget> Widget& only(QWidget& view)
     return *found.front();
 }
 
+/// The card with the three sums.
+QWidget& summaryOf(QWidget& view)
+{
+    for (Card* card : view.findChildren<Card*>()) {
+        if (!qobject_cast<TitledCard*>(card))
+            return *card;
+    }
+    throw std::logic_error{"no summary"};
+}
+
 std::vector<std::string> textsOf(QWidget& view)
 {
     std::vector<std::string> texts;
     for (const TextLabel* label : view.findChildren<TextLabel*>())
         texts.push_back(label->text().toStdString());
     return texts;
+}
+
+/// "Nov 21, 2026: 1.2K" for each cell.
+std::vector<std::string> cellsOf(QWidget& view)
+{
+    std::vector<std::string> names;
+    for (const AccessibleElement& cell : only<HeatMap>(view).accessibleElements())
+        names.push_back(cell.name.toStdString());
+    return names;
+}
+
+/// The colour that a cell is drawn in, in its middle.
+QRgb cellColor(QWidget& view, std::size_t index)
+{
+    auto& map = only<HeatMap>(view);
+    map.resize(map.sizeHint());
+    return pixelOf(map, HeatMap::cellFrame(index).center());
 }
 
 UsageSnapshot bothProviders()
@@ -39,17 +65,17 @@ TEST(DashboardView, withoutStatesSumsAreZeroAndNothingIsDrawn)
 {
     DashboardView view;
     view.setUsage(dailySnapshotOf({}));
-    EXPECT_THAT(textsOf(only<DashboardSummary>(view)),
+    EXPECT_THAT(textsOf(summaryOf(view)),
                 testing::ElementsAre("0", "Today Tokens", "0", "30D Total", "$0.00", "Est. cost"));
     EXPECT_TRUE(only<StackedBarChart>(view).data().days.empty());
-    EXPECT_TRUE(only<HeatMap>(view).cells().empty());
+    EXPECT_TRUE(cellsOf(view).empty());
 }
 
 TEST(DashboardView, sumsAreThoseOfBothProviders)
 {
     DashboardView view;
     view.setUsage(bothProviders());
-    EXPECT_THAT(textsOf(only<DashboardSummary>(view)),
+    EXPECT_THAT(textsOf(summaryOf(view)),
                 testing::ElementsAre("1.2K", "Today Tokens", "37.0K", "30D Total", "$0.11", "Est. cost"));
 }
 
@@ -70,14 +96,14 @@ TEST(DashboardView, rangeChangesTheChartAlone)
 {
     DashboardView view;
     view.setUsage(bothProviders());
-    const auto texts = textsOf(only<DashboardSummary>(view));
-    const auto cells = only<HeatMap>(view).cells();
+    const auto texts = textsOf(summaryOf(view));
+    const auto cells = cellsOf(view);
     only<SegmentedPicker>(view).setCurrentIndex(2);
     EXPECT_EQ(only<StackedBarChart>(view).data().days.size(), 180U);
     only<SegmentedPicker>(view).setCurrentIndex(0);
     EXPECT_EQ(only<StackedBarChart>(view).data().days.size(), 7U);
-    EXPECT_EQ(textsOf(only<DashboardSummary>(view)), texts);
-    EXPECT_EQ(only<HeatMap>(view).cells(), cells);
+    EXPECT_EQ(textsOf(summaryOf(view)), texts);
+    EXPECT_EQ(cellsOf(view), cells);
     EXPECT_EQ(cells.size(), 365U);
 }
 
@@ -97,16 +123,18 @@ TEST(DashboardView, publicationRedrawsEverything)
     DashboardView view;
     view.setUsage(dailySnapshotOf({}));
     view.setUsage(bothProviders());
-    EXPECT_EQ(textsOf(only<DashboardSummary>(view)).front(), "1.2K");
-    EXPECT_EQ(only<HeatMap>(view).cells().back(), (HeatCell{QDate{2026, 11, 21}, 1'234, 1.0}));
+    EXPECT_EQ(textsOf(summaryOf(view)).front(), "1.2K");
+    EXPECT_EQ(cellsOf(view).back(), "Nov 21, 2026: 1.2K");
+    EXPECT_EQ(cellColor(view, 364), Theme::accent().rgb());
 }
 
 TEST(DashboardView, allDaysZeroAreFaintCells)
 {
     DashboardView view;
     view.setUsage(dailySnapshotOf({evenState(Provider::claude, 0), evenState(Provider::codex, 0)}));
-    for (const HeatCell& cell : only<HeatMap>(view).cells())
-        EXPECT_EQ(cell.opacity, 0.08);
+    ASSERT_EQ(cellsOf(view).size(), 365U);
+    for (const std::size_t cell : {0U, 180U, 364U})
+        EXPECT_TRUE(isNear(cellColor(view, cell), over(Theme::canvas(), Theme::accent(), 0.08))) << cell;
 }
 
 TEST(DashboardView, firstProviderWithoutDaysLeavesTheHeatMapEmpty)
@@ -114,7 +142,7 @@ TEST(DashboardView, firstProviderWithoutDaysLeavesTheHeatMapEmpty)
     ProviderState empty;
     DashboardView view;
     view.setUsage(dailySnapshotOf({empty, evenState(Provider::codex, 3)}));
-    EXPECT_TRUE(only<HeatMap>(view).cells().empty());
+    EXPECT_TRUE(cellsOf(view).empty());
 }
 
 TEST(DashboardView, partsStandBelowEachOtherInsideThePadding)
@@ -125,7 +153,7 @@ TEST(DashboardView, partsStandBelowEachOtherInsideThePadding)
     view.show();
     const auto cards = view.findChildren<TitledCard*>();
     ASSERT_EQ(cards.size(), 2);
-    const std::vector<QWidget*> parts{&only<SegmentedPicker>(view), &only<DashboardSummary>(view), cards[0], cards[1]};
+    const std::vector<QWidget*> parts{&only<SegmentedPicker>(view), &summaryOf(view), cards[0], cards[1]};
     int top = Theme::tabPadding;
     for (const QWidget* part : parts) {
         EXPECT_EQ(part->geometry().top(), top);
@@ -146,7 +174,7 @@ TEST(DashboardView, figuresHaveEqualSharesAroundDividersOfThirtyFour)
         {dailyState(Provider::claude, [](int daysAgo) { return daysAgo == 0 ? 1 : 999'999'999'999; })}));
     view.resize(Theme::popoverWidth, view.sizeHint().height());
     view.show();
-    DashboardSummary& summary = only<DashboardSummary>(view);
+    QWidget& summary = summaryOf(view);
     const auto labels = summary.findChildren<TextLabel*>();
     EXPECT_NEAR(labels[0]->parentWidget()->width(), labels[2]->parentWidget()->width(), 1);
     EXPECT_NEAR(labels[0]->parentWidget()->width(), labels[4]->parentWidget()->width(), 1);
@@ -154,10 +182,12 @@ TEST(DashboardView, figuresHaveEqualSharesAroundDividersOfThirtyFour)
     EXPECT_EQ(labels[0]->font(), Theme::headline());
     EXPECT_EQ(labels[1]->font(), Theme::caption2());
     EXPECT_EQ(labels[1]->color(), Theme::muted());
-    int dividers = 0;
-    for (const QFrame* child : summary.findChildren<QFrame*>(QString{}, Qt::FindDirectChildrenOnly))
-        dividers += child->size() == QSize{1, 34} ? 1 : 0;
-    EXPECT_EQ(dividers, 2);
+    const auto dividers = summary.findChildren<Divider*>();
+    ASSERT_EQ(dividers.size(), 2);
+    for (Divider* divider : dividers) {
+        EXPECT_EQ(divider->size(), QSize(1, 34));
+        EXPECT_EQ(pixelOf(*divider, {0, 33}), Theme::line().rgb());
+    }
 }
 
 TEST(DashboardView, twelveDigitCountsAreNotCutOff)

@@ -3,7 +3,6 @@
 #include "Tallyfox/Agent/Controls/ProgressIndicators.h"
 #include "Tallyfox/Agent/Controls/TextLabel.h"
 #include "Tallyfox/Agent/Controls/ToolButton.h"
-#include "Tallyfox/Agent/Popover/HomeAccessInvitation.h"
 #include "Tallyfox/Agent/Popover/OverviewView.h"
 #include "Tallyfox/Agent/Popover/ProviderCard.h"
 #include "Tallyfox/Agent/Popover/RefreshFooter.h"
@@ -46,6 +45,14 @@ protected:
         return *view.findChild<Part*>();
     }
 
+    [[nodiscard]] CardButton& invitation() const
+    {
+        const QList<CardButton*> buttons = view.findChildren<CardButton*>();
+        return **std::find_if(buttons.begin(), buttons.end(), [](CardButton* button) {
+            return accessibleName(*button) == QStringLiteral("Enable 30-day usage");
+        });
+    }
+
     [[nodiscard]] CardButton& trendButton() const
     {
         return *qobject_cast<CardButton*>(part<TrendCard>().parentWidget());
@@ -68,7 +75,7 @@ UsageSnapshot nothingYet()
 TEST_F(OverviewViewTest, withoutAccessAndStatesItInvitesAboveAnEmptyTrend)
 {
     show(nothingYet());
-    EXPECT_TRUE(part<HomeAccessInvitation>().isVisible());
+    EXPECT_TRUE(invitation().isVisible());
     EXPECT_TRUE(part<TrendCard>().isVisible());
     EXPECT_EQ(view.findChild<ProviderCard*>(), nullptr);
     EXPECT_TRUE(shows("Not updated"));
@@ -81,15 +88,13 @@ TEST_F(OverviewViewTest, invitationSaysWhatItIsFor)
     EXPECT_TRUE(shows("Enable 30-day usage"));
     EXPECT_TRUE(shows("Allow read-only access to Claude and Codex usage metadata"));
     EXPECT_TRUE(shows("Allow Access"));
-    EXPECT_EQ(accessibleDescription(part<HomeAccessInvitation>()),
-              QStringLiteral("Opens a folder picker for your home folder"));
-    EXPECT_FALSE(accessibleName(part<HomeAccessInvitation>()).isEmpty());
+    EXPECT_EQ(accessibleDescription(invitation()), QStringLiteral("Opens a folder picker for your home folder"));
 }
 
 TEST_F(OverviewViewTest, invitationAsksForHomeAccess)
 {
     show(nothingYet());
-    click(part<HomeAccessInvitation>());
+    click(invitation());
     EXPECT_EQ(requests, std::vector<std::string>{"home access"});
 }
 
@@ -97,7 +102,7 @@ TEST_F(OverviewViewTest, grantedAccessTakesTheInvitationAway)
 {
     show(nothingYet());
     show(snapshotOf({}));
-    EXPECT_FALSE(part<HomeAccessInvitation>().isVisible());
+    EXPECT_FALSE(invitation().isVisible());
 }
 
 TEST_F(OverviewViewTest, eachStateHasACardInTheOrderOfTheStore)
@@ -152,7 +157,7 @@ TEST_F(OverviewViewTest, refreshButtonAsksForARefresh)
 {
     show(snapshotOf({}));
     EXPECT_EQ(accessibleName(refreshButton()), QStringLiteral("Refresh"));
-    EXPECT_EQ(refreshButton().symbol(), Symbol::arrowClockwise);
+    EXPECT_TRUE(showsSymbol(refreshButton(), Symbol::arrowClockwise));
     click(refreshButton());
     EXPECT_EQ(requests, std::vector<std::string>{"refresh"});
 }
@@ -163,11 +168,11 @@ TEST_F(OverviewViewTest, runningRefreshPutsTheIndicatorInThePlaceOfTheButton)
     snapshot.isRefreshing = true;
     show(snapshot);
     EXPECT_FALSE(refreshButton().isVisible());
-    EXPECT_TRUE(part<ActivityIndicator>().isTurning());
+    EXPECT_TRUE(part<ActivityIndicator>().isVisible());
     snapshot.isRefreshing = false;
     show(snapshot);
     EXPECT_TRUE(refreshButton().isVisible());
-    EXPECT_FALSE(part<ActivityIndicator>().isTurning());
+    EXPECT_FALSE(part<ActivityIndicator>().isVisible());
 }
 
 TEST_F(OverviewViewTest, focusOnTheRefreshButtonOutlivesTheRefresh)

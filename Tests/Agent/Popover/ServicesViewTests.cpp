@@ -1,8 +1,8 @@
 #include "Agent/Popover/ProviderStates.h"
 #include "Support/Agent/Widgets.h"
+#include "Tallyfox/Agent/Controls/Card.h"
 #include "Tallyfox/Agent/Controls/PushButton.h"
 #include "Tallyfox/Agent/Controls/TextLabel.h"
-#include "Tallyfox/Agent/Popover/ServiceRowView.h"
 #include "Tallyfox/Agent/Popover/ServicesView.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 
@@ -14,11 +14,24 @@
 namespace tallyfox::test {
 namespace {
 
-/// From top to bottom.
-std::vector<ServiceRowView*> rowsOf(const QWidget& view)
+struct RowLabels {
+    const TextLabel* name;
+    const TextLabel* detail;
+    const TextLabel* status;
+};
+
+RowLabels labelsOf(const QWidget& row)
 {
-    const auto found = view.findChildren<ServiceRowView*>();
-    std::vector<ServiceRowView*> rows{found.begin(), found.end()};
+    const auto labels = row.findChildren<TextLabel*>();
+    EXPECT_EQ(labels.size(), 3);
+    return {labels.at(0), labels.at(1), labels.at(2)};
+}
+
+/// One service is one card. From top to bottom.
+std::vector<Card*> rowsOf(const QWidget& view)
+{
+    const auto found = view.findChildren<Card*>();
+    std::vector<Card*> rows{found.begin(), found.end()};
     std::sort(rows.begin(), rows.end(), [](auto* one, auto* other) { return one->y() < other->y(); });
     return rows;
 }
@@ -28,8 +41,8 @@ std::vector<std::string> namesOf(ServicesView& view)
     view.resize(Theme::popoverWidth, view.sizeHint().height());
     view.show();
     std::vector<std::string> names;
-    for (const ServiceRowView* row : rowsOf(view))
-        names.push_back(row->row().name.toStdString());
+    for (const Card* row : rowsOf(view))
+        names.push_back(labelsOf(*row).name->text().toStdString());
     return names;
 }
 
@@ -82,7 +95,7 @@ TEST(ServicesView, rowsFollowThePublicationsAndStayTheSameWidgets)
     const auto rows = rowsOf(view);
     view.setUsage(bothProviders(SourceHealth::unavailable, SourceHealth::connected));
     EXPECT_EQ(rowsOf(view), rows);
-    EXPECT_EQ(rows[0]->row().status, QStringLiteral("Unavailable"));
+    EXPECT_EQ(labelsOf(*rows[0]).status->text(), QStringLiteral("Unavailable"));
     view.setUsage(dailySnapshotOf({evenState(Provider::codex, 1)}));
     EXPECT_THAT(namesOf(view), testing::ElementsAre("Codex", "Gemini", "Windsurf"));
 }
@@ -144,46 +157,47 @@ TEST(ServicesView, noTextIsCutOffAtTheWidthOfThePopover)
               button(view, QStringLiteral("Sync Accounts")).sizeHint().width());
 }
 
-TEST(ServiceRowView, textsHaveTheirFontsAndColours)
+TEST(ServicesView, textsOfARowHaveTheirFontsAndColours)
 {
-    ServiceRowView row;
-    row.setRow(stagedServiceRows()[0]);
-    const auto labels = row.findChildren<TextLabel*>();
-    ASSERT_EQ(labels.size(), 3);
-    EXPECT_EQ(labels[0]->font().weight(), QFont::Medium);
-    EXPECT_EQ(labels[0]->font().pixelSize(), Theme::body().pixelSize());
-    EXPECT_EQ(labels[1]->font(), Theme::caption());
-    EXPECT_EQ(labels[1]->color(), Theme::muted());
-    EXPECT_EQ(labels[2]->font(), Theme::caption2());
-    EXPECT_EQ(labels[2]->color(), Theme::muted());
+    ServicesView view;
+    const auto [name, detail, status] = labelsOf(*rowsOf(view).front());
+    EXPECT_EQ(name->font().weight(), QFont::Medium);
+    EXPECT_EQ(name->font().pixelSize(), Theme::body().pixelSize());
+    EXPECT_EQ(detail->font(), Theme::caption());
+    EXPECT_EQ(detail->color(), Theme::muted());
+    EXPECT_EQ(status->font(), Theme::caption2());
+    EXPECT_EQ(status->color(), Theme::muted());
 }
 
-TEST(ServiceRowView, statusTakesTheColourOfTheRow)
+TEST(ServicesView, statusTakesTheColourOfTheHealth)
 {
-    ServiceRowView row;
-    ProviderState state = evenState(Provider::codex, 1);
-    state.health = SourceHealth::connected;
-    row.setRow(serviceRow(state));
-    EXPECT_EQ(row.findChildren<TextLabel*>()[2]->text(), QStringLiteral("Connected"));
-    EXPECT_EQ(row.findChildren<TextLabel*>()[2]->color(), Theme::success());
-    row.setRow(stagedServiceRows()[0]);
-    EXPECT_EQ(row.findChildren<TextLabel*>()[2]->color(), Theme::muted());
+    ServicesView view;
+    view.setUsage(bothProviders(SourceHealth::connected, SourceHealth::unavailable));
+    view.resize(Theme::popoverWidth, view.sizeHint().height());
+    view.show();
+    const auto rows = rowsOf(view);
+    EXPECT_EQ(labelsOf(*rows[0]).status->text(), QStringLiteral("Connected"));
+    EXPECT_EQ(labelsOf(*rows[0]).status->color(), Theme::success());
+    view.setUsage(bothProviders(SourceHealth::unavailable, SourceHealth::unavailable));
+    EXPECT_EQ(labelsOf(*rows[0]).status->color(), Theme::muted());
 }
 
-TEST(ServiceRowView, longDetailTakesASecondLineInsteadOfTheStatusPlace)
+TEST(ServicesView, longDetailTakesASecondLineInsteadOfTheStatusPlace)
 {
-    ServiceRowView row;
-    ServiceRow content = stagedServiceRows()[0];
-    row.setRow(content);
-    const int height = row.heightForWidth(396);
-    content.detail =
-        QStringLiteral("A sentence of a language that needs half as many words again as English does for it");
-    row.setRow(content);
-    row.layout()->activate(); // as the event loop does before the row is next drawn
-    EXPECT_GT(row.heightForWidth(396), height);
-    row.resize(396, row.heightForWidth(396));
-    row.show();
-    EXPECT_FALSE(row.findChildren<TextLabel*>()[2]->isElided());
+    ServicesView view;
+    UsageSnapshot snapshot = dailySnapshotOf({evenState(Provider::claude, 1)});
+    snapshot.states[0].detail = "short";
+    view.setUsage(snapshot);
+    view.resize(Theme::popoverWidth, view.sizeHint().height());
+    view.show();
+    Card& row = *rowsOf(view).front();
+    const int height = row.height();
+    snapshot.states[0].detail = "A sentence of a language that needs half as many words again as English does for it";
+    view.setUsage(snapshot);
+    view.resize(Theme::popoverWidth, 2 * view.height());
+    settle();
+    EXPECT_GT(row.height(), height);
+    EXPECT_FALSE(labelsOf(row).status->isElided());
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "Support/Agent/Widgets.h"
 
 #include "Support/SpinUntil.h"
+#include "Tallyfox/Agent/Controls/ToolButton.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 
 #include <QApplication>
@@ -132,6 +133,13 @@ bool shows(QWidget& widget, const QColor& color)
         }
     }
     return false;
+}
+
+bool showsSymbol(QWidget& button, Symbol symbol, const QColor& color)
+{
+    ToolButton expected{symbol, {}};
+    expected.setSymbol(symbol, color);
+    return drawn(button) == drawn(expected);
 }
 
 bool isNear(QRgb one, QRgb other)

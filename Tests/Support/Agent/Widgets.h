@@ -1,5 +1,8 @@
 #pragma once
 
+#include "Tallyfox/Agent/Theme/Symbol.h"
+#include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
+
 #include <QAccessible>
 #include <QColor>
 #include <QImage>
@@ -43,6 +46,8 @@ QImage drawnOnCard(QWidget& widget, double scale = 1);
 QRgb pixelOf(QWidget& widget, QPoint position);
 /// Whether any pixel of `widget` has exactly this colour.
 bool shows(QWidget& widget, const QColor& color);
+/// Whether `button` is drawn as a tool button at rest with this symbol.
+bool showsSymbol(QWidget& button, Symbol symbol, const QColor& color = Theme::ink());
 /// Whether two colours differ by no more than rounding does.
 bool isNear(QRgb one, QRgb other);
 /// What `color` at an opacity looks like on `background`.

@@ -1,6 +1,6 @@
 #include "Tallyfox/Agent/Charts/Chart.h"
 
-#include "Tallyfox/Agent/Theme/DayFormat.h"
+#include "Tallyfox/Agent/Theme/DateFormats.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 #include "Tallyfox/Engine/CommandLine/TokenText.h"
 #include "TallyfoxCore/Usage/TokenSum.h"

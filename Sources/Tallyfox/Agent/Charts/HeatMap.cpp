@@ -1,7 +1,7 @@
 #include "Tallyfox/Agent/Charts/HeatMap.h"
 
 #include "Tallyfox/Agent/Controls/Painting.h"
-#include "Tallyfox/Agent/Theme/DayFormat.h"
+#include "Tallyfox/Agent/Theme/DateFormats.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 #include "Tallyfox/Engine/CommandLine/TokenText.h"
 
@@ -49,11 +49,6 @@ void HeatMap::setCells(std::vector<HeatCell> cells)
         updateGeometry();
     accessibleElementsChanged(*this);
     update();
-}
-
-const std::vector<HeatCell>& HeatMap::cells() const
-{
-    return m_cells;
 }
 
 QRect HeatMap::cellFrame(std::size_t index)

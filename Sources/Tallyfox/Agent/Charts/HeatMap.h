@@ -35,7 +35,6 @@ public:
 
     /// Draws `cells` from now on; the widget is as high as they need. The same cells once more change nothing.
     void setCells(std::vector<HeatCell> cells);
-    [[nodiscard]] const std::vector<HeatCell>& cells() const;
 
     /// Where a cell is drawn.
     [[nodiscard]] static QRect cellFrame(std::size_t index);

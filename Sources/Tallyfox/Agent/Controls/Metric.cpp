@@ -37,16 +37,6 @@ void Metric::setMetric(const QString& title, const QString& value)
     m_value->setAccessibleDescription(title);
 }
 
-const TextLabel& Metric::title() const
-{
-    return *m_title;
-}
-
-const TextLabel& Metric::value() const
-{
-    return *m_value;
-}
-
 std::vector<int> columnWidths(const std::vector<int>& wishes, int available)
 {
     const int count = static_cast<int>(wishes.size());
@@ -85,11 +75,6 @@ MetricRow::MetricRow(int count, QWidget* parent)
 void MetricRow::setMetric(int index, const QString& title, const QString& value)
 {
     m_metrics.at(static_cast<std::size_t>(index))->setMetric(title, value);
-}
-
-const std::vector<Metric*>& MetricRow::metrics() const
-{
-    return m_metrics;
 }
 
 QSize MetricRow::sizeHint() const

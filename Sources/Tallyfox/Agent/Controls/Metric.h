@@ -18,9 +18,6 @@ public:
 
     void setMetric(const QString& title, const QString& value);
 
-    [[nodiscard]] const TextLabel& title() const;
-    [[nodiscard]] const TextLabel& value() const;
-
 private:
     TextLabel* m_title;
     TextLabel* m_value;
@@ -38,7 +35,6 @@ public:
     explicit MetricRow(int count, QWidget* parent = nullptr);
 
     void setMetric(int index, const QString& title, const QString& value);
-    [[nodiscard]] const std::vector<Metric*>& metrics() const;
 
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;

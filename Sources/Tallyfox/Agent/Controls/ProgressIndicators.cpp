@@ -75,11 +75,6 @@ ActivityIndicator::ActivityIndicator(const QString& name, QWidget* parent)
     setAccessibleName(name);
 }
 
-bool ActivityIndicator::isTurning() const
-{
-    return m_turn.isActive();
-}
-
 QSize ActivityIndicator::sizeHint() const
 {
     return {side, side};

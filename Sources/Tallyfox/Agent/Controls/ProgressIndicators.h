@@ -38,8 +38,6 @@ public:
     /// `name` tells a screen reader what is going on.
     explicit ActivityIndicator(const QString& name, QWidget* parent = nullptr);
 
-    [[nodiscard]] bool isTurning() const;
-
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
 

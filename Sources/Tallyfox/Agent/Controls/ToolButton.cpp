@@ -26,11 +26,6 @@ ToolButton::ToolButton(Symbol symbol, const QString& help, QWidget* parent)
     setAccessibleName(help);
 }
 
-Symbol ToolButton::symbol() const
-{
-    return m_symbol;
-}
-
 void ToolButton::setSymbol(Symbol symbol, const QColor& color)
 {
     if (m_symbol == symbol && m_color == color)

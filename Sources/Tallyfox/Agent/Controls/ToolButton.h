@@ -15,7 +15,6 @@ public:
 
     ToolButton(Symbol symbol, const QString& help, QWidget* parent = nullptr);
 
-    [[nodiscard]] Symbol symbol() const;
     void setSymbol(Symbol symbol, const QColor& color);
 
 protected:

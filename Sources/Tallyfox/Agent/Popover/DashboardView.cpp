@@ -4,11 +4,14 @@
 #include "Tallyfox/Agent/Charts/StackedBarChart.h"
 #include "Tallyfox/Agent/Controls/Card.h"
 #include "Tallyfox/Agent/Controls/SegmentedPicker.h"
+#include "Tallyfox/Agent/Controls/TextLabel.h"
 #include "Tallyfox/Agent/Popover/ChartPoint.h"
 #include "Tallyfox/Agent/Popover/DashboardModel.h"
-#include "Tallyfox/Agent/Popover/DashboardSummary.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
+#include "Tallyfox/Engine/CommandLine/TokenText.h"
 
+#include <QHBoxLayout>
+#include <QLocale>
 #include <QVBoxLayout>
 
 #include <array>
@@ -19,6 +22,38 @@ namespace {
 
 constexpr std::array<std::int64_t, 3> ranges{7, 30, 180}; // days, in the order of the picker
 constexpr int firstRange = 1;
+constexpr int summaryHeightPadding = 12; // above and below the sums
+constexpr int summaryPadding = 6; // beside and between them
+constexpr int figureSpacing = 3; // between a sum and its title
+constexpr int dividerHeight = 34;
+
+TextLabel* centeredLabel(const QString& text, const QFont& font, const QColor& color, QWidget* parent)
+{
+    auto* label = new TextLabel{text, font, color, parent};
+    label->setAlignment(Qt::AlignCenter);
+    return label;
+}
+
+/// Returns the label of the sum itself, above that of its title.
+TextLabel* addFigure(QHBoxLayout& row, const QString& title)
+{
+    QWidget* card = row.parentWidget();
+    if (row.count() > 0) {
+        auto* divider = new Divider{card, Qt::Vertical};
+        divider->setFixedHeight(dividerHeight);
+        row.addWidget(divider, 0, Qt::AlignCenter);
+    }
+    auto* figure = new QWidget{card};
+    figure->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed); // shares are equal whatever stands in them
+    auto* stack = new QVBoxLayout{figure};
+    stack->setContentsMargins(0, 0, 0, 0);
+    stack->setSpacing(figureSpacing);
+    TextLabel* value = centeredLabel({}, Theme::headline(), Theme::ink(), figure);
+    stack->addWidget(value);
+    stack->addWidget(centeredLabel(title, Theme::caption2(), Theme::muted(), figure));
+    row.addWidget(figure, 1);
+    return value;
+}
 
 std::vector<HeatCell> heatCells(const UsageSnapshot& snapshot)
 {
@@ -35,69 +70,72 @@ std::vector<HeatCell> heatCells(const UsageSnapshot& snapshot)
 
 } // namespace
 
-class DashboardView::Private {
-public:
-    explicit Private(DashboardView& view)
-        : m_range(new SegmentedPicker{tr("Range"), {tr("7D"), tr("30D"), tr("6M")}, &view})
-        , m_summary(new DashboardSummary{&view})
-        , m_chartCard(new TitledCard{tr("Token Dashboard"), &view})
-        , m_chart(new StackedBarChart{m_chartCard})
-        , m_heatCard(new TitledCard{tr("Year Heatmap"), &view})
-        , m_heatMap(new HeatMap{Theme::accent(), m_heatCard})
-    {
-        m_range->setCurrentIndex(firstRange);
-        m_chart->setAccessibleName(tr("Token Dashboard"));
-        m_chartCard->content().addWidget(m_chart);
-        m_heatMap->setAccessibleName(tr("Year Heatmap"));
-        m_heatCard->content().addWidget(m_heatMap);
-        layOut(view);
-        connect(m_range, &SegmentedPicker::currentIndexChanged, &view, [this] { drawChart(); });
-    }
-
-    void setUsage(const UsageSnapshot& snapshot)
-    {
-        m_snapshot = snapshot;
-        m_summary->setStates(m_snapshot.states);
-        drawChart();
-        m_heatMap->setCells(heatCells(m_snapshot));
-    }
-
-private:
-    void layOut(DashboardView& view)
-    {
-        auto* layout = new QVBoxLayout{&view};
-        layout->setContentsMargins(Theme::tabPadding, Theme::tabPadding, Theme::tabPadding, Theme::tabPadding);
-        layout->setSpacing(Theme::tabSpacing);
-        for (QWidget* part : std::array<QWidget*, 4>{m_range, m_summary, m_chartCard, m_heatCard})
-            layout->addWidget(part);
-        layout->addStretch();
-    }
-
-    void drawChart()
-    {
-        const std::int64_t range = ranges.at(static_cast<std::size_t>(m_range->currentIndex()));
-        m_chart->setData(chartContent(DashboardModel::chartPoints(m_snapshot.states, range), m_snapshot.calendar));
-    }
-
-    UsageSnapshot m_snapshot;
-    SegmentedPicker* m_range;
-    DashboardSummary* m_summary;
-    TitledCard* m_chartCard;
-    StackedBarChart* m_chart;
-    TitledCard* m_heatCard;
-    HeatMap* m_heatMap;
-};
-
 DashboardView::DashboardView(QWidget* parent)
     : TabView(parent)
-    , m(std::make_unique<Private>(*this))
-{ }
+    , m_range(new SegmentedPicker{tr("Range"), {tr("7D"), tr("30D"), tr("6M")}, this})
+{
+    m_range->setCurrentIndex(firstRange);
+    auto* layout = new QVBoxLayout{this};
+    layout->setContentsMargins(Theme::tabPadding, Theme::tabPadding, Theme::tabPadding, Theme::tabPadding);
+    layout->setSpacing(Theme::tabSpacing);
+    layout->addWidget(m_range);
+    layout->addWidget(makeSummary());
+    layout->addWidget(makeChartCard());
+    layout->addWidget(makeHeatMapCard());
+    layout->addStretch();
+    connect(m_range, &SegmentedPicker::currentIndexChanged, this, &DashboardView::drawChart);
+}
 
-DashboardView::~DashboardView() = default;
+/// Three sums side by side: the tokens of today, of 30 days, and what these might have cost.
+QWidget* DashboardView::makeSummary()
+{
+    auto* card = new Card{this};
+    auto* row = new QHBoxLayout{card};
+    row->setContentsMargins(summaryPadding, summaryHeightPadding, summaryPadding, summaryHeightPadding);
+    row->setSpacing(summaryPadding);
+    m_today = addFigure(*row, tr("Today Tokens"));
+    m_total = addFigure(*row, tr("30D Total"));
+    m_cost = addFigure(*row, tr("Est. cost"));
+    return card;
+}
+
+QWidget* DashboardView::makeChartCard()
+{
+    auto* card = new TitledCard{tr("Token Dashboard"), this};
+    m_chart = new StackedBarChart{card};
+    m_chart->setAccessibleName(tr("Token Dashboard"));
+    card->content().addWidget(m_chart);
+    return card;
+}
+
+QWidget* DashboardView::makeHeatMapCard()
+{
+    auto* card = new TitledCard{tr("Year Heatmap"), this};
+    m_heatMap = new HeatMap{Theme::accent(), card};
+    m_heatMap->setAccessibleName(tr("Year Heatmap"));
+    card->content().addWidget(m_heatMap);
+    return card;
+}
 
 void DashboardView::setUsage(const UsageSnapshot& snapshot)
 {
-    m->setUsage(snapshot);
+    m_snapshot = snapshot;
+    drawSummary();
+    drawChart();
+    m_heatMap->setCells(heatCells(m_snapshot));
+}
+
+void DashboardView::drawSummary()
+{
+    m_today->setText(tokenText(DashboardModel::todayTokens(m_snapshot.states), locale()));
+    m_total->setText(tokenText(DashboardModel::totalTokens(m_snapshot.states), locale()));
+    m_cost->setText(QString::fromStdString(DashboardModel::hypotheticalCost(m_snapshot.states)));
+}
+
+void DashboardView::drawChart()
+{
+    const std::int64_t range = ranges.at(static_cast<std::size_t>(m_range->currentIndex()));
+    m_chart->setData(chartContent(DashboardModel::chartPoints(m_snapshot.states, range), m_snapshot.calendar));
 }
 
 } // namespace tallyfox

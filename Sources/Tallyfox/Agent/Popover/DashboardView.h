@@ -2,9 +2,12 @@
 
 #include "Tallyfox/Agent/Popover/TabView.h"
 
-#include <memory>
-
 namespace tallyfox {
+
+class HeatMap;
+class SegmentedPicker;
+class StackedBarChart;
+class TextLabel;
 
 /// The second tab: three sums, the tokens of each day over a range, and the year as a heat map.
 class DashboardView : public TabView {
@@ -12,13 +15,23 @@ class DashboardView : public TabView {
 
 public:
     explicit DashboardView(QWidget* parent = nullptr);
-    ~DashboardView() override;
 
     void setUsage(const UsageSnapshot& snapshot) override;
 
 private:
-    class Private;
-    std::unique_ptr<Private> m;
+    [[nodiscard]] QWidget* makeSummary();
+    [[nodiscard]] QWidget* makeChartCard();
+    [[nodiscard]] QWidget* makeHeatMapCard();
+    void drawSummary();
+    void drawChart();
+
+    UsageSnapshot m_snapshot;
+    SegmentedPicker* m_range;
+    TextLabel* m_today = nullptr;
+    TextLabel* m_total = nullptr;
+    TextLabel* m_cost = nullptr;
+    StackedBarChart* m_chart = nullptr;
+    HeatMap* m_heatMap = nullptr;
 };
 
 } // namespace tallyfox

@@ -1,11 +1,14 @@
 #include "Tallyfox/Agent/Popover/OverviewView.h"
 
-#include "Tallyfox/Agent/Popover/HomeAccessInvitation.h"
+#include "Tallyfox/Agent/Controls/Card.h"
+#include "Tallyfox/Agent/Controls/SymbolView.h"
+#include "Tallyfox/Agent/Controls/TextLabel.h"
 #include "Tallyfox/Agent/Popover/ProviderCard.h"
 #include "Tallyfox/Agent/Popover/RefreshFooter.h"
 #include "Tallyfox/Agent/Popover/TrendCard.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 
+#include <QHBoxLayout>
 #include <QLocale>
 #include <QVBoxLayout>
 
@@ -13,83 +16,103 @@
 
 namespace tallyfox {
 
-class OverviewView::Private {
-public:
-    explicit Private(OverviewView& view)
-        : m_invitation(new HomeAccessInvitation{&view})
-        , m_cardColumn(new QVBoxLayout)
-        , m_trendButton(new CardButton{tr("Open Token Dashboard"), &view})
-        , m_trend(new TrendCard{m_trendButton})
-        , m_footer(new RefreshFooter{&view})
-    {
-        layOut(view);
-        connect(m_invitation, &CardButton::clicked, &view, &OverviewView::homeAccessRequested);
-        connect(m_trendButton, &CardButton::clicked, &view, &OverviewView::dashboardRequested);
-        connect(m_footer, &RefreshFooter::refreshRequested, &view, &OverviewView::refreshRequested);
-    }
+namespace {
 
-    void setUsage(const UsageSnapshot& snapshot, OverviewView& view)
-    {
-        m_invitation->setVisible(!snapshot.hasHomeAccess);
-        setCards(snapshot, view);
-        m_trend->setStates(snapshot.states, snapshot.calendar);
-        m_footer->setStatus(refreshStatusText(snapshot.lastUpdated, snapshot.calendar, view.locale()));
-        m_footer->setRefreshing(snapshot.isRefreshing);
-    }
+QVBoxLayout* makeTexts(const QString& title, const QString& line, QWidget* parent)
+{
+    auto* titleLabel = new TextLabel{title, Theme::headline(), Theme::ink(), parent};
+    titleLabel->setMaximumLines(2);
+    auto* lineLabel = new TextLabel{line, Theme::caption(), Theme::muted(), parent};
+    lineLabel->setMaximumLines(3);
+    auto* texts = new QVBoxLayout;
+    texts->setSpacing(1);
+    texts->addWidget(titleLabel);
+    texts->addWidget(lineLabel);
+    return texts;
+}
 
-private:
-    void layOut(OverviewView& view)
-    {
-        m_cardColumn->setSpacing(Theme::tabSpacing);
-        auto* trendLayout = new QVBoxLayout{m_trendButton};
-        trendLayout->setContentsMargins(0, 0, 0, 0);
-        trendLayout->addWidget(m_trend);
-        auto* column = new QVBoxLayout{&view};
-        column->setContentsMargins(Theme::tabPadding, Theme::tabPadding, Theme::tabPadding, Theme::tabPadding);
-        column->setSpacing(Theme::tabSpacing);
-        column->addWidget(m_invitation);
-        column->addLayout(m_cardColumn);
-        column->addWidget(m_trendButton);
-        column->addWidget(m_footer);
-        column->addStretch();
-    }
+void fill(CardButton& button, QWidget* content)
+{
+    auto* layout = new QVBoxLayout{&button};
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(content);
+}
 
-    void setCards(const UsageSnapshot& snapshot, OverviewView& view)
-    {
-        const auto isOf = [](const std::unique_ptr<ProviderCard>& card, const ProviderState& state) {
-            return card->provider() == state.provider;
-        };
-        if (!std::equal(m_cards.begin(), m_cards.end(), snapshot.states.begin(), snapshot.states.end(), isOf))
-            makeCards(snapshot.states, view);
-        for (std::size_t index = 0; index < m_cards.size(); ++index)
-            m_cards[index]->setModel(providerCardModel(snapshot.states[index], snapshot.now, view.locale()));
-    }
-
-    void makeCards(const std::vector<ProviderState>& states, OverviewView& view)
-    {
-        m_cards.clear();
-        for (const ProviderState& state : states)
-            m_cardColumn->addWidget(m_cards.emplace_back(std::make_unique<ProviderCard>(state.provider, &view)).get());
-    }
-
-    HomeAccessInvitation* m_invitation;
-    QVBoxLayout* m_cardColumn;
-    std::vector<std::unique_ptr<ProviderCard>> m_cards; ///< they end before the view does
-    CardButton* m_trendButton;
-    TrendCard* m_trend;
-    RefreshFooter* m_footer;
-};
+} // namespace
 
 OverviewView::OverviewView(QWidget* parent)
     : TabView(parent)
-    , m(std::make_unique<Private>(*this))
-{ }
+    , m_invitation(makeInvitation())
+    , m_cardColumn(new QVBoxLayout)
+{
+    m_cardColumn->setSpacing(Theme::tabSpacing);
+    auto* column = new QVBoxLayout{this};
+    column->setContentsMargins(Theme::tabPadding, Theme::tabPadding, Theme::tabPadding, Theme::tabPadding);
+    column->setSpacing(Theme::tabSpacing);
+    column->addWidget(m_invitation);
+    column->addLayout(m_cardColumn);
+    column->addWidget(makeTrendButton());
+    m_footer = new RefreshFooter{this};
+    column->addWidget(m_footer);
+    column->addStretch();
+    connect(m_footer, &RefreshFooter::refreshRequested, this, &OverviewView::refreshRequested);
+}
 
 OverviewView::~OverviewView() = default;
 
+/// Pressed, it asks for the home folder, so that the program may read the histories.
+CardButton* OverviewView::makeInvitation()
+{
+    auto* button = new CardButton{tr("Enable 30-day usage"), this};
+    button->setAccessibleDescription(tr("Opens a folder picker for your home folder"));
+    auto* card = new Card{button};
+    auto* row = new QHBoxLayout{card};
+    row->setContentsMargins(Theme::cardPadding, Theme::cardPadding, Theme::cardPadding, Theme::cardPadding);
+    row->setSpacing(10);
+    row->addWidget(
+        new IconTile{IconTile::small, Symbol::folderPlus, Theme::accent(), Theme::surfaceStrong(), card});
+    row->addLayout(
+        makeTexts(tr("Enable 30-day usage"), tr("Allow read-only access to Claude and Codex usage metadata"), card), 1);
+    row->addWidget(new TextLabel{tr("Allow Access"), Theme::system(12, QFont::DemiBold), Theme::accent(), card});
+    fill(*button, card);
+    connect(button, &CardButton::clicked, this, &OverviewView::homeAccessRequested);
+    return button;
+}
+
+CardButton* OverviewView::makeTrendButton()
+{
+    auto* button = new CardButton{tr("Open Token Dashboard"), this};
+    m_trend = new TrendCard{button};
+    fill(*button, m_trend);
+    connect(button, &CardButton::clicked, this, &OverviewView::dashboardRequested);
+    return button;
+}
+
 void OverviewView::setUsage(const UsageSnapshot& snapshot)
 {
-    m->setUsage(snapshot, *this);
+    m_invitation->setVisible(!snapshot.hasHomeAccess);
+    setCards(snapshot);
+    m_trend->setStates(snapshot.states, snapshot.calendar);
+    m_footer->setStatus(refreshStatusText(snapshot.lastUpdated, snapshot.calendar, locale()));
+    m_footer->setRefreshing(snapshot.isRefreshing);
+}
+
+void OverviewView::setCards(const UsageSnapshot& snapshot)
+{
+    const auto isOf = [](const std::unique_ptr<ProviderCard>& card, const ProviderState& state) {
+        return card->provider() == state.provider;
+    };
+    if (!std::equal(m_cards.begin(), m_cards.end(), snapshot.states.begin(), snapshot.states.end(), isOf))
+        makeCards(snapshot.states);
+    for (std::size_t index = 0; index < m_cards.size(); ++index)
+        m_cards[index]->setModel(providerCardModel(snapshot.states[index], snapshot.now, locale()));
+}
+
+void OverviewView::makeCards(const std::vector<ProviderState>& states)
+{
+    m_cards.clear();
+    for (const ProviderState& state : states)
+        m_cardColumn->addWidget(m_cards.emplace_back(std::make_unique<ProviderCard>(state.provider, this)).get());
 }
 
 } // namespace tallyfox

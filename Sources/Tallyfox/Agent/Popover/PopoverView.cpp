@@ -3,9 +3,13 @@
 #include "Tallyfox/Agent/Controls/Card.h"
 #include "Tallyfox/Agent/Controls/OverlayScrollArea.h"
 #include "Tallyfox/Agent/Controls/SegmentedPicker.h"
-#include "Tallyfox/Agent/Popover/PopoverHeader.h"
-#include "Tallyfox/Agent/Popover/TabView.h"
-#include "Tallyfox/Agent/Popover/TabViews.h"
+#include "Tallyfox/Agent/Controls/SymbolView.h"
+#include "Tallyfox/Agent/Controls/TextLabel.h"
+#include "Tallyfox/Agent/Controls/ToolButton.h"
+#include "Tallyfox/Agent/Popover/DashboardView.h"
+#include "Tallyfox/Agent/Popover/OverviewView.h"
+#include "Tallyfox/Agent/Popover/RankingView.h"
+#include "Tallyfox/Agent/Popover/ServicesView.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 
 #include <QCoreApplication>
@@ -13,10 +17,15 @@
 #include <QScrollBar>
 #include <QVBoxLayout>
 
+#include <memory>
+
 namespace tallyfox {
 
 namespace {
 
+constexpr int headerHeight = 52;
+constexpr int headerPadding = 14; // at the sides
+constexpr int headerSpacing = 10;
 constexpr int pickerPadding = 12;
 
 struct TabText {
@@ -31,97 +40,33 @@ QStringList tabLabels()
     return labels;
 }
 
-int indexOf(PopoverTab tab)
+std::unique_ptr<TabView> makeTabView(PopoverTab tab)
 {
-    return static_cast<int>(tab);
+    switch (tab) {
+    case PopoverTab::dashboard:
+        return std::make_unique<DashboardView>();
+    case PopoverTab::ranking:
+        return std::make_unique<RankingView>();
+    case PopoverTab::services:
+        return std::make_unique<ServicesView>();
+    case PopoverTab::overview:
+        break;
+    }
+    return std::make_unique<OverviewView>();
+}
+
+QVBoxLayout* makeTitle(const QString& title, const QString& subtitle, QWidget* parent)
+{
+    auto* column = new QVBoxLayout;
+    column->setSpacing(0);
+    column->addStretch();
+    column->addWidget(new TextLabel{title, Theme::headline(), Theme::ink(), parent});
+    column->addWidget(new TextLabel{subtitle, Theme::caption(), Theme::ink(), parent});
+    column->addStretch();
+    return column;
 }
 
 } // namespace
-
-class PopoverView::Private {
-public:
-    Private(PopoverView& view, PopoverTab tab)
-        : m_view(view)
-        , m_header(new PopoverHeader{&view})
-        , m_picker(new SegmentedPicker{tr("View"), tabLabels(), &view})
-        , m_content(new OverlayScrollArea{&view})
-    {
-        layOut();
-        connect(m_header, &PopoverHeader::keepAwakeToggled, &view, &PopoverView::keepAwakeToggled);
-        connect(m_header, &PopoverHeader::settingsRequested, &view, &PopoverView::settingsRequested);
-        connect(m_header, &PopoverHeader::servicesRequested, &view,
-                [this] { m_picker->setCurrentIndex(indexOf(PopoverTab::services)); });
-        m_picker->setCurrentIndex(indexOf(tab));
-        showTab();
-        connect(m_picker, &SegmentedPicker::currentIndexChanged, &view, [this] { showTab(); });
-        view.setFocusProxy(m_picker);
-    }
-
-    [[nodiscard]] PopoverTab selectedTab() const
-    {
-        return allPopoverTabs.at(static_cast<std::size_t>(m_picker->currentIndex()));
-    }
-
-    void selectTab(PopoverTab tab)
-    {
-        m_picker->setCurrentIndex(indexOf(tab));
-    }
-
-    void setUsage(const UsageSnapshot& snapshot)
-    {
-        m_snapshot = snapshot;
-        m_tab->setUsage(m_snapshot);
-    }
-
-    void setKeepsAwake(bool keepsAwake)
-    {
-        m_header->setKeepsAwake(keepsAwake);
-    }
-
-    void scroll(QAbstractSlider::SliderAction action)
-    {
-        m_content->verticalScrollBar()->triggerAction(action);
-    }
-
-private:
-    void layOut()
-    {
-        auto* pickerRow = new QHBoxLayout;
-        pickerRow->setContentsMargins(pickerPadding, pickerPadding, pickerPadding, pickerPadding);
-        pickerRow->addWidget(m_picker);
-        auto* column = new QVBoxLayout{&m_view};
-        column->setContentsMargins(0, 0, 0, 0);
-        column->setSpacing(0);
-        column->addWidget(m_header);
-        column->addWidget(new Divider{&m_view});
-        column->addLayout(pickerRow);
-        column->addWidget(new Divider{&m_view});
-        column->addWidget(m_content, 1);
-    }
-
-    /// Replaces the view by a new one of the chosen tab. Who moved in the old one by the keyboard goes on at the
-    /// picker: the old view may well be the one that asked, and takes the focus along when it goes.
-    void showTab()
-    {
-        const bool hadFocus = m_tab && m_tab->isAncestorOf(m_view.focusWidget());
-        std::unique_ptr<TabView> tab = makeTabView(selectedTab());
-        connect(tab.get(), &TabView::refreshRequested, &m_view, &PopoverView::refreshRequested);
-        connect(tab.get(), &TabView::homeAccessRequested, &m_view, &PopoverView::homeAccessRequested);
-        connect(tab.get(), &TabView::dashboardRequested, &m_view, [this] { selectTab(PopoverTab::dashboard); });
-        tab->setUsage(m_snapshot);
-        if (hadFocus)
-            m_picker->setFocus(Qt::OtherFocusReason);
-        m_tab = tab.get();
-        m_content->setWidget(tab.release()); // ends the old view
-    }
-
-    PopoverView& m_view;
-    PopoverHeader* m_header;
-    SegmentedPicker* m_picker;
-    OverlayScrollArea* m_content;
-    TabView* m_tab = nullptr;
-    UsageSnapshot m_snapshot;
-};
 
 PopoverView::PopoverView(PopoverTab selectedTab, QWidget* parent)
     : QWidget(parent)
@@ -129,38 +74,92 @@ PopoverView::PopoverView(PopoverTab selectedTab, QWidget* parent)
     setFixedSize(Theme::popoverWidth, Theme::popoverHeight);
     setPalette(Theme::palette());
     setAutoFillBackground(true);
-    m = std::make_unique<Private>(*this, selectedTab);
+    auto* column = new QVBoxLayout{this};
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(makeHeader());
+    column->addWidget(new Divider{this});
+    m_picker = new SegmentedPicker{tr("View"), tabLabels(), this};
+    auto* pickerRow = new QHBoxLayout;
+    pickerRow->setContentsMargins(pickerPadding, pickerPadding, pickerPadding, pickerPadding);
+    pickerRow->addWidget(m_picker);
+    column->addLayout(pickerRow);
+    column->addWidget(new Divider{this});
+    m_content = new OverlayScrollArea{this};
+    column->addWidget(m_content, 1);
+    setFocusProxy(m_picker);
+    selectTab(selectedTab);
+    showTab();
+    connect(m_picker, &SegmentedPicker::currentIndexChanged, this, &PopoverView::showTab);
 }
 
-PopoverView::~PopoverView() = default;
+/// The program's name, and a button each for keeping awake, settings and services.
+QWidget* PopoverView::makeHeader()
+{
+    auto* header = new QWidget{this};
+    header->setFixedHeight(headerHeight);
+    m_keepAwake =
+        new ToggleToolButton{{.off = Symbol::cupHot, .on = Symbol::cupHotFill}, tr("Keep Mac Awake"), header};
+    auto* row = new QHBoxLayout{header};
+    row->setContentsMargins(headerPadding, 0, headerPadding, 0);
+    row->setSpacing(headerSpacing);
+    row->addWidget(new IconTile{IconTile::small, Symbol::barChartFill, Theme::cream(), Theme::accent(), header});
+    row->addLayout(makeTitle(QStringLiteral("Tallyfox"), tr("Usage Overview"), header), 1);
+    auto* settings = new ToolButton{Symbol::gear, tr("Settings"), header};
+    auto* services = new ToolButton{Symbol::plus, tr("Connect Services"), header};
+    row->addWidget(m_keepAwake);
+    row->addWidget(settings);
+    row->addWidget(services);
+    connect(m_keepAwake, &ToggleToolButton::toggleRequested, this, &PopoverView::keepAwakeToggled);
+    connect(settings, &ToolButton::clicked, this, &PopoverView::settingsRequested);
+    connect(services, &ToolButton::clicked, this, [this] { selectTab(PopoverTab::services); });
+    return header;
+}
 
 PopoverTab PopoverView::selectedTab() const
 {
-    return m->selectedTab();
+    return allPopoverTabs.at(static_cast<std::size_t>(m_picker->currentIndex()));
 }
 
 void PopoverView::selectTab(PopoverTab tab)
 {
-    m->selectTab(tab);
+    m_picker->setCurrentIndex(static_cast<int>(tab));
+}
+
+/// Replaces the view by a new one of the chosen tab. A user who moved in the old one by the keyboard goes on at the
+/// picker: the old view may be the one that asked, and its focus is destroyed with it.
+void PopoverView::showTab()
+{
+    const bool hadFocus = m_tab && m_tab->isAncestorOf(focusWidget());
+    std::unique_ptr<TabView> tab = makeTabView(selectedTab());
+    connect(tab.get(), &TabView::refreshRequested, this, &PopoverView::refreshRequested);
+    connect(tab.get(), &TabView::homeAccessRequested, this, &PopoverView::homeAccessRequested);
+    connect(tab.get(), &TabView::dashboardRequested, this, [this] { selectTab(PopoverTab::dashboard); });
+    tab->setUsage(m_snapshot);
+    if (hadFocus)
+        m_picker->setFocus(Qt::OtherFocusReason);
+    m_tab = tab.get();
+    m_content->setWidget(tab.release()); // deletes the old view
 }
 
 void PopoverView::setUsage(const UsageSnapshot& snapshot)
 {
-    m->setUsage(snapshot);
+    m_snapshot = snapshot;
+    m_tab->setUsage(m_snapshot);
 }
 
 void PopoverView::setKeepsAwake(bool keepsAwake)
 {
-    m->setKeepsAwake(keepsAwake);
+    m_keepAwake->setOn(keepsAwake);
 }
 
 /// Paging works wherever the focus is: some of a tab's content has nothing to stop at.
 void PopoverView::keyPressEvent(QKeyEvent* event)
 {
     if (event->key() == Qt::Key_PageUp)
-        m->scroll(QAbstractSlider::SliderPageStepSub);
+        m_content->verticalScrollBar()->triggerAction(QAbstractSlider::SliderPageStepSub);
     else if (event->key() == Qt::Key_PageDown)
-        m->scroll(QAbstractSlider::SliderPageStepAdd);
+        m_content->verticalScrollBar()->triggerAction(QAbstractSlider::SliderPageStepAdd);
     else
         QWidget::keyPressEvent(event);
 }

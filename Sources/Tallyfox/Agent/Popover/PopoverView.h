@@ -1,13 +1,39 @@
 #pragma once
 
-#include "Tallyfox/Agent/Popover/PopoverTab.h"
 #include "Tallyfox/Engine/Store/UsageSnapshot.h"
 
 #include <QWidget>
 
-#include <memory>
+#include <array>
 
 namespace tallyfox {
+
+class OverlayScrollArea;
+class SegmentedPicker;
+class TabView;
+class ToggleToolButton;
+
+/// The tabs of the popover, in the order of the picker.
+enum class PopoverTab { overview, dashboard, ranking, services };
+
+inline constexpr std::array allPopoverTabs{PopoverTab::overview, PopoverTab::dashboard, PopoverTab::ranking,
+                                           PopoverTab::services};
+
+/// "Overview", "Dashboard", "Ranking" or "Services": also the label of its segment, before translation.
+constexpr const char* rawValue(PopoverTab tab)
+{
+    switch (tab) {
+    case PopoverTab::overview:
+        return QT_TRANSLATE_NOOP("PopoverTab", "Overview");
+    case PopoverTab::dashboard:
+        return QT_TRANSLATE_NOOP("PopoverTab", "Dashboard");
+    case PopoverTab::ranking:
+        return QT_TRANSLATE_NOOP("PopoverTab", "Ranking");
+    case PopoverTab::services:
+        return QT_TRANSLATE_NOOP("PopoverTab", "Services");
+    }
+    return "";
+}
 
 /// The content of the popover: header, tab picker, and the view of the chosen tab, in 420 by 680 logical pixels. The
 /// chosen tab stays when the popover closes. Given the focus, it hands it to the tab picker.
@@ -16,7 +42,6 @@ class PopoverView : public QWidget {
 
 public:
     explicit PopoverView(PopoverTab selectedTab, QWidget* parent = nullptr);
-    ~PopoverView() override;
 
     [[nodiscard]] PopoverTab selectedTab() const;
     /// Replaces the tab's view by a new one; does nothing when the tab is chosen already.
@@ -35,8 +60,14 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    class Private;
-    std::unique_ptr<Private> m;
+    [[nodiscard]] QWidget* makeHeader();
+    void showTab();
+
+    ToggleToolButton* m_keepAwake = nullptr;
+    SegmentedPicker* m_picker = nullptr;
+    OverlayScrollArea* m_content = nullptr;
+    TabView* m_tab = nullptr;
+    UsageSnapshot m_snapshot;
 };
 
 } // namespace tallyfox

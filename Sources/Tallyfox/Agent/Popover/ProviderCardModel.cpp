@@ -1,6 +1,6 @@
 #include "Tallyfox/Agent/Popover/ProviderCardModel.h"
 
-#include "Tallyfox/Agent/Popover/RelativeTime.h"
+#include "Tallyfox/Agent/Theme/DateFormats.h"
 #include "Tallyfox/Agent/Theme/ProviderPresentation.h"
 #include "Tallyfox/Agent/Theme/ServiceRow.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"

@@ -5,9 +5,9 @@
 #include "Tallyfox/Agent/Controls/SegmentedPicker.h"
 #include "Tallyfox/Agent/Controls/SymbolView.h"
 #include "Tallyfox/Agent/Controls/TextLabel.h"
-#include "Tallyfox/Agent/Popover/RankingModel.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 #include "Tallyfox/Engine/CommandLine/TokenText.h"
+#include "TallyfoxCore/Usage/TokenSum.h"
 
 #include <QHBoxLayout>
 #include <QLocale>
@@ -25,100 +25,99 @@ constexpr int groupSpacing = 4; // between lines that belong together
 constexpr int paragraph = 14; // between those that do not
 constexpr int buttonSpacing = 10;
 
+/// The providers' names are not translated.
+QStringList boardLabels()
+{
+    QStringList labels{RankingView::tr("Overall")};
+    for (const std::string_view board : RankingModel::boards() | std::views::drop(1))
+        labels << QString::fromUtf8(board.data(), static_cast<qsizetype>(board.size()));
+    return labels;
+}
+
+TextLabel* addLine(QVBoxLayout& layout, const QString& text, const QFont& font, const QColor& color)
+{
+    auto* label = new TextLabel{text, font, color, layout.parentWidget()};
+    label->setAlignment(Qt::AlignCenter);
+    layout.addWidget(label);
+    return label;
+}
+
 } // namespace
 
-class RankingView::Private {
-public:
-    explicit Private(RankingView& view)
-        : m_board(new SegmentedPicker{tr("Board"), boardLabels(), &view})
-        , m_panel(new Card{&view})
-        , m_total(new TextLabel{Theme::system(totalSize, QFont::DemiBold), Theme::ink(), m_panel})
-    {
-        auto* layout = new QVBoxLayout{&view};
-        layout->setContentsMargins(Theme::tabPadding, Theme::tabPadding, Theme::tabPadding, Theme::tabPadding);
-        layout->setSpacing(Theme::tabSpacing);
-        layout->addWidget(m_board);
-        layout->addWidget(m_panel);
-        fillPanel();
-        addButtons(*layout, view);
-        layout->addStretch();
-        connect(m_board, &SegmentedPicker::currentIndexChanged, &view, [this] { drawTotal(); });
-    }
+std::vector<std::string_view> RankingModel::boards()
+{
+    std::vector<std::string_view> boards{overallBoard};
+    for (const Provider provider : allProviders)
+        boards.push_back(traitsOf(provider).title);
+    boards.push_back("Gemini");
+    return boards;
+}
 
-    void setUsage(const UsageSnapshot& snapshot)
-    {
-        m_states = snapshot.states;
-        drawTotal();
+std::int64_t RankingModel::monthlyTotal(std::span<const ProviderState> states, std::string_view board)
+{
+    std::int64_t sum = 0;
+    for (const ProviderState& state : states) {
+        if (board == overallBoard || board == traitsOf(state.provider).title)
+            sum = tokenSum(sum, state.summary.totalTokens);
     }
-
-private:
-    /// The providers' names are not translated.
-    static QStringList boardLabels()
-    {
-        QStringList labels{tr("Overall")};
-        for (const std::string_view board : RankingModel::boards() | std::views::drop(1))
-            labels << QString::fromUtf8(board.data(), static_cast<qsizetype>(board.size()));
-        return labels;
-    }
-
-    void fillPanel()
-    {
-        auto* layout = new QVBoxLayout{m_panel};
-        layout->setContentsMargins(Theme::cardPadding, panelPadding, Theme::cardPadding, panelPadding);
-        layout->setSpacing(groupSpacing);
-        auto* trophy =
-            new IconTile{IconTile::disc, Symbol::trophyFill, Theme::warning(), Theme::surfaceStrong(), m_panel};
-        layout->addWidget(trophy, 0, Qt::AlignHCenter);
-        layout->addSpacing(paragraph);
-        addLine(*layout, new TextLabel{tr("No ranking yet"), Theme::title3(), Theme::ink(), m_panel});
-        layout->addSpacing(paragraph);
-        addLine(*layout, new TextLabel{tr("Monthly total"), Theme::caption(), Theme::muted(), m_panel});
-        addLine(*layout, m_total);
-        layout->addSpacing(paragraph);
-        addLine(*layout,
-                new TextLabel{tr("Ranking server is not connected"), Theme::caption(), Theme::muted(), m_panel});
-    }
-
-    static void addLine(QVBoxLayout& layout, TextLabel* label)
-    {
-        label->setAlignment(Qt::AlignCenter);
-        layout.addWidget(label);
-    }
-
-    /// Neither does anything, as there is no ranking to explain or to join.
-    static void addButtons(QVBoxLayout& layout, RankingView& view)
-    {
-        auto* row = new QHBoxLayout;
-        layout.addLayout(row);
-        row->setSpacing(buttonSpacing);
-        row->addWidget(new PushButton{tr("How it works"), ButtonStyle::bordered, &view}, 1);
-        auto* submit = new PushButton{tr("Submit My Ranking"), ButtonStyle::borderedProminent, &view};
-        submit->setEnabled(false);
-        row->addWidget(submit, 1);
-    }
-
-    void drawTotal()
-    {
-        const std::string_view board = RankingModel::boards().at(static_cast<std::size_t>(m_board->currentIndex()));
-        m_total->setText(tokenText(RankingModel::monthlyTotal(m_states, board), m_total->locale()));
-    }
-
-    std::vector<ProviderState> m_states;
-    SegmentedPicker* m_board;
-    Card* m_panel;
-    TextLabel* m_total;
-};
+    return sum;
+}
 
 RankingView::RankingView(QWidget* parent)
     : TabView(parent)
-    , m(std::make_unique<Private>(*this))
-{ }
+    , m_board(new SegmentedPicker{tr("Board"), boardLabels(), this})
+{
+    auto* layout = new QVBoxLayout{this};
+    layout->setContentsMargins(Theme::tabPadding, Theme::tabPadding, Theme::tabPadding, Theme::tabPadding);
+    layout->setSpacing(Theme::tabSpacing);
+    layout->addWidget(m_board);
+    layout->addWidget(makePanel());
+    addButtons(*layout);
+    layout->addStretch();
+    connect(m_board, &SegmentedPicker::currentIndexChanged, this, &RankingView::drawTotal);
+}
 
-RankingView::~RankingView() = default;
+Card* RankingView::makePanel()
+{
+    auto* panel = new Card{this};
+    auto* layout = new QVBoxLayout{panel};
+    layout->setContentsMargins(Theme::cardPadding, panelPadding, Theme::cardPadding, panelPadding);
+    layout->setSpacing(groupSpacing);
+    auto* trophy =
+        new IconTile{IconTile::disc, Symbol::trophyFill, Theme::warning(), Theme::surfaceStrong(), panel};
+    layout->addWidget(trophy, 0, Qt::AlignHCenter);
+    layout->addSpacing(paragraph);
+    addLine(*layout, tr("No ranking yet"), Theme::title3(), Theme::ink());
+    layout->addSpacing(paragraph);
+    addLine(*layout, tr("Monthly total"), Theme::caption(), Theme::muted());
+    m_total = addLine(*layout, {}, Theme::system(totalSize, QFont::DemiBold), Theme::ink());
+    layout->addSpacing(paragraph);
+    addLine(*layout, tr("Ranking server is not connected"), Theme::caption(), Theme::muted());
+    return panel;
+}
+
+/// Neither button does anything, as there is no ranking to explain or to join.
+void RankingView::addButtons(QVBoxLayout& layout)
+{
+    auto* row = new QHBoxLayout;
+    layout.addLayout(row);
+    row->setSpacing(buttonSpacing);
+    row->addWidget(new PushButton{tr("How it works"), ButtonStyle::bordered, this}, 1);
+    auto* submit = new PushButton{tr("Submit My Ranking"), ButtonStyle::borderedProminent, this};
+    submit->setEnabled(false);
+    row->addWidget(submit, 1);
+}
 
 void RankingView::setUsage(const UsageSnapshot& snapshot)
 {
-    m->setUsage(snapshot);
+    m_states = snapshot.states;
+    drawTotal();
+}
+
+void RankingView::drawTotal()
+{
+    const std::string_view board = RankingModel::boards().at(static_cast<std::size_t>(m_board->currentIndex()));
+    m_total->setText(tokenText(RankingModel::monthlyTotal(m_states, board), locale()));
 }
 
 } // namespace tallyfox

@@ -2,9 +2,31 @@
 
 #include "Tallyfox/Agent/Popover/TabView.h"
 
-#include <memory>
+#include <cstdint>
+#include <span>
+#include <string_view>
+#include <vector>
+
+class QVBoxLayout;
 
 namespace tallyfox {
+
+class Card;
+class SegmentedPicker;
+class TextLabel;
+
+namespace RankingModel {
+
+inline constexpr std::string_view overallBoard = "Overall";
+
+/// The boards, in the order of the picker: all providers, then one for each by its title, then one that is announced.
+std::vector<std::string_view> boards();
+
+/// The user's own tokens of the last 30 days on a board; 0 where no state has the board's title. A sum beyond 64 bits
+/// ends the program (TokenSum.h).
+std::int64_t monthlyTotal(std::span<const ProviderState> states, std::string_view board);
+
+} // namespace RankingModel
 
 /// The third tab: the user's own total for a board. No ranking server exists; its buttons do nothing.
 class RankingView : public TabView {
@@ -12,13 +34,17 @@ class RankingView : public TabView {
 
 public:
     explicit RankingView(QWidget* parent = nullptr);
-    ~RankingView() override;
 
     void setUsage(const UsageSnapshot& snapshot) override;
 
 private:
-    class Private;
-    std::unique_ptr<Private> m;
+    [[nodiscard]] Card* makePanel();
+    void addButtons(QVBoxLayout& layout);
+    void drawTotal();
+
+    std::vector<ProviderState> m_states;
+    SegmentedPicker* m_board;
+    TextLabel* m_total = nullptr;
 };
 
 } // namespace tallyfox

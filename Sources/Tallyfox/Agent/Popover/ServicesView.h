@@ -3,8 +3,14 @@
 #include "Tallyfox/Agent/Popover/TabView.h"
 
 #include <memory>
+#include <vector>
+
+class QVBoxLayout;
 
 namespace tallyfox {
+
+class PushButton;
+class TextLabel;
 
 /// The fourth tab: the services, how each does, and what to do about it.
 class ServicesView : public TabView {
@@ -17,8 +23,17 @@ public:
     void setUsage(const UsageSnapshot& snapshot) override;
 
 private:
-    class Private;
-    std::unique_ptr<Private> m;
+    class Row;
+
+    void addHeader(QVBoxLayout& layout);
+    void addRows(QVBoxLayout& layout);
+    void addFooter(QVBoxLayout& layout);
+    void drawProviders(const std::vector<ProviderState>& states);
+
+    TextLabel* m_count;
+    PushButton* m_access;
+    QVBoxLayout* m_rows = nullptr;
+    std::vector<std::unique_ptr<Row>> m_providers; ///< owned here: the number of states may fall
 };
 
 } // namespace tallyfox

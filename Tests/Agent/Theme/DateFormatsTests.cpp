@@ -1,5 +1,5 @@
 #include "Support/Moments.h"
-#include "Tallyfox/Agent/Popover/RelativeTime.h"
+#include "Tallyfox/Agent/Theme/DateFormats.h"
 
 #include <QLocale>
 #include <gtest/gtest.h>
@@ -77,6 +77,22 @@ TEST(RelativeTimeText, endsOfTimeHavePhrases)
 {
     EXPECT_EQ(told(distantFuture), "in 7,973 yr.");
     EXPECT_EQ(told(distantFuture, "en_US", distantPast), "in 9,998 yr.");
+}
+
+TEST(DayFormat, isTheAbbreviatedDateOfTheLocale)
+{
+    const QDate day{2026, 11, 15};
+    const DayFormat english{QLocale{QLocale::English, QLocale::UnitedStates}};
+    const DayFormat german{QLocale{QLocale::German, QLocale::Germany}};
+    EXPECT_EQ(english.text(day), QStringLiteral("Nov 15, 2026"));
+    EXPECT_EQ(german.text(day), QStringLiteral("15. Nov. 2026"));
+}
+
+TEST(DayFormat, firstAndLastDayOfAYearStayInIt)
+{
+    const DayFormat format{QLocale{QLocale::English, QLocale::UnitedStates}};
+    EXPECT_EQ(format.text(QDate(2026, 1, 1)), QStringLiteral("Jan 1, 2026"));
+    EXPECT_EQ(format.text(QDate(2026, 12, 31)), QStringLiteral("Dec 31, 2026"));
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "Tallyfox/Agent/Popover/RelativeTime.h"
+#include "Tallyfox/Agent/Theme/DateFormats.h"
 
 #include <QDateTime>
 #include <QLocale>
@@ -6,9 +6,12 @@
 
 #include <algorithm>
 #include <chrono>
+#include <unicode/datefmt.h>
 #include <unicode/locid.h>
 #include <unicode/numfmt.h>
 #include <unicode/reldatefmt.h>
+#include <unicode/timezone.h>
+#include <unicode/unistr.h>
 
 namespace tallyfox {
 
@@ -77,6 +80,45 @@ QString relativeTimeText(Instant moment, Instant now, const QLocale& locale)
     // Without the library's data there is no phrase in any language: the moment itself then.
     const auto seconds = std::chrono::floor<std::chrono::seconds>(moment).time_since_epoch().count();
     return locale.toString(QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC), QLocale::ShortFormat);
+}
+
+/// The toolkit's own styles are either all digits or with the month's whole name: ICU has the one between.
+class DayFormat::Pattern {
+public:
+    static std::unique_ptr<Pattern> ofLocale(const QLocale& locale)
+    {
+        UErrorCode status = U_ZERO_ERROR;
+        const icu::Locale icuLocale = icu::Locale::forLanguageTag(locale.bcp47Name().toStdString(), status);
+        auto pattern = std::make_unique<Pattern>();
+        pattern->m_format.reset(
+            icu::DateFormat::createInstanceForSkeleton(icu::UnicodeString{u"yMMMd"}, icuLocale, status));
+        if (U_FAILURE(status) || !pattern->m_format)
+            return nullptr;
+        pattern->m_format->adoptTimeZone(icu::TimeZone::getGMT()->clone());
+        return pattern;
+    }
+
+    QString text(QDate day) const
+    {
+        icu::UnicodeString text;
+        m_format->format(static_cast<UDate>(day.startOfDay(Qt::UTC).toMSecsSinceEpoch()), text);
+        return QString::fromUtf16(text.getBuffer(), text.length());
+    }
+
+private:
+    std::unique_ptr<icu::DateFormat> m_format;
+};
+
+DayFormat::DayFormat(const QLocale& locale)
+    : m_locale(locale)
+    , m_pattern(Pattern::ofLocale(locale))
+{ }
+
+DayFormat::~DayFormat() = default;
+
+QString DayFormat::text(QDate day) const
+{
+    return m_pattern ? m_pattern->text(day) : m_locale.toString(day, QLocale::ShortFormat);
 }
 
 } // namespace tallyfox
