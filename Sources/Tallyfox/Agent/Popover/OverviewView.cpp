@@ -1,15 +1,17 @@
 #include "Tallyfox/Agent/Popover/OverviewView.h"
 
+#include "Tallyfox/Agent/Charts/LineChart.h"
 #include "Tallyfox/Agent/Controls/Card.h"
 #include "Tallyfox/Agent/Controls/SymbolView.h"
 #include "Tallyfox/Agent/Controls/TextLabel.h"
+#include "Tallyfox/Agent/Popover/ChartPoint.h"
 #include "Tallyfox/Agent/Popover/ProviderCard.h"
 #include "Tallyfox/Agent/Popover/RefreshFooter.h"
-#include "Tallyfox/Agent/Popover/TrendCard.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 
 #include <QHBoxLayout>
 #include <QLocale>
+#include <QPainter>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -17,6 +19,17 @@
 namespace tallyfox {
 
 namespace {
+
+constexpr int trendSpacing = 8; // between the header and the chart
+constexpr int chevronSize = 13;
+
+QHBoxLayout* makeTrendHeader(const QString& title, QWidget* parent)
+{
+    auto* row = new QHBoxLayout;
+    row->addWidget(new TextLabel{title, Theme::headline(), Theme::ink(), parent}, 1);
+    row->addWidget(new SymbolView{Symbol::chevronRight, chevronSize, Theme::muted(), parent});
+    return row;
+}
 
 QVBoxLayout* makeTexts(const QString& title, const QString& line, QWidget* parent)
 {
@@ -39,6 +52,30 @@ void fill(CardButton& button, QWidget* content)
 }
 
 } // namespace
+
+TrendCard::TrendCard(QWidget* parent)
+    : QWidget(parent)
+    , m_chart(new LineChart{this})
+{
+    const QString title = tr("30D Trend");
+    m_chart->setAccessibleName(title);
+    auto* layout = new QVBoxLayout{this};
+    layout->setContentsMargins(Theme::cardPadding, Theme::cardPadding, Theme::cardPadding, Theme::cardPadding);
+    layout->setSpacing(trendSpacing);
+    layout->addLayout(makeTrendHeader(title, this));
+    layout->addWidget(m_chart);
+}
+
+void TrendCard::setStates(const std::vector<ProviderState>& states, const Calendar& calendar)
+{
+    m_chart->setData(chartContent(trendPoints(states), calendar));
+}
+
+void TrendCard::paintEvent(QPaintEvent* /*event*/)
+{
+    QPainter painter{this};
+    Card::paint(painter, rect());
+}
 
 OverviewView::OverviewView(QWidget* parent)
     : TabView(parent)
@@ -69,8 +106,7 @@ CardButton* OverviewView::makeInvitation()
     auto* row = new QHBoxLayout{card};
     row->setContentsMargins(Theme::cardPadding, Theme::cardPadding, Theme::cardPadding, Theme::cardPadding);
     row->setSpacing(10);
-    row->addWidget(
-        new IconTile{IconTile::small, Symbol::folderPlus, Theme::accent(), Theme::surfaceStrong(), card});
+    row->addWidget(new IconTile{IconTile::small, Symbol::folderPlus, Theme::accent(), Theme::surfaceStrong(), card});
     row->addLayout(
         makeTexts(tr("Enable 30-day usage"), tr("Allow read-only access to Claude and Codex usage metadata"), card), 1);
     row->addWidget(new TextLabel{tr("Allow Access"), Theme::system(12, QFont::DemiBold), Theme::accent(), card});
