@@ -2,6 +2,41 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de_DE">
 <context>
+    <name>AboutSettingsView</name>
+    <message>
+        <source>Version %1</source>
+        <translation>Version %1</translation>
+    </message>
+    <message>
+        <source>Privacy</source>
+        <translation>Datenschutz</translation>
+    </message>
+    <message>
+        <source>Processing</source>
+        <translation>Verarbeitung</translation>
+    </message>
+    <message>
+        <source>100% Local</source>
+        <translation>100% lokal</translation>
+    </message>
+    <message>
+        <source>Raw transcripts</source>
+        <translation>Gesprächsprotokolle</translation>
+    </message>
+    <message>
+        <source>Never stored</source>
+        <translation>Nie gespeichert</translation>
+    </message>
+    <message>
+        <source>Provider credentials</source>
+        <translation>Zugangsdaten der Anbieter</translation>
+    </message>
+    <message>
+        <source>Never read</source>
+        <translation>Nie gelesen</translation>
+    </message>
+</context>
+<context>
     <name>PopoverTab</name>
     <message>
         <source>Overview</source>
@@ -184,41 +219,6 @@
     <message>
         <source>Choose your home folder to read Claude and Codex usage metadata.</source>
         <translation>Wählen Sie Ihren persönlichen Ordner, um Nutzungsmetadaten von Claude und Codex zu lesen.</translation>
-    </message>
-</context>
-<context>
-    <name>tallyfox::AboutSettingsView</name>
-    <message>
-        <source>Version %1</source>
-        <translation>Version %1</translation>
-    </message>
-    <message>
-        <source>Privacy</source>
-        <translation>Datenschutz</translation>
-    </message>
-    <message>
-        <source>Processing</source>
-        <translation>Verarbeitung</translation>
-    </message>
-    <message>
-        <source>100% Local</source>
-        <translation>100% lokal</translation>
-    </message>
-    <message>
-        <source>Raw transcripts</source>
-        <translation>Gesprächsprotokolle</translation>
-    </message>
-    <message>
-        <source>Never stored</source>
-        <translation>Nie gespeichert</translation>
-    </message>
-    <message>
-        <source>Provider credentials</source>
-        <translation>Zugangsdaten der Anbieter</translation>
-    </message>
-    <message>
-        <source>Never read</source>
-        <translation>Nie gelesen</translation>
     </message>
 </context>
 <context>

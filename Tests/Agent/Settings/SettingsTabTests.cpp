@@ -3,10 +3,10 @@
 #include "Tallyfox/Agent/Controls/StepSlider.h"
 #include "Tallyfox/Agent/Controls/TextLabel.h"
 #include "Tallyfox/Agent/Controls/ToggleSwitch.h"
-#include "Tallyfox/Agent/Settings/AboutSettingsView.h"
 #include "Tallyfox/Agent/Settings/AccountSettingsView.h"
 #include "Tallyfox/Agent/Settings/GeneralSettingsView.h"
 #include "Tallyfox/Agent/Settings/NotificationSettingsView.h"
+#include "Tallyfox/Agent/Settings/SettingsView.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 
 #include <QComboBox>
@@ -260,7 +260,7 @@ TEST(AccountSettingsView, focusThatHasMovedOnDuringARefreshStaysWhereItIs)
 
 TEST(AboutSettingsView, missingVersionIsTheFirstOne)
 {
-    const AboutSettingsView view{QString{}};
+    const SettingsView view{QString{}};
     EXPECT_NO_THROW(named<TextLabel>(view, u"Version 0.1.0"));
 }
 

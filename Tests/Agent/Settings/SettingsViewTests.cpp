@@ -2,11 +2,11 @@
 #include "Tallyfox/Agent/Controls/PushButton.h"
 #include "Tallyfox/Agent/Controls/StepSlider.h"
 #include "Tallyfox/Agent/Controls/TextLabel.h"
-#include "Tallyfox/Agent/Settings/AccessibleSettings.h"
 #include "Tallyfox/Agent/Settings/AccountRow.h"
 #include "Tallyfox/Agent/Settings/AccountSettingsView.h"
 #include "Tallyfox/Agent/Settings/GeneralSettingsView.h"
 #include "Tallyfox/Agent/Settings/SettingsView.h"
+#include "Tallyfox/Agent/Settings/SettingsWindow.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 
 #include <QApplication>

@@ -6,6 +6,8 @@
 
 #include <vector>
 
+class QAccessibleInterface;
+
 namespace tallyfox {
 
 /// The settings window's tabs: a symbol above a title. The letter that chooses a tab together with Alt is underlined
@@ -33,5 +35,9 @@ private:
     std::vector<Symbol> m_symbols;
     bool m_showsMnemonics = false;
 };
+
+/// What a screen reader is told about `bar`: which tab is chosen, which the toolkit's own interface leaves out. The
+/// toolkit's table of interfaces owns it.
+QAccessibleInterface* makeAccessibleTabBar(SettingsTabBar& bar);
 
 } // namespace tallyfox

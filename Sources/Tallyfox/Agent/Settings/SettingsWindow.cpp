@@ -1,8 +1,10 @@
 #include "Tallyfox/Agent/Settings/SettingsWindow.h"
 
 #include "Tallyfox/Agent/Desktop/ActivationPolicy.h"
+#include "Tallyfox/Agent/Settings/SettingsTabBar.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 
+#include <QAccessibleWidget>
 #include <QCursor>
 #include <QGuiApplication>
 #include <QScreen>
@@ -16,6 +18,15 @@ const QScreen& screenWithPointer()
 {
     const QScreen* screen = QGuiApplication::screenAt(QCursor::pos());
     return screen ? *screen : *QGuiApplication::primaryScreen();
+}
+
+QAccessibleInterface* makeAccessible(const QString& /*className*/, QObject* object)
+{
+    if (auto* const bar = qobject_cast<SettingsTabBar*>(object))
+        return makeAccessibleTabBar(*bar);
+    if (auto* const window = qobject_cast<SettingsWindow*>(object))
+        return new QAccessibleWidget{window, QAccessible::Window};
+    return nullptr;
 }
 
 } // namespace
@@ -52,6 +63,11 @@ void SettingsWindow::bringToFront()
     show();
     raise();
     activateWindow();
+}
+
+void installAccessibleSettings()
+{
+    QAccessible::installFactory(makeAccessible);
 }
 
 } // namespace tallyfox

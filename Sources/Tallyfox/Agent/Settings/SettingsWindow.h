@@ -32,4 +32,8 @@ private:
     bool m_isPlaced = false;
 };
 
+/// Lets a screen reader know the settings window as a window, and which of its tabs is chosen: the toolkit says
+/// neither. Once per process, before the first window; more do no harm.
+void installAccessibleSettings();
+
 } // namespace tallyfox

@@ -8,7 +8,7 @@
 #include "Tallyfox/Agent/Desktop/LoginItem.h"
 #include "Tallyfox/Agent/Desktop/NotificationCenter.h"
 #include "Tallyfox/Agent/Instance/SingleInstance.h"
-#include "Tallyfox/Agent/Settings/AccessibleSettings.h"
+#include "Tallyfox/Agent/Settings/SettingsWindow.h"
 #include "Tallyfox/Agent/Shell/AppDelegate.h"
 #include "Tallyfox/Agent/StatusItem/StatusIconPainter.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
