@@ -1,8 +1,8 @@
 #include "Support/Agent/Widgets.h"
 #include "Tallyfox/Agent/Controls/PushButton.h"
+#include "Tallyfox/Agent/Controls/SymbolView.h"
 #include "Tallyfox/Agent/Controls/StepSlider.h"
 #include "Tallyfox/Agent/Controls/TextLabel.h"
-#include "Tallyfox/Agent/Settings/AccountRow.h"
 #include "Tallyfox/Agent/Settings/AccountSettingsView.h"
 #include "Tallyfox/Agent/Settings/GeneralSettingsView.h"
 #include "Tallyfox/Agent/Settings/SettingsView.h"
@@ -157,7 +157,7 @@ TEST_F(SettingsViewTest, screenReaderReadsAccountsBeforeWhatFollowsThem)
 {
     const QWidget& form = chosen(1);
     const auto* const sync = form.findChild<PushButton*>();
-    const auto* const account = form.findChild<AccountRow*>();
+    const QWidget* const account = form.findChild<IconTile*>()->parentWidget();
     // A reader follows the order of the widgets.
     const QObjectList& rows = sync->parentWidget()->parentWidget()->children();
     EXPECT_LT(rows.indexOf(account->parentWidget()), rows.indexOf(sync->parentWidget()));

@@ -9,7 +9,6 @@
 
 namespace tallyfox {
 
-class AccountRow;
 class PushButton;
 
 /// The "Accounts" tab: how each provider's account does, and whether the history may be read.
@@ -26,6 +25,8 @@ Q_SIGNALS:
     void homeAccessRequested();
 
 private:
+    class Row;
+
     void addConnectedAccounts();
     void addLocalHistory();
     void showStates(const std::vector<ProviderState>& states);
@@ -33,7 +34,7 @@ private:
     void showHomeAccess(bool hasHomeAccess);
 
     SettingsSection* m_accountSection = nullptr;
-    std::vector<AccountRow*> m_rows;
+    std::vector<Row*> m_rows;
     PushButton* m_sync;
     QPointer<QWidget> m_focusWhileRefreshing; ///< who got the focus when it was taken from the button
     SettingsValue* m_homeAccess = nullptr;
