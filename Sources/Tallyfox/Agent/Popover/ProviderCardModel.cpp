@@ -2,7 +2,6 @@
 
 #include "Tallyfox/Agent/Theme/DateFormats.h"
 #include "Tallyfox/Agent/Theme/ProviderPresentation.h"
-#include "Tallyfox/Agent/Theme/ServiceRow.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 #include "Tallyfox/Agent/Theme/Translations.h"
 #include "Tallyfox/Engine/CommandLine/TokenText.h"
@@ -130,11 +129,8 @@ ProviderCardModel providerCardModel(const ProviderState& state, Instant now, con
 {
     const MeasurementConfidence confidence = displayConfidence(state);
     ProviderCardModel model;
-    const ProviderPresentation& presentation = presentationOf(state.provider);
-    model.symbol = presentation.symbol;
-    model.color = presentation.color();
     model.title = providerTitle(state.provider);
-    model.subtitle = presentation.subtitle;
+    model.subtitle = presentationOf(state.provider).subtitle;
     model.health = {translatedText(rawValue(state.health)), healthColor(state.health)};
     model.confidence = {confidenceLabel(confidence), confidenceColor(confidence)};
     if (state.quota)

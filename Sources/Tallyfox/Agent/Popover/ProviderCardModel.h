@@ -1,6 +1,5 @@
 #pragma once
 
-#include "Tallyfox/Agent/Theme/Symbol.h"
 #include "Tallyfox/Engine/Store/ProviderState.h"
 
 #include <QColor>
@@ -44,8 +43,6 @@ struct ProviderCardModel {
         friend bool operator==(const Quota&, const Quota&) = default;
     };
 
-    Symbol symbol = Symbol::stars;
-    QColor color{}; ///< the provider's
     QString title{};
     QString subtitle{};
     Badge health{};
