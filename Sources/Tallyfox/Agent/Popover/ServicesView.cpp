@@ -4,7 +4,7 @@
 #include "Tallyfox/Agent/Controls/PushButton.h"
 #include "Tallyfox/Agent/Controls/SymbolView.h"
 #include "Tallyfox/Agent/Controls/TextLabel.h"
-#include "Tallyfox/Agent/Theme/ServiceRow.h"
+#include "Tallyfox/Agent/Theme/ProviderPresentation.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 
 #include <QHBoxLayout>

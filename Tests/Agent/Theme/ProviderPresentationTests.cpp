@@ -1,5 +1,5 @@
 #include "Agent/Popover/ProviderStates.h"
-#include "Tallyfox/Agent/Theme/ServiceRow.h"
+#include "Tallyfox/Agent/Theme/ProviderPresentation.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 
 #include <gtest/gtest.h>
@@ -36,6 +36,14 @@ INSTANTIATE_TEST_SUITE_P(All, EveryHealth,
                                          HealthCase{SourceHealth::stale, "Stale", Theme::claude},
                                          HealthCase{SourceHealth::permissionRequired, "Permission", Theme::warning},
                                          HealthCase{SourceHealth::unavailable, "Unavailable", Theme::muted}));
+
+TEST(ProviderPresentation, providersHaveTheirSymbolsAndColours)
+{
+    EXPECT_EQ(presentationOf(Provider::claude).symbol, Symbol::stars);
+    EXPECT_EQ(presentationOf(Provider::claude).color(), Theme::claude());
+    EXPECT_EQ(presentationOf(Provider::codex).symbol, Symbol::codeSlash);
+    EXPECT_EQ(presentationOf(Provider::codex).color(), Theme::codex());
+}
 
 TEST(ServiceRow, nameSymbolAndDetailAreThoseOfTheState)
 {
