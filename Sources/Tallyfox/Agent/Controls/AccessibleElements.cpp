@@ -8,11 +8,11 @@
 
 namespace tallyfox {
 
-/// An element in its place in the tree. Registers with the toolkit when it is handed out, and takes that back when it
-/// ends: the toolkit keeps interfaces by number, and asks by number whether one is still there.
+/// An element and its children. Registers its interface with Qt when it is first asked for, and deletes it in the
+/// destructor: Qt refers to interfaces by id, so an id of a deleted one is just not found.
 class AccessibleNode {
 public:
-    /// The root, which stands for `widget` itself.
+    /// The root, which represents `widget` itself.
     AccessibleNode(QWidget& widget, std::vector<AccessibleElement> elements);
     ~AccessibleNode();
     AccessibleNode(const AccessibleNode&) = delete;
@@ -35,12 +35,12 @@ public:
     [[nodiscard]] int childCount() const;
     [[nodiscard]] AccessibleNode* child(int index) const; ///< null beyond the children
     [[nodiscard]] int indexOf(const QAccessibleInterface* child) const; ///< -1 for none of them
-    /// The innermost element at a point of the screen, or null.
+    /// The innermost element at a point on the screen, or null.
     [[nodiscard]] AccessibleNode* nodeAt(QPoint onScreen) const;
 
 private:
     AccessibleNode(QWidget& widget, AccessibleNode& parent, AccessibleElement element);
-    void adopt(std::vector<AccessibleElement> elements);
+    void addChildren(std::vector<AccessibleElement> elements);
 
     QWidget& m_widget;
     AccessibleNode* m_parent = nullptr;
@@ -51,7 +51,7 @@ private:
 
 namespace {
 
-/// What the toolkit sees of a node. It belongs to the toolkit's table; the node strikes it off.
+/// The interface of a node. Qt owns it; the node has Qt delete it.
 class NodeInterface : public QAccessibleInterface {
 public:
     explicit NodeInterface(AccessibleNode& node)
@@ -137,7 +137,7 @@ private:
 AccessibleNode::AccessibleNode(QWidget& widget, std::vector<AccessibleElement> elements)
     : m_widget(widget)
 {
-    adopt(std::move(elements));
+    addChildren(std::move(elements));
 }
 
 AccessibleNode::AccessibleNode(QWidget& widget, AccessibleNode& parent, AccessibleElement element)
@@ -145,7 +145,7 @@ AccessibleNode::AccessibleNode(QWidget& widget, AccessibleNode& parent, Accessib
     , m_parent(&parent)
     , m_element(std::move(element))
 {
-    adopt(std::exchange(m_element.children, {}));
+    addChildren(std::exchange(m_element.children, {}));
 }
 
 AccessibleNode::~AccessibleNode()
@@ -154,7 +154,7 @@ AccessibleNode::~AccessibleNode()
         QAccessible::deleteAccessibleInterface(m_id);
 }
 
-void AccessibleNode::adopt(std::vector<AccessibleElement> elements)
+void AccessibleNode::addChildren(std::vector<AccessibleElement> elements)
 {
     m_children.reserve(elements.size());
     for (AccessibleElement& element : elements)
@@ -192,7 +192,7 @@ AccessibleNode* AccessibleNode::child(int index) const
 
 int AccessibleNode::indexOf(const QAccessibleInterface* child) const
 {
-    // A child that was never handed out is nobody's.
+    // A child without an id has no interface yet.
     const auto found = std::find_if(m_children.begin(), m_children.end(), [child](const auto& node) {
         return node->m_id != 0 && QAccessible::accessibleInterface(node->m_id) == child;
     });
@@ -201,7 +201,7 @@ int AccessibleNode::indexOf(const QAccessibleInterface* child) const
 
 AccessibleNode* AccessibleNode::nodeAt(QPoint onScreen) const
 {
-    // Siblings may overlap (the lines of a chart do), so what lies inside of any of them comes first.
+    // Siblings may overlap (the lines of a chart do), so their children take precedence.
     for (const auto& child : m_children) {
         if (AccessibleNode* inner = child->nodeAt(onScreen))
             return inner;
@@ -213,7 +213,7 @@ AccessibleNode* AccessibleNode::nodeAt(QPoint onScreen) const
 
 namespace {
 
-/// The widget of a drawing, with the drawing's elements as its children.
+/// The interface of the widget, with the elements of the drawing as its children.
 class DrawingInterface : public QAccessibleWidget {
 public:
     DrawingInterface(QWidget& widget, QAccessible::Role role)
@@ -247,7 +247,7 @@ public:
     }
 
 private:
-    /// Null as soon as the drawing's part of the widget has ended, which is before the toolkit hears of it.
+    /// Null once the AccessibleDrawing base is destroyed, which happens before QWidget's destructor tells Qt.
     AccessibleNode* root() const
     {
         auto* drawing = dynamic_cast<AccessibleDrawing*>(object());
@@ -255,7 +255,7 @@ private:
     }
 };
 
-QAccessibleInterface* interfaceOfDrawing(const QString& /*className*/, QObject* object)
+QAccessibleInterface* makeDrawingInterface(const QString& /*className*/, QObject* object)
 {
     const auto* drawing = dynamic_cast<AccessibleDrawing*>(object);
     auto* widget = qobject_cast<QWidget*>(object);
@@ -286,7 +286,7 @@ void AccessibleDrawing::accessibleElementsChanged(QWidget& widget)
 
 void installAccessibleElements()
 {
-    QAccessible::installFactory(interfaceOfDrawing);
+    QAccessible::installFactory(makeDrawingInterface);
 }
 
 } // namespace tallyfox

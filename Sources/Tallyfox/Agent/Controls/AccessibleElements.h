@@ -9,8 +9,8 @@
 
 namespace tallyfox {
 
-/// One thing of a drawing that a screen reader can stand on. An element is said by its name, so the name holds the
-/// value as well.
+/// A part of a drawing that a screen reader can move to. Screen readers speak only its name, so the name includes the
+/// value.
 struct AccessibleElement {
     QString name{};
     QString value{};
@@ -19,37 +19,38 @@ struct AccessibleElement {
     std::vector<AccessibleElement> children{};
 };
 
-/// The elements of a drawing as the toolkit hands them out.
+/// The elements of a drawing as Qt sees them.
 class AccessibleNode;
 
-/// Base, beside QWidget, of a widget that paints what others would build of child widgets: tells a screen reader what
-/// is drawn. Nothing is computed before someone asks. Main thread.
+/// Second base, besides QWidget, of widgets that paint what others build from child widgets: exposes what is drawn to
+/// screen readers. Nothing is computed until one asks. Main thread.
 class AccessibleDrawing {
 public:
     AccessibleDrawing(const AccessibleDrawing&) = delete;
     AccessibleDrawing& operator=(const AccessibleDrawing&) = delete;
 
-    /// What the whole drawing is; its name is the widget's accessible name.
+    /// The role of the whole drawing; its name is the widget's accessible name.
     [[nodiscard]] virtual QAccessible::Role accessibleRole() const = 0;
     /// What is drawn now, in reading order.
     [[nodiscard]] virtual std::vector<AccessibleElement> accessibleElements() const = 0;
 
-    /// The root of the elements, built on the first call after a change. It stands for the widget itself.
+    /// The root of the elements, which represents the widget itself. Built on the first call after a change.
     [[nodiscard]] AccessibleNode& accessibleRoot(QWidget& widget);
 
 protected:
     AccessibleDrawing();
     virtual ~AccessibleDrawing(); ///< what was handed out ends here, before the widget does
 
-    /// To be called when other elements are drawn, or in other places: whatever was handed out ends, and `widget`
-    /// (this) announces new children.
+    /// Call when the elements or their places change: invalidates all existing interfaces and announces new children
+    /// of `widget` (this).
     void accessibleElementsChanged(QWidget& widget);
 
 private:
     std::unique_ptr<AccessibleNode> m_root;
 };
 
-/// Lets the toolkit ask drawings for their elements. Once per process, before the first window; more do no harm.
+/// Installs the factory that lets Qt ask drawings for their elements. Call once, before the first window; further
+/// calls are harmless.
 void installAccessibleElements();
 
 } // namespace tallyfox

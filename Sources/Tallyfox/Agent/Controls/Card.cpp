@@ -15,7 +15,7 @@ namespace {
 
 constexpr int headlineSpacing = 8;
 
-/// Lies over the content, which paints its own background, and shows what the pointer and the keyboard do.
+/// Covers the content, which paints its own background, to show hover, press and focus.
 class Veil : public QWidget {
 public:
     explicit Veil(const QPushButton& button, QWidget* parent)
@@ -55,7 +55,7 @@ void Card::paint(QPainter& painter, const QRectF& frame)
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setBrush(Theme::surface());
     painter.setPen(QPen{Theme::withOpacity(Theme::line(), Theme::cardBorderOpacity), 1});
-    // The middle of the border lies on the middle of the outermost pixels.
+    // Centre the border on the outermost pixels.
     painter.drawRoundedRect(frame.adjusted(0.5, 0.5, -0.5, -0.5), Theme::cardRadius, Theme::cardRadius);
     painter.restore();
 }
@@ -122,7 +122,7 @@ void CardButton::childEvent(QChildEvent* event)
 
 void CardButton::paintEvent(QPaintEvent* /*event*/)
 {
-    // The content paints itself, and the veil what lies over it.
+    // The content and the veil paint everything.
 }
 
 void CardButton::resizeEvent(QResizeEvent* event)

@@ -8,36 +8,36 @@ class QVBoxLayout;
 
 namespace tallyfox {
 
-/// The sheet that groups what belongs together: a rounded rectangle in the surface colour with a thin border. Lays
-/// out nothing itself; the padding is the layout's.
+/// A rounded rectangle in the surface colour with a thin border. Has no layout of its own; the padding is that of the
+/// layout.
 class Card : public QFrame {
     Q_OBJECT
 
 public:
     explicit Card(QWidget* parent = nullptr);
 
-    /// Paints the sheet into `frame`.
+    /// Paints the card's background and border into `frame`.
     static void paint(QPainter& painter, const QRectF& frame);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
 };
 
-/// A card with a headline, and below it whatever its owner adds.
+/// A card with a headline above its content.
 class TitledCard : public Card {
     Q_OBJECT
 
 public:
     explicit TitledCard(const QString& title, QWidget* parent = nullptr);
 
-    /// Where content goes; made with the card as its parent.
+    /// The layout to add content to; the content's parent is the card.
     [[nodiscard]] QVBoxLayout& content() const;
 
 private:
     QVBoxLayout* m_content;
 };
 
-/// Any content, laid out in it by the caller, that can be pressed as a whole. Sizes itself after its layout.
+/// A button that contains any widgets, laid out by the caller. Its size follows its layout.
 class CardButton : public QPushButton {
     Q_OBJECT
 
@@ -59,7 +59,7 @@ private:
     QWidget* m_veil = nullptr;
 };
 
-/// A thin line across its parent, or from top to bottom.
+/// A thin horizontal or vertical line.
 class Divider : public QWidget {
     Q_OBJECT
 

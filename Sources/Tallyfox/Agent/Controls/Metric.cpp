@@ -37,30 +37,30 @@ void Metric::setMetric(const QString& title, const QString& value)
     m_value->setAccessibleDescription(title);
 }
 
-std::vector<int> columnWidths(const std::vector<int>& wishes, int available)
+std::vector<int> columnWidths(const std::vector<int>& preferred, int available)
 {
-    const int count = static_cast<int>(wishes.size());
+    const int count = static_cast<int>(preferred.size());
     const int equal = available / std::max(count, 1);
-    const int wished = std::accumulate(wishes.begin(), wishes.end(), 0);
-    std::vector<int> widths(wishes.size(), equal);
-    if (std::all_of(wishes.begin(), wishes.end(), [equal](int wish) { return wish <= equal; }))
+    const int total = std::accumulate(preferred.begin(), preferred.end(), 0);
+    std::vector<int> widths(preferred.size(), equal);
+    const auto isNarrow = [equal](int each) { return each <= equal; };
+    if (std::all_of(preferred.begin(), preferred.end(), isNarrow))
         return widths;
-    if (wished <= available) {
-        std::transform(wishes.begin(), wishes.end(), widths.begin(),
-                       [&](int wish) { return wish + (available - wished) / count; });
+    if (total <= available) {
+        std::transform(preferred.begin(), preferred.end(), widths.begin(),
+                       [&](int each) { return each + (available - total) / count; });
         return widths;
     }
-    const auto isNarrow = [equal](int wish) { return wish <= equal; };
     int left = available;
     int wide = count;
-    for (const int wish : wishes) {
-        if (isNarrow(wish)) {
-            left -= wish;
+    for (const int each : preferred) {
+        if (isNarrow(each)) {
+            left -= each;
             --wide;
         }
     }
-    std::transform(wishes.begin(), wishes.end(), widths.begin(),
-                   [&](int wish) { return isNarrow(wish) ? wish : std::min(wish, left / wide); });
+    std::transform(preferred.begin(), preferred.end(), widths.begin(),
+                   [&](int each) { return isNarrow(each) ? each : std::min(each, left / wide); });
     return widths;
 }
 
@@ -106,11 +106,11 @@ void MetricRow::resizeEvent(QResizeEvent* /*event*/)
 
 void MetricRow::layOutMetrics()
 {
-    std::vector<int> wishes;
+    std::vector<int> preferred;
     for (const Metric* metric : m_metrics)
-        wishes.push_back(metric->sizeHint().width());
+        preferred.push_back(metric->sizeHint().width());
     const int gaps = columnSpacing * (static_cast<int>(m_metrics.size()) - 1);
-    const std::vector<int> widths = columnWidths(wishes, width() - gaps);
+    const std::vector<int> widths = columnWidths(preferred, width() - gaps);
     int left = 0;
     for (std::size_t index = 0; index < widths.size(); ++index) {
         const QRect frame{left, 0, widths[index], height()};

@@ -8,8 +8,8 @@ namespace tallyfox {
 
 class TextLabel;
 
-/// A small figure under its title. A value that does not fit ends in an ellipsis and shows the whole of it under the
-/// pointer and to a screen reader.
+/// A small figure below its title. A value that does not fit is elided; the tooltip and the accessible name have the
+/// full text.
 class Metric : public QWidget {
     Q_OBJECT
 
@@ -23,11 +23,11 @@ private:
     TextLabel* m_value;
 };
 
-/// How wide the columns of a row are that is `available` wide. Equally wide where the wish of each can be met that
-/// way; else the narrow ones leave to the wide ones what they do not need.
-std::vector<int> columnWidths(const std::vector<int>& wishes, int available);
+/// Distributes `available` among columns of `preferred` widths: equally if each one fits into an equal share;
+/// otherwise the narrow columns give up the space they do not need to the wide ones.
+std::vector<int> columnWidths(const std::vector<int>& preferred, int available);
 
-/// Metrics side by side, over the whole width.
+/// Metrics side by side, across the whole width.
 class MetricRow : public QWidget {
     Q_OBJECT
 

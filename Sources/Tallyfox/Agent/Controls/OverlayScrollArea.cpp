@@ -47,7 +47,7 @@ OverlayScrollArea::OverlayScrollArea(QWidget* parent)
 {
     setFrameShape(QFrame::NoFrame);
     setWidgetResizable(true);
-    setFocusPolicy(Qt::NoFocus); // what is in it takes the focus and is scrolled to
+    setFocusPolicy(Qt::NoFocus); // its content takes the focus and is scrolled into view
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_slimBar->setAccessibleName(tr("Scroll"));

@@ -4,8 +4,8 @@
 
 namespace tallyfox {
 
-/// Scrolls its widget up and down. The widget is always as wide as the area: the slim bar lies over its right margin
-/// and is there only when there is something to scroll.
+/// Scrolls its widget vertically. The widget is always as wide as the area: the slim scroll bar overlays its right
+/// margin and is only visible if there is something to scroll.
 class OverlayScrollArea : public QScrollArea {
     Q_OBJECT
 

@@ -10,29 +10,29 @@ class QWidget;
 
 namespace tallyfox {
 
-/// The device pixels under a painter. What is filled between two edges of pixels has no blurred border, at any scale
-/// and wherever the widget stands.
+/// Snaps coordinates to the device pixels of a painter: fills between snapped edges are sharp at any scale and
+/// position.
 class PixelGrid {
 public:
-    /// For painters that scale and shift; not for ones that rotate.
+    /// For painters that only scale and translate.
     explicit PixelGrid(const QPainter& painter);
 
-    [[nodiscard]] double x(double position) const; ///< the nearest edge of a pixel, in the painter's coordinates
+    [[nodiscard]] double x(double position) const; ///< the nearest pixel edge, in the painter's coordinates
     [[nodiscard]] double y(double position) const;
     [[nodiscard]] double pixel() const; ///< one device pixel, in the painter's coordinates
     [[nodiscard]] double pixels(double length) const; ///< a length in device pixels
-    /// The thickness of a thin line, in the painter's coordinates: the whole pixels in 1, and the same number of them
-    /// wherever the line is.
+    /// The thickness of a thin line, in the painter's coordinates: 1 rounded down to whole device pixels, so that all
+    /// lines of a window look equally strong.
     [[nodiscard]] double thinLine() const;
 
 private:
     QTransform m_toDevice;
 };
 
-/// Whether `widget` has the focus and the user moves it by the keyboard: who clicks knows where they are.
+/// Whether to paint a focus ring: `widget` has the focus, and the user navigates by keyboard.
 bool showsFocus(const QWidget& widget);
 
-/// Paints the ring that marks the control with the focus along the inside of `frame`.
+/// Paints a focus ring along the inside of `frame`.
 void paintFocusRing(QPainter& painter, const QRectF& frame, double radius, const QColor& color = Theme::accent());
 
 } // namespace tallyfox

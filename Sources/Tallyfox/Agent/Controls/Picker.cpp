@@ -67,7 +67,7 @@ void Picker::paintEvent(QPaintEvent* /*event*/)
     paintArrows(painter, placed({width() - arrowsWidth - 4, 0, arrowsWidth, height()}));
     painter.setFont(font());
     painter.setPen(Theme::ink());
-    // At whole pixels, as labels are: the text stands on one line with the label of its row.
+    // At whole pixels, like labels, so that the baseline matches the label of the row.
     const int top = (height() - fontMetrics().height()) / 2;
     const QRect place = placed({textPadding, top, width() - textPadding - arrowsWidth, fontMetrics().height()});
     const QString shown = currentIndex() < 0 ? placeholderText() : currentText();

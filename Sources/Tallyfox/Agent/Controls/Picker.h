@@ -4,8 +4,8 @@
 
 namespace tallyfox {
 
-/// A choice of one among a few, in the program's own look. The wheel turns it only while it has the focus: a form is
-/// scrolled over it.
+/// A combo box in the program's own look. Ignores the wheel unless it has the focus, so that a form can be scrolled
+/// past it.
 class Picker : public QComboBox {
     Q_OBJECT
 
@@ -15,7 +15,7 @@ public:
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
 
-    /// The list of choices has the picker's accessible name.
+    /// Gives the list of choices the picker's accessible name.
     void showPopup() override;
 
 protected:

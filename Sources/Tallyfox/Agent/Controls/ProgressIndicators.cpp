@@ -60,7 +60,7 @@ void UsageBar::paintEvent(QPaintEvent* /*event*/)
     filled.setWidth(filled.width() * m_percent / full);
     if (layoutDirection() == Qt::RightToLeft)
         filled.moveRight(rect().right() + 1);
-    // Cut to the track: a single percent is still round at the end and never sticks out of it.
+    // Clip to the track: a fill of one percent keeps its round end and stays inside.
     painter.setClipPath(track);
     painter.setBrush(m_tint);
     painter.setPen(Qt::NoPen);
@@ -105,7 +105,7 @@ void ActivityIndicator::timerEvent(QTimerEvent* event)
     update();
 }
 
-/// The spoke at the front is the darkest, those behind it fade.
+/// The leading spoke is the darkest; those behind it fade.
 void ActivityIndicator::paintEvent(QPaintEvent* /*event*/)
 {
     constexpr double faintest = 0.15;

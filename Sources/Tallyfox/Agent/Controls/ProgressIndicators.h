@@ -6,14 +6,14 @@
 
 namespace tallyfox {
 
-/// A thin bar that fills up with a percentage.
+/// A thin progress bar for a percentage.
 class UsageBar : public QProgressBar {
     Q_OBJECT
 
 public:
     explicit UsageBar(const QColor& tint, QWidget* parent = nullptr);
 
-    /// Fills the bar to `percent`, taken as at least 0 and at most 100. A screen reader is told whole percents.
+    /// Clamps `percent` to 0 to 100. The accessible value is rounded to whole percents.
     void setUsedPercent(double percent);
 
     [[nodiscard]] QSize sizeHint() const override;
@@ -27,15 +27,14 @@ private:
     double m_percent = 0;
 };
 
-/// A small wheel that turns as long as it can be seen: something is going on, for an unknown time. Hidden it wakes
-/// nobody.
+/// A small spinner for work of unknown duration. Its timer runs only while it is visible.
 class ActivityIndicator : public QProgressBar {
     Q_OBJECT
 
 public:
     static constexpr int side = 16; ///< logical pixels
 
-    /// `name` tells a screen reader what is going on.
+    /// `name` is the accessible name: what is going on.
     explicit ActivityIndicator(const QString& name, QWidget* parent = nullptr);
 
     [[nodiscard]] QSize sizeHint() const override;

@@ -18,7 +18,7 @@ namespace {
 constexpr int buttonSymbolSide = 14;
 constexpr int symbolSpacing = 6;
 
-/// Rounded down, half of all texts would end in an ellipsis.
+/// Rounded up: rounded down, half of all texts would be elided.
 int wholeWidth(const QString& text, const QFont& font)
 {
     return static_cast<int>(std::ceil(QFontMetricsF{font}.horizontalAdvance(text)));
@@ -64,14 +64,14 @@ QSize PushButton::minimumSizeHint() const
     return {std::min(sizeHint().width(), fewLetters + symbolWidth() + 2 * sidePadding()), Theme::controlHeight};
 }
 
-QString PushButton::shownText() const
+QString PushButton::elidedText() const
 {
     return QFontMetricsF{font()}.elidedText(text(), Qt::ElideRight, width() - symbolWidth() - 2 * sidePadding());
 }
 
 bool PushButton::event(QEvent* event)
 {
-    if (event->type() != QEvent::ToolTip || shownText() == text())
+    if (event->type() != QEvent::ToolTip || elidedText() == text())
         return QPushButton::event(event);
     QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), text(), this);
     return true;
@@ -116,7 +116,7 @@ void PushButton::paintFrame(QPainter& painter) const
     painter.drawRoundedRect(frame, Theme::controlRadius, Theme::controlRadius);
 }
 
-/// On the accent a ring in the accent would not be seen.
+/// A ring in the accent colour would not be visible on a prominent button.
 void PushButton::paintFocus(QPainter& painter) const
 {
     if (m_style == ButtonStyle::borderedProminent)
@@ -127,7 +127,7 @@ void PushButton::paintFocus(QPainter& painter) const
 
 void PushButton::paintLabel(QPainter& painter) const
 {
-    const QString shown = shownText();
+    const QString shown = elidedText();
     const int labelWidth = wholeWidth(shown, font()) + symbolWidth();
     const QRect label = QStyle::alignedRect(layoutDirection(), Qt::AlignCenter, {labelWidth, height()}, rect());
     if (m_symbol) {

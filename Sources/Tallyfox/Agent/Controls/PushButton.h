@@ -14,8 +14,7 @@ enum class ButtonStyle {
     borderedProminent, ///< filled: what the user came for
 };
 
-/// A button with a text, in the program's own look. A text that does not fit ends in an ellipsis and shows the whole
-/// of it under the pointer.
+/// A text button in the program's own look. A text that does not fit is elided, and the tooltip shows all of it.
 class PushButton : public QPushButton {
     Q_OBJECT
 
@@ -36,7 +35,7 @@ private:
     [[nodiscard]] int sidePadding() const;
     [[nodiscard]] int symbolWidth() const;
     [[nodiscard]] QColor textColor() const;
-    [[nodiscard]] QString shownText() const;
+    [[nodiscard]] QString elidedText() const;
     void paintFrame(QPainter& painter) const;
     void paintFocus(QPainter& painter) const;
     void paintLabel(QPainter& painter) const;

@@ -29,13 +29,13 @@ QFont labelFont(int pixelSize)
     return Theme::system(pixelSize, QFont::Medium);
 }
 
-/// A radio button that looks like a segment: the group's keyboard handling and the accessible role come with it.
+/// A radio button that looks like a segment, which brings the group's keyboard handling and the accessible role.
 class Segment : public QRadioButton {
 public:
     using QRadioButton::QRadioButton;
 
 protected:
-    /// All of the segment answers the pointer, not only what a radio button would have drawn.
+    /// The whole segment is clickable, not only the area of the style's radio button.
     [[nodiscard]] bool hitButton(const QPoint& position) const override
     {
         return rect().contains(position);
@@ -43,7 +43,7 @@ protected:
 
     bool event(QEvent* event) override
     {
-        if (event->type() != QEvent::ToolTip || shownText() == text())
+        if (event->type() != QEvent::ToolTip || elidedText() == text())
             return QRadioButton::event(event);
         QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), text(), this);
         return true;
@@ -71,13 +71,13 @@ protected:
             paintHovered(painter);
         painter.setFont(font());
         painter.setPen(isEnabled() ? Theme::ink() : Theme::withOpacity(Theme::muted(), Theme::disabledOpacity));
-        painter.drawText(rect(), Qt::AlignCenter, shownText());
+        painter.drawText(rect(), Qt::AlignCenter, elidedText());
         if (showsFocus(*this))
             paintFocusRing(painter, rect(), segmentRadius);
     }
 
 private:
-    [[nodiscard]] QString shownText() const
+    [[nodiscard]] QString elidedText() const
     {
         return QFontMetrics{font()}.elidedText(text(), Qt::ElideRight, width());
     }
@@ -106,7 +106,7 @@ int widestLabel(const std::vector<QRadioButton*>& segments, const QFont& font)
     return widest;
 }
 
-/// The largest size at which every label fits: one size for all, or the row would look uneven.
+/// The largest size at which all labels fit: the same for all, or the row would look uneven.
 int fittingLabel(const std::vector<QRadioButton*>& segments, int width)
 {
     int pixelSize = largestLabel;
@@ -126,7 +126,7 @@ SegmentedPicker::SegmentedPicker(const QString& title, const QStringList& labels
         segment->setChecked(index == 0);
         connect(segment, &QRadioButton::toggled, this, [this, index](bool isChecked) {
             if (isChecked)
-                choose(index);
+                select(index);
         });
         m_segments.push_back(segment);
     }
@@ -144,14 +144,14 @@ void SegmentedPicker::setCurrentIndex(int index)
         m_segments[static_cast<std::size_t>(index)]->setChecked(true);
 }
 
-void SegmentedPicker::choose(int index)
+void SegmentedPicker::select(int index)
 {
     m_currentIndex = index;
     updateTabStop();
     Q_EMIT currentIndexChanged(index);
 }
 
-/// The toolkit moves the stop with the focus only, so not when an index is set from outside.
+/// Qt moves the tab stop with the focus only, not when the index is set by a call.
 void SegmentedPicker::updateTabStop()
 {
     for (QRadioButton* segment : m_segments)
@@ -191,7 +191,7 @@ void SegmentedPicker::changeEvent(QEvent* event)
         layOutSegments();
 }
 
-/// Equal shares of the width, to the pixel: what the division leaves over goes to the first ones.
+/// Equal widths; the first segments get the pixels that the division leaves over.
 void SegmentedPicker::layOutSegments()
 {
     const QRect track = rect().adjusted(trackInset, trackInset, -trackInset, -trackInset);

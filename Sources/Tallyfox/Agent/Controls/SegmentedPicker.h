@@ -9,24 +9,24 @@ class QRadioButton;
 
 namespace tallyfox {
 
-/// A row of segments of equal width, one of which is chosen. One stop of the Tab key; the arrow keys choose. To a
-/// screen reader it is a group of radio buttons.
+/// A row of segments of equal width, one of which is selected. It is a single tab stop, and the arrow keys select. A
+/// screen reader sees a group of radio buttons.
 class SegmentedPicker : public QGroupBox {
     Q_OBJECT
 
 public:
-    /// `title` is not drawn: it is the accessible name. The first of `labels` (at least one) is chosen.
+    /// `title` is not drawn: it is the accessible name. The first of `labels` (at least one) is selected.
     explicit SegmentedPicker(const QString& title, const QStringList& labels, QWidget* parent = nullptr);
 
     [[nodiscard]] int currentIndex() const;
-    /// Chooses a segment; an index that no segment has changes nothing.
+    /// Selects a segment; ignores an index out of range.
     void setCurrentIndex(int index);
 
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
 
 Q_SIGNALS:
-    void currentIndexChanged(int index); ///< only when another segment is chosen than before
+    void currentIndexChanged(int index); ///< not if the segment was selected already
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -34,7 +34,7 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
-    void choose(int index);
+    void select(int index);
     void updateTabStop();
     void layOutSegments();
 

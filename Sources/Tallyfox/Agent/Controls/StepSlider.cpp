@@ -30,12 +30,12 @@ StepSlider::StepSlider(int minimum, int maximum, int step, QWidget* parent)
     setPageStep(2 * step);
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    connect(this, &QSlider::valueChanged, this, &StepSlider::settle);
+    connect(this, &QSlider::valueChanged, this, &StepSlider::snapToStep);
 }
 
 void StepSlider::showValue(double value)
 {
-    const QSignalBlocker silence{this};
+    const QSignalBlocker blocker{this};
     setValue(nearestStep(value));
 }
 
@@ -50,8 +50,8 @@ int StepSlider::nearestStep(double value) const
     return std::min(minimum() + static_cast<int>(steps) * singleStep(), maximum());
 }
 
-/// A screen reader may set any value.
-void StepSlider::settle(int value)
+/// A screen reader can set any value.
+void StepSlider::snapToStep(int value)
 {
     const int step = nearestStep(value);
     if (step == value)
@@ -101,7 +101,7 @@ void StepSlider::mouseReleaseEvent(QMouseEvent* event)
     update();
 }
 
-/// A notch is a step; the fine movements of a touchpad add up to one.
+/// One notch is one step; the small deltas of a touchpad accumulate.
 void StepSlider::wheelEvent(QWheelEvent* event)
 {
     constexpr int notch = 120;

@@ -4,21 +4,21 @@
 
 namespace tallyfox {
 
-/// A horizontal slider that stands on whole steps only, however it is moved: by key, wheel or pointer, or by a screen
-/// reader. Its minimum is the first step. A press on the track moves it there.
+/// A horizontal slider that snaps to steps, counted from its minimum, whether it is moved by key, wheel, pointer or
+/// screen reader. A press on the track moves the knob there.
 class StepSlider : public QSlider {
     Q_OBJECT
 
 public:
     StepSlider(int minimum, int maximum, int step, QWidget* parent = nullptr);
 
-    /// Shows the step nearest to a value that does not come from the user: nothing is emitted.
+    /// Moves to the step nearest to `value` without emitting a signal.
     void showValue(double value);
 
     [[nodiscard]] QSize sizeHint() const override;
 
 Q_SIGNALS:
-    void stepped(int value); ///< the user has moved it to another step
+    void stepped(int value); ///< the user moved it to another step
 
 protected:
     void mousePressEvent(QMouseEvent* event) override;
@@ -32,7 +32,7 @@ private:
     [[nodiscard]] int valueAt(double x) const;
     [[nodiscard]] double knobCenter() const;
     [[nodiscard]] bool isMirrored() const;
-    void settle(int value);
+    void snapToStep(int value);
 
     int m_turned = 0; ///< of the wheel, in eighths of a degree, not yet worth a step
 };

@@ -7,12 +7,12 @@
 
 namespace tallyfox {
 
-/// A symbol beside a text. It says nothing by itself: the text does.
+/// A symbol beside a text; it has no accessible name, as the text says it all.
 class SymbolView : public QWidget {
     Q_OBJECT
 
 public:
-    /// `side`: of the square it fills, logical pixels.
+    /// `side` of the square that it fills, in logical pixels.
     SymbolView(Symbol symbol, int side, const QColor& color, QWidget* parent = nullptr);
 
 protected:
@@ -37,7 +37,7 @@ public:
 
     static constexpr Shape small{Theme::tileSize, Theme::tileRadius, 16};
     static constexpr Shape logo{52, 8, 28};
-    static constexpr Shape disc{76, 38, 38}; ///< above a text that says what it stands for
+    static constexpr Shape disc{76, 38, 38}; ///< above a text that explains it
 
     IconTile(const Shape& shape, Symbol symbol, const QColor& color, const QColor& fill, QWidget* parent = nullptr);
 

@@ -37,7 +37,7 @@ QStringList fittedLines(const QString& text, const QFont& font, int width, int m
         start = line.textStart() + line.textLength();
     }
     layout.endLayout();
-    if (layout.minimumWidth() > width) { // there is a word that is wider
+    if (layout.minimumWidth() > width) { // a single word is wider
         lines.clear();
         start = 0;
     }
@@ -86,7 +86,7 @@ bool TextLabel::isElided() const
     const QStringList shown = lines();
     if (shown.isEmpty())
         return false;
-    const QString& last = shown.back(); // empty where there is no place even for an ellipsis
+    const QString& last = shown.back(); // empty if not even an ellipsis fits
     return last.isEmpty() || (last.endsWith(QChar{0x2026}) && !text().endsWith(last));
 }
 
@@ -103,7 +103,7 @@ int TextLabel::verticalMargins() const
 QSize TextLabel::sizeHint() const
 {
     const QFontMetricsF metrics{font()};
-    // Rounded down, half of all texts would end in an ellipsis.
+    // Rounded up: rounded down, half of all texts would be elided.
     const int width = static_cast<int>(std::ceil(metrics.horizontalAdvance(text())));
     return {width + horizontalMargins(), QFontMetrics{font()}.height() + verticalMargins()};
 }

@@ -6,12 +6,12 @@
 
 namespace tallyfox {
 
-/// `text` in lines of at most `width`, broken between words. What does not fit into `maximumLines` ends in an ellipsis;
-/// a width below that of one of the words makes it one line.
+/// Wraps `text` between words into lines of at most `width` and elides what does not fit into `maximumLines`. If a
+/// single word is wider than `width`, the result is one elided line.
 QStringList fittedLines(const QString& text, const QFont& font, int width, int maximumLines);
 
-/// Plain text that never grows out of its place: it wraps up to a number of lines, then ends in an ellipsis and shows
-/// the whole of it under the pointer. A screen reader always gets the whole.
+/// Plain text that always stays within its geometry: it wraps up to a number of lines, then it is elided, and the
+/// tooltip shows all of it. The accessible name is always the full text.
 class TextLabel : public QLabel {
     Q_OBJECT
 
@@ -22,9 +22,9 @@ public:
     void setColor(const QColor& color);
     [[nodiscard]] const QColor& color() const;
 
-    void setMaximumLines(int lines); ///< at least 1, which it is at first
+    void setMaximumLines(int lines); ///< at least 1, the default
 
-    /// Whether a part of the text does not fit.
+    /// Whether part of the text does not fit.
     [[nodiscard]] bool isElided() const;
 
     [[nodiscard]] QSize sizeHint() const override; ///< all of the text in one line
@@ -45,7 +45,7 @@ private:
     int m_maximumLines = 1;
 };
 
-/// A short word on a faint patch of its own colour.
+/// A short word on a faint background of its own colour.
 class Badge : public TextLabel {
     Q_OBJECT
 

@@ -24,7 +24,7 @@ ToggleSwitch::ToggleSwitch(QWidget* parent)
 
 void ToggleSwitch::showChecked(bool isChecked)
 {
-    const QSignalBlocker silence{this};
+    const QSignalBlocker blocker{this};
     setChecked(isChecked);
 }
 
@@ -56,7 +56,7 @@ void ToggleSwitch::paintEvent(QPaintEvent* /*event*/)
 
 void ToggleSwitch::paintTrack(QPainter& painter, const QRectF& track) const
 {
-    // Off, only the border stands out from the card; its colour must.
+    // When off, the border alone must stand out from the card.
     painter.setBrush(isChecked() ? Theme::accent() : Theme::surfaceStrong());
     painter.setPen(isChecked() ? QPen{Qt::NoPen} : QPen{Theme::muted(), 1});
     const double inset = isChecked() ? 0 : 0.5;

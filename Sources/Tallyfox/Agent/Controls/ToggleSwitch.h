@@ -4,16 +4,16 @@
 
 namespace tallyfox {
 
-/// A check box that looks like a switch. Its label is beside it, and its accessible name.
+/// A check box that looks like a switch. The label beside it is a separate widget and its accessible name.
 class ToggleSwitch : public QCheckBox {
     Q_OBJECT
 
 public:
-    static constexpr int ringSpace = 3; ///< around what is seen, for the mark of the focus
+    static constexpr int ringSpace = 3; ///< around the switch, for the focus ring
 
     explicit ToggleSwitch(QWidget* parent = nullptr);
 
-    /// Shows a value that does not come from the user: nothing is emitted.
+    /// Sets the state without emitting a signal.
     void showChecked(bool isChecked);
 
     [[nodiscard]] QSize sizeHint() const override;

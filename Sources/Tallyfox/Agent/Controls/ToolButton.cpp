@@ -61,21 +61,21 @@ ToggleToolButton::ToggleToolButton(Symbols symbols, const QString& help, QWidget
 
 void ToggleToolButton::setOn(bool isOn)
 {
-    const QSignalBlocker ownChange{this};
+    const QSignalBlocker blocker{this};
     setChecked(isOn);
     setSymbol(isOn ? m_symbols.on : m_symbols.off, isOn ? Theme::accent() : Theme::ink());
 }
 
 void ToggleToolButton::nextCheckState()
 {
-    // A press only asks.
+    // A press only emits a request.
 }
 
-/// A screen reader's "toggle" changes the button without pressing it.
+/// The toggle action of a screen reader checks the button without pressing it.
 void ToggleToolButton::undoToggle(bool isChecked)
 {
     {
-        const QSignalBlocker ownChange{this};
+        const QSignalBlocker blocker{this};
         setChecked(!isChecked);
     }
     Q_EMIT toggleRequested();

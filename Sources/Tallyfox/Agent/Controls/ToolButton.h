@@ -6,7 +6,7 @@
 
 namespace tallyfox {
 
-/// A symbol to press, without a frame of its own. What it does stands under the pointer and in its accessible name.
+/// A button with a symbol and no frame. `help` is its tooltip and its accessible name.
 class ToolButton : public QPushButton {
     Q_OBJECT
 
@@ -25,8 +25,8 @@ private:
     QColor m_color;
 };
 
-/// A tool button that shows whether something is on, and asks for the other. Being pressed does not change it:
-/// whether the thing came on is for its owner to say.
+/// A tool button that shows whether something is on. A press only requests the other state: the owner calls `setOn`
+/// when the state has changed.
 class ToggleToolButton : public ToolButton {
     Q_OBJECT
 

@@ -54,7 +54,7 @@ void GeneralSettingsView::setPreferences(const Preferences& preferences)
 /// An interval that is none of the choices, from a file edited by hand, shows in their place and chooses none.
 void GeneralSettingsView::showMinutes(std::int64_t minutes)
 {
-    const QSignalBlocker silence{m_refreshInterval};
+    const QSignalBlocker blocker{m_refreshInterval};
     const int index = m_refreshInterval->findData(QVariant::fromValue<qlonglong>(minutes));
     m_refreshInterval->setPlaceholderText(index < 0 ? tr("%1 minutes").arg(minutes) : QString{});
     m_refreshInterval->setCurrentIndex(index);
