@@ -34,7 +34,7 @@ int legendHeight()
     return QFontMetrics{Theme::caption2()}.height();
 }
 
-/// Draws which colour is which series: one row of dots and names, from the left of `frame`.
+/// Draws one row of dots and series names, starting at the left of `frame`.
 void paintLegend(QPainter& painter, const QRectF& frame, std::span<const ChartSeries> series)
 {
     painter.save();
@@ -100,12 +100,12 @@ std::vector<AccessibleElement> Chart::accessibleElements() const
     std::vector<AccessibleElement> elements;
     for (const ChartSeries& series : m_data.series) {
         if (!series.values.empty())
-            elements.push_back(elementOf(series, format));
+            elements.push_back(makeElement(series, format));
     }
     return elements;
 }
 
-AccessibleElement Chart::elementOf(const ChartSeries& series, const DayFormat& format) const
+AccessibleElement Chart::makeElement(const ChartSeries& series, const DayFormat& format) const
 {
     AccessibleElement list;
     list.role = QAccessible::List;

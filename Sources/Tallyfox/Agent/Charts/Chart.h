@@ -16,7 +16,7 @@ namespace tallyfox {
 
 class DayFormat;
 
-/// A number at one of a chart's days.
+/// One day's value.
 struct ChartValue {
     std::size_t day = 0; ///< index into the chart's days
     std::int64_t tokens = 0;
@@ -24,7 +24,7 @@ struct ChartValue {
     friend bool operator==(const ChartValue&, const ChartValue&) = default;
 };
 
-/// The numbers that share a colour. A series without values still has its place in the legend.
+/// Values drawn in one colour. A series without values is still listed in the legend.
 struct ChartSeries {
     QString name{};
     QColor color{};
@@ -33,7 +33,7 @@ struct ChartSeries {
     friend bool operator==(const ChartSeries&, const ChartSeries&) = default;
 };
 
-/// What a chart draws: series over common days, from left to right.
+/// What a chart draws: series over the same days, from left to right.
 struct ChartData {
     std::vector<QDate> days{};
     std::vector<ChartSeries> series{};
@@ -41,31 +41,31 @@ struct ChartData {
     friend bool operator==(const ChartData&, const ChartData&) = default;
 };
 
-/// What the charts share: data, a fixed height with the legend at its foot, the help text of the day under the
-/// pointer, and the numbers for a screen reader (series by series, day by day).
+/// Base of the charts: data, a fixed height with the legend at the bottom, a tooltip for the day under the pointer,
+/// and accessible elements for every series and every day of it.
 class Chart : public QWidget, public AccessibleDrawing {
     Q_OBJECT
 
 public:
-    /// Draws `data` from now on. The same data once more change nothing.
+    /// Replaces the data; equal data change nothing.
     void setData(ChartData data);
     [[nodiscard]] const ChartData& data() const;
 
-    /// What the pointer is told over a day: the date, then a line for each series that has a value there.
+    /// The tooltip of a day: the date, then a line for each series with a value on that day.
     [[nodiscard]] QString helpText(std::size_t day) const;
 
     [[nodiscard]] QAccessible::Role accessibleRole() const override;
     [[nodiscard]] std::vector<AccessibleElement> accessibleElements() const override;
 
 protected:
-    /// `height` in logical pixels, legend included.
+    /// `height` is in logical pixels and includes the legend.
     Chart(int height, QWidget* parent);
 
-    /// Everything but the legend.
+    /// The widget without the legend.
     [[nodiscard]] QRectF plotFrame() const;
-    /// The part of the plot that a day has for itself, from top to bottom.
+    /// The full-height column of the plot that belongs to a day.
     [[nodiscard]] virtual QRectF dayFrame(std::size_t day) const = 0;
-    /// Where the value of a series is drawn.
+    /// Where a series' value is drawn.
     [[nodiscard]] virtual QRectF valueFrame(const ChartSeries& series, const ChartValue& value) const = 0;
     virtual void paintPlot(QPainter& painter) = 0;
 
@@ -76,7 +76,7 @@ protected:
 private:
     [[nodiscard]] std::optional<std::size_t> dayAt(QPointF position) const;
     void showHelp(const QPoint& position, const QPoint& onScreen);
-    [[nodiscard]] AccessibleElement elementOf(const ChartSeries& series, const DayFormat& format) const;
+    [[nodiscard]] AccessibleElement makeElement(const ChartSeries& series, const DayFormat& format) const;
 
     ChartData m_data;
 };

@@ -19,12 +19,12 @@ namespace {
 
 constexpr int pitch = HeatMap::cellSize + HeatMap::gap;
 
-int rowsOf(std::size_t cells)
+int rowCount(std::size_t cells)
 {
     return (static_cast<int>(cells) + HeatMap::columns - 1) / HeatMap::columns;
 }
 
-/// "Nov 15, 2026: 1.2K": under the pointer, and to a screen reader.
+/// "Nov 15, 2026: 1.2K": the tooltip and the accessible name.
 QString helpText(const HeatCell& cell, const DayFormat& format)
 {
     return HeatMap::tr("%1: %2").arg(format.text(cell.day), tokenText(cell.tokens, QLocale{}));
@@ -43,7 +43,7 @@ void HeatMap::setCells(std::vector<HeatCell> cells)
 {
     if (cells == m_cells)
         return;
-    const bool keepsHeight = rowsOf(cells.size()) == rowsOf(m_cells.size());
+    const bool keepsHeight = rowCount(cells.size()) == rowCount(m_cells.size());
     m_cells = std::move(cells);
     if (!keepsHeight)
         updateGeometry();
@@ -59,7 +59,7 @@ QRect HeatMap::cellFrame(std::size_t index)
 
 QSize HeatMap::sizeHint() const
 {
-    return {columns * pitch - gap, std::max(rowsOf(m_cells.size()) * pitch - gap, 0)};
+    return {columns * pitch - gap, std::max(rowCount(m_cells.size()) * pitch - gap, 0)};
 }
 
 QSize HeatMap::minimumSizeHint() const
@@ -88,7 +88,7 @@ std::vector<AccessibleElement> HeatMap::accessibleElements() const
 std::optional<std::size_t> HeatMap::cellAt(QPoint position) const
 {
     for (std::size_t index = 0; index < m_cells.size(); ++index) {
-        // The gaps belong to the cells before them: a pointer that crosses the map is told something everywhere.
+        // Each gap counts as part of the cell before it, so that there is a tooltip everywhere.
         if (cellFrame(index).adjusted(0, 0, gap, gap).contains(position))
             return index;
     }
@@ -120,7 +120,7 @@ void HeatMap::paintEvent(QPaintEvent* /*event*/)
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     const PixelGrid grid{painter};
-    // Equally large on every pixel: at a scale of 1.25 some cells would else be wider than their neighbours.
+    // The same number of device pixels each: at a scale of 1.25, some cells would otherwise be wider than others.
     const double side = std::round(grid.pixels(cellSize)) * grid.pixel();
     for (std::size_t index = 0; index < m_cells.size(); ++index) {
         const QRect frame = cellFrame(index);

@@ -12,7 +12,7 @@
 
 namespace tallyfox {
 
-/// A day of the heat map.
+/// One day of the heat map.
 struct HeatCell {
     QDate day{};
     std::int64_t tokens = 0;
@@ -21,7 +21,7 @@ struct HeatCell {
     friend bool operator==(const HeatCell&, const HeatCell&) = default;
 };
 
-/// Small squares in rows of 53, filled row by row, each as dense as its day was busy.
+/// Small squares in rows of 53, filled row by row; the busier the day, the more opaque.
 class HeatMap : public QWidget, public AccessibleDrawing {
     Q_OBJECT
 
@@ -33,7 +33,7 @@ public:
 
     HeatMap(const QColor& color, QWidget* parent);
 
-    /// Draws `cells` from now on; the widget is as high as they need. The same cells once more change nothing.
+    /// Replaces the cells, which determine the widget's height; equal cells change nothing.
     void setCells(std::vector<HeatCell> cells);
 
     /// Where a cell is drawn.

@@ -12,9 +12,9 @@ namespace tallyfox {
 namespace {
 
 constexpr double lineWidth = 2;
-constexpr double pointSize = 8; // of what stands for a point under the pointer
+constexpr double pointSize = 8; // of a value's accessible frame
 
-/// The slope of each of the lines that join neighbours.
+/// The slopes of the straight lines between neighbouring points.
 std::vector<double> secants(std::span<const QPointF> points)
 {
     std::vector<double> slopes;
@@ -23,7 +23,7 @@ std::vector<double> secants(std::span<const QPointF> points)
     return slopes;
 }
 
-/// The curve's slope at each point: level at peaks and valleys, else between the slopes of the two sides.
+/// The curve's slope at each point: zero at peaks and valleys, otherwise the mean of the slopes on both sides.
 std::vector<double> tangents(const std::vector<double>& secant)
 {
     std::vector<double> slopes{secant.front()};
@@ -35,8 +35,8 @@ std::vector<double> tangents(const std::vector<double>& secant)
     return slopes;
 }
 
-/// Fritsch and Carlson: a piece of a cubic is monotone when its end slopes, as multiples of the secant, lie inside of
-/// a circle of radius 3. Steeper ones are shortened onto it.
+/// Fritsch and Carlson (1980): a cubic piece is monotone if its end slopes, as multiples of the secant slope, are
+/// within a circle of radius 3. Steeper ones are scaled down onto the circle.
 void keepMonotone(std::vector<double>& tangent, const std::vector<double>& secant)
 {
     constexpr double radius = 3;
@@ -61,7 +61,7 @@ LineChart::LineChart(QWidget* parent)
 
 QRectF LineChart::lineFrame() const
 {
-    // The pen reaches out of the curve by half of its width: a line at zero would lose its lower half.
+    // Leave room for half of the pen: the lower half of a line at zero would be clipped.
     return plotFrame().adjusted(lineWidth / 2, lineWidth / 2, -lineWidth / 2, -lineWidth / 2);
 }
 
@@ -94,7 +94,7 @@ double LineChart::largestValue() const
 QPointF LineChart::position(const ChartValue& value, double largest) const
 {
     const QRectF frame = lineFrame();
-    // Only a damaged history counts below zero; there is no room for it.
+    // Only a damaged history has negative counts; they are drawn as zero.
     const double share = static_cast<double>(std::max<std::int64_t>(value.tokens, 0)) / largest;
     return {dayPosition(value.day), frame.bottom() - share * frame.height()};
 }

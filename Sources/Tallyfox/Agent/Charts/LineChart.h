@@ -9,7 +9,7 @@
 
 namespace tallyfox {
 
-/// One smooth line for each series, without axes: the shape of the days, not their numbers.
+/// A smooth line per series without axes: it shows the trend, not the numbers.
 class LineChart : public Chart {
     Q_OBJECT
 
@@ -31,9 +31,9 @@ private:
     void paintLine(QPainter& painter, const ChartSeries& series, double largest) const;
 };
 
-/// A smooth curve through every one of `points`, whose x must ascend strictly. Between two points it never leaves the
-/// range of their y: where the numbers are zero the curve stays at zero, and it rises above no peak. One point gives
-/// a path that only moves there; none gives an empty path.
+/// A smooth curve through all `points`, whose x must be strictly increasing. Between two points it stays within the
+/// range of their y, so it neither dips below zero nor overshoots a peak. One point gives a path that only moves
+/// there; no points give an empty path.
 QPainterPath smoothCurve(std::span<const QPointF> points);
 
 } // namespace tallyfox

@@ -30,13 +30,13 @@ struct Unit {
 constexpr std::array units{Unit{1'000'000'000'000, "T"}, Unit{1'000'000'000, "B"}, Unit{1'000'000, "M"},
                            Unit{1'000, "K"}};
 
-constexpr std::uint64_t mostSteps = 5;
+constexpr std::uint64_t maxAxisSteps = 5;
 constexpr int labelGap = 6; // between the bars and the labels of the axis
 constexpr double gridOpacity = 0.6;
-constexpr double narrowestColumnWithGap = 4; // device pixels: narrower ones would be half gaps
+constexpr double narrowestColumnWithGap = 4; // device pixels; in narrower columns, gaps would take up to half
 constexpr double gapShare = 0.25; // of a column
 
-/// Only a damaged history counts below zero; such a day has no bar.
+/// Only a damaged history has negative counts; they are drawn as zero.
 std::int64_t barTokens(const ChartValue& value)
 {
     return std::max<std::int64_t>(value.tokens, 0);
@@ -52,7 +52,7 @@ std::vector<std::int64_t> totals(const ChartData& data)
     return totals;
 }
 
-/// The tokens of the series that `day`'s bar has under `series`.
+/// The tokens stacked below `series` in the bar of `day`.
 std::int64_t tokensBelow(const ChartData& data, const ChartSeries& series, std::size_t day)
 {
     std::int64_t sum = 0;
@@ -65,7 +65,7 @@ std::int64_t tokensBelow(const ChartData& data, const ChartSeries& series, std::
     return sum;
 }
 
-double heightOf(std::int64_t tokens, const AxisScale& scale, const QRectF& frame)
+double barHeight(std::int64_t tokens, const AxisScale& scale, const QRectF& frame)
 {
     return static_cast<double>(tokens) / static_cast<double>(scale.top()) * frame.height();
 }
@@ -75,7 +75,7 @@ QString label(std::uint64_t mark)
     return QString::fromStdString(axisLabel(mark));
 }
 
-/// Where a day's bar stands within the row of bars: all are equally wide, on whole device pixels.
+/// The horizontal extent of a day's bar: the same whole number of device pixels for every bar.
 struct BarSpan {
     double left;
     double width;
@@ -107,15 +107,15 @@ std::vector<std::uint64_t> AxisScale::marks() const
     return marks;
 }
 
-AxisScale axisScale(std::int64_t largest, std::uint64_t mostSteps)
+AxisScale axisScale(std::int64_t largest, std::uint64_t maxSteps)
 {
     const auto reach = static_cast<std::uint64_t>(std::max<std::int64_t>(largest, 1));
-    // Ends at 10^19 at the latest, which 64 bits hold and no count exceeds.
+    // Ends at 10^19 at the latest: that fits into 64 bits, and no count is greater.
     for (std::uint64_t power = 1;; power *= 10) {
-        // Half of five would be no whole number of tokens at the very first power.
+        // 2.5 is not a whole number of tokens, so 5 takes its place at the first power.
         const std::uint64_t twoAndAHalf = power == 1 ? 5 : power / 10 * 25;
         for (const std::uint64_t step : {power, 2 * power, twoAndAHalf, 5 * power}) {
-            if (stepsToReach(reach, step) <= mostSteps)
+            if (stepsToReach(reach, step) <= maxSteps)
                 return {step, stepsToReach(reach, step)};
         }
     }
@@ -138,15 +138,15 @@ StackedBarChart::StackedBarChart(QWidget* parent)
 
 AxisScale StackedBarChart::scale() const
 {
-    const std::vector<std::int64_t> ofDays = totals(data());
-    const auto highest = std::max_element(ofDays.begin(), ofDays.end());
-    return axisScale(highest == ofDays.end() ? 0 : *highest, mostSteps);
+    const std::vector<std::int64_t> dayTotals = totals(data());
+    const auto highest = std::max_element(dayTotals.begin(), dayTotals.end());
+    return axisScale(highest == dayTotals.end() ? 0 : *highest, maxAxisSteps);
 }
 
 bool StackedBarChart::hasTokens() const
 {
-    const std::vector<std::int64_t> ofDays = totals(data());
-    return std::any_of(ofDays.begin(), ofDays.end(), [](std::int64_t tokens) { return tokens > 0; });
+    const std::vector<std::int64_t> dayTotals = totals(data());
+    return std::any_of(dayTotals.begin(), dayTotals.end(), [](std::int64_t tokens) { return tokens > 0; });
 }
 
 QRectF StackedBarChart::barsFrame(const AxisScale& scale) const
@@ -155,7 +155,7 @@ QRectF StackedBarChart::barsFrame(const AxisScale& scale) const
     int labelWidth = 0;
     for (const std::uint64_t mark : scale.marks())
         labelWidth = std::max(labelWidth, metrics.horizontalAdvance(label(mark)));
-    const double halfLabel = metrics.height() / 2.0; // the first and the last label reach over the ends of the axis
+    const double halfLabel = metrics.height() / 2.0; // the first and last label extend beyond the ends of the axis
     return plotFrame().adjusted(0, halfLabel, -(labelWidth + labelGap), -halfLabel);
 }
 
@@ -170,8 +170,8 @@ QRectF StackedBarChart::valueFrame(const ChartSeries& series, const ChartValue& 
 {
     const AxisScale axis = scale();
     const QRectF frame = barsFrame(axis);
-    const double bottom = frame.bottom() - heightOf(tokensBelow(data(), series, value.day), axis, frame);
-    const double height = heightOf(barTokens(value), axis, frame);
+    const double bottom = frame.bottom() - barHeight(tokensBelow(data(), series, value.day), axis, frame);
+    const double height = barHeight(barTokens(value), axis, frame);
     const QRectF column = dayFrame(value.day);
     return {column.left(), bottom - height, column.width(), height};
 }
@@ -191,7 +191,7 @@ void StackedBarChart::paintAxis(QPainter& painter, const PixelGrid& grid, const 
     painter.setFont(Theme::caption2());
     painter.setPen(Theme::muted());
     const double labelHeight = QFontMetrics{Theme::caption2()}.height();
-    // Without any tokens every number but zero would be made up.
+    // Without any tokens, labels other than zero would be arbitrary.
     const std::uint64_t lastStep = hasTokens() ? scale.steps : 0;
     for (std::uint64_t step = 0; step <= lastStep; ++step) {
         const double share = static_cast<double>(step) / static_cast<double>(scale.steps);
@@ -215,10 +215,10 @@ void StackedBarChart::paintBars(QPainter& painter, const PixelGrid& grid, const 
             if (barTokens(value) == 0)
                 continue;
             tokens.at(value.day) += barTokens(value);
-            // A day with any tokens shows that it has some.
+            // At least one pixel for any value above zero.
             const double bottom = tops.at(value.day);
             const double top =
-                std::min(grid.y(frame.bottom() - heightOf(tokens.at(value.day), scale, frame)), bottom - grid.pixel());
+                std::min(grid.y(frame.bottom() - barHeight(tokens.at(value.day), scale, frame)), bottom - grid.pixel());
             const BarSpan span = barSpan(grid, frame, value.day, count);
             painter.fillRect(QRectF{span.left, top, span.width, bottom - top}, series.color);
             tops.at(value.day) = top;

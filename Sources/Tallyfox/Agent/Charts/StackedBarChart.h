@@ -15,23 +15,23 @@ struct AxisScale {
     std::uint64_t step = 1; ///< 1, 2, 2.5 or 5 times a power of ten; always a whole number
     std::uint64_t steps = 1; ///< at least 1
 
-    /// The last mark: at least as large as every number the scale was made for.
+    /// The last mark: at least the largest number that the scale was made for.
     [[nodiscard]] std::uint64_t top() const;
-    /// Every mark, zero first.
+    /// All marks, starting at zero.
     [[nodiscard]] std::vector<std::uint64_t> marks() const;
 
     friend bool operator==(const AxisScale&, const AxisScale&) = default;
 };
 
-/// The scale with the smallest step that reaches `largest` within `mostSteps` (at least 1). A `largest` below 1 is
-/// taken as 1.
-AxisScale axisScale(std::int64_t largest, std::uint64_t mostSteps);
+/// The scale with the smallest step that reaches `largest` in at most `maxSteps` steps (at least 1). A `largest`
+/// below 1 counts as 1.
+AxisScale axisScale(std::int64_t largest, std::uint64_t maxSteps);
 
 /// A mark's label, exact and short: "0", "250", "2.5K", "1M", "10B".
 std::string axisLabel(std::uint64_t mark);
 
-/// One bar for each day, on which the series are stacked in their order, over horizontal lines at round numbers.
-/// Bars begin and end on device pixels: nothing blurs, however many days there are.
+/// One bar per day with the series stacked in their order, and horizontal grid lines at round numbers. Bars start and
+/// end on device pixels, so they are sharp for any number of days.
 class StackedBarChart : public Chart {
     Q_OBJECT
 
@@ -40,7 +40,7 @@ public:
 
     explicit StackedBarChart(QWidget* parent = nullptr);
 
-    /// The vertical axis, which the highest bar fits.
+    /// The vertical axis, fitted to the highest bar.
     [[nodiscard]] AxisScale scale() const;
 
 protected:
