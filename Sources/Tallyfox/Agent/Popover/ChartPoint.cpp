@@ -10,7 +10,7 @@ namespace tallyfox {
 
 namespace {
 
-/// The shortest decimal that reads back as the same number, always with a fraction.
+/// The shortest decimal that parses to the same number, always with a fraction.
 std::string shortestDecimal(double value)
 {
     std::array<char, 32> digits{};
@@ -30,7 +30,7 @@ std::vector<Instant> distinctDates(std::span<const ChartPoint> points)
     return dates;
 }
 
-ChartSeries seriesOf(Provider provider, std::span<const ChartPoint> points, const std::vector<Instant>& dates)
+ChartSeries makeSeries(Provider provider, std::span<const ChartPoint> points, const std::vector<Instant>& dates)
 {
     ChartSeries series{providerTitle(provider), presentationOf(provider).color()};
     for (const ChartPoint& point : points) {
@@ -63,13 +63,13 @@ std::vector<ChartPoint> trendPoints(std::span<const ProviderState> states)
 {
     std::vector<ChartPoint> points;
     for (const ProviderState& state : states) {
-        const auto ofState = chartPoints(state.provider, state.summary.last30Days);
-        points.insert(points.end(), ofState.begin(), ofState.end());
+        const auto statePoints = chartPoints(state.provider, state.summary.last30Days);
+        points.insert(points.end(), statePoints.begin(), statePoints.end());
     }
     return points;
 }
 
-QDate dayOf(Instant date, const Calendar& calendar)
+QDate toDate(Instant date, const Calendar& calendar)
 {
     const std::chrono::year_month_day day{calendar.dayOf(date)};
     return {static_cast<int>(day.year()), static_cast<int>(static_cast<unsigned>(day.month())),
@@ -82,9 +82,9 @@ ChartData chartContent(std::span<const ChartPoint> points, const Calendar& calen
     ChartData data;
     data.days.reserve(dates.size());
     for (const Instant date : dates)
-        data.days.push_back(dayOf(date, calendar));
+        data.days.push_back(toDate(date, calendar));
     for (const Provider provider : allProviders)
-        data.series.push_back(seriesOf(provider, points, dates));
+        data.series.push_back(makeSeries(provider, points, dates));
     return data;
 }
 

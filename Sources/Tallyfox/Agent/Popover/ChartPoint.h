@@ -13,30 +13,30 @@
 
 namespace tallyfox {
 
-/// One day of one provider, as the charts plot it.
+/// One day of one provider, as plotted by the charts.
 struct ChartPoint {
     std::string provider{}; ///< the provider's title: also the key of its series
     Instant date = distantPast; ///< start of the day
     std::int64_t tokens = 0;
 
-    /// The provider and the day's start in seconds since 1970, in the fewest digits that tell it:
-    /// "Claude-1731628800.0". No two points of a chart share it, as no provider has a day twice.
+    /// The provider and the start of the day in seconds since 1970, in as few digits as possible:
+    /// "Claude-1731628800.0". Unique within a chart, as no provider has a day twice.
     [[nodiscard]] std::string id() const;
 
     friend bool operator==(const ChartPoint&, const ChartPoint&) = default;
 };
 
-/// A point for each of `days`, in their order.
+/// One point for each of `days`, in their order.
 std::vector<ChartPoint> chartPoints(Provider provider, std::span<const DailyUsage> days);
 
-/// The last 30 days of each state, state after state, oldest day first; days without tokens included.
+/// The last 30 days of each state, one state after the other, oldest day first; includes days without tokens.
 std::vector<ChartPoint> trendPoints(std::span<const ProviderState> states);
 
-/// The local date of a day's start.
-QDate dayOf(Instant date, const Calendar& calendar);
+/// The local date of the start of a day.
+QDate toDate(Instant date, const Calendar& calendar);
 
-/// `points` as a chart takes them: one series for each provider, in its colour, points or not, over all days that
-/// any point has, earliest first. Points of titles that no provider has are left out.
+/// The data of a chart of `points`: their days, earliest first, and a series for every provider, in its colour, even
+/// without points. Ignores points whose title is not that of a provider.
 ChartData chartContent(std::span<const ChartPoint> points, const Calendar& calendar);
 
 } // namespace tallyfox

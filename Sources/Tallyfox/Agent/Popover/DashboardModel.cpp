@@ -14,7 +14,7 @@ namespace {
 constexpr std::int64_t daysOfYear = 365;
 constexpr double dollarsPerToken = 0.000003;
 
-std::int64_t sumOf(std::span<const ProviderState> states, std::int64_t UsageSummary::*tokens)
+std::int64_t sumOver(std::span<const ProviderState> states, std::int64_t UsageSummary::*tokens)
 {
     std::int64_t sum = 0;
     for (const ProviderState& state : states)
@@ -26,19 +26,19 @@ std::int64_t sumOf(std::span<const ProviderState> states, std::int64_t UsageSumm
 
 std::int64_t todayTokens(std::span<const ProviderState> states)
 {
-    return sumOf(states, &UsageSummary::todayTokens);
+    return sumOver(states, &UsageSummary::todayTokens);
 }
 
 std::int64_t totalTokens(std::span<const ProviderState> states)
 {
-    return sumOf(states, &UsageSummary::totalTokens);
+    return sumOver(states, &UsageSummary::totalTokens);
 }
 
 std::string hypotheticalCost(std::span<const ProviderState> states)
 {
     std::array<char, 32> digits{};
     const double dollars = static_cast<double>(totalTokens(states)) * dollarsPerToken;
-    // Unlike printf, with a point in every locale.
+    // Unlike printf, always with a decimal point.
     const auto end = std::to_chars(digits.begin(), digits.end(), dollars, std::chars_format::fixed, 2).ptr;
     return '$' + std::string{digits.begin(), end};
 }
@@ -47,8 +47,8 @@ std::vector<ChartPoint> chartPoints(std::span<const ProviderState> states, std::
 {
     std::vector<ChartPoint> points;
     for (const ProviderState& state : states) {
-        const auto ofState = tallyfox::chartPoints(state.provider, state.summary.series(range));
-        points.insert(points.end(), ofState.begin(), ofState.end());
+        const auto statePoints = tallyfox::chartPoints(state.provider, state.summary.series(range));
+        points.insert(points.end(), statePoints.begin(), statePoints.end());
     }
     return points;
 }
@@ -78,12 +78,12 @@ std::int64_t maxTokens(std::span<const DailyUsage> days)
 
 double heatOpacity(std::int64_t tokens, std::int64_t maxTokens)
 {
-    constexpr double ofNone = 0.08;
-    constexpr double ofLeast = 0.2;
+    constexpr double withoutTokens = 0.08;
+    constexpr double lowest = 0.2;
     if (tokens <= 0)
-        return ofNone;
+        return withoutTokens;
     const double share = static_cast<double>(tokens) / static_cast<double>(maxTokens);
-    return std::min(1.0, share * (1 - ofLeast) + ofLeast);
+    return std::min(1.0, share * (1 - lowest) + lowest);
 }
 
 } // namespace tallyfox::DashboardModel

@@ -34,7 +34,7 @@ TextLabel* centeredLabel(const QString& text, const QFont& font, const QColor& c
     return label;
 }
 
-/// Returns the label of the sum itself, above that of its title.
+/// Returns the label of the sum; that of the title is below it.
 TextLabel* addFigure(QHBoxLayout& row, const QString& title)
 {
     QWidget* card = row.parentWidget();
@@ -44,7 +44,7 @@ TextLabel* addFigure(QHBoxLayout& row, const QString& title)
         row.addWidget(divider, 0, Qt::AlignCenter);
     }
     auto* figure = new QWidget{card};
-    figure->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed); // shares are equal whatever stands in them
+    figure->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed); // equal shares, whatever the texts
     auto* stack = new QVBoxLayout{figure};
     stack->setContentsMargins(0, 0, 0, 0);
     stack->setSpacing(figureSpacing);
@@ -63,7 +63,7 @@ std::vector<HeatCell> heatCells(const UsageSnapshot& snapshot)
     cells.reserve(days.size());
     for (const DailyUsage& day : days) {
         cells.push_back(
-            {dayOf(day.date, snapshot.calendar), day.tokens, DashboardModel::heatOpacity(day.tokens, maxTokens)});
+            {toDate(day.date, snapshot.calendar), day.tokens, DashboardModel::heatOpacity(day.tokens, maxTokens)});
     }
     return cells;
 }
@@ -86,7 +86,7 @@ DashboardView::DashboardView(QWidget* parent)
     connect(m_range, &SegmentedPicker::currentIndexChanged, this, &DashboardView::drawChart);
 }
 
-/// Three sums side by side: the tokens of today, of 30 days, and what these might have cost.
+/// Three sums side by side: today's tokens, those of the last 30 days, and what the latter might have cost.
 QWidget* DashboardView::makeSummary()
 {
     auto* card = new Card{this};

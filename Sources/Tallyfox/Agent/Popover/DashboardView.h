@@ -9,7 +9,7 @@ class SegmentedPicker;
 class StackedBarChart;
 class TextLabel;
 
-/// The second tab: three sums, the tokens of each day over a range, and the year as a heat map.
+/// The second tab: three sums, a chart of the daily tokens, and a heat map of the year.
 class DashboardView : public TabView {
     Q_OBJECT
 

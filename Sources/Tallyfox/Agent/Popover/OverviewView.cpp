@@ -97,7 +97,7 @@ OverviewView::OverviewView(QWidget* parent)
 
 OverviewView::~OverviewView() = default;
 
-/// Pressed, it asks for the home folder, so that the program may read the histories.
+/// Asks the user to grant access to the home folder, where the histories are.
 CardButton* OverviewView::makeInvitation()
 {
     auto* button = new CardButton{tr("Enable 30-day usage"), this};

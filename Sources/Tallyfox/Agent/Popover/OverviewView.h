@@ -14,15 +14,14 @@ class LineChart;
 class ProviderCard;
 class RefreshFooter;
 
-/// The last 30 days of each provider at a glance: a line for each, in a card of its own chrome. Takes no clicks: they
-/// go to whatever it stands in.
+/// A card with a line chart of the last 30 days of each provider. It leaves clicks to its parent.
 class TrendCard : public QWidget {
     Q_OBJECT
 
 public:
     explicit TrendCard(QWidget* parent = nullptr);
 
-    /// Draws `states`; `calendar` names their days.
+    /// Shows `states`; `calendar` gives the dates of their days.
     void setStates(const std::vector<ProviderState>& states, const Calendar& calendar);
 
 protected:
@@ -32,7 +31,7 @@ private:
     LineChart* m_chart;
 };
 
-/// The first tab: the invitation to grant access, one card for each provider, the trend and the state of the refresh.
+/// The first tab: the request for access, a card for each provider, the trend, and the state of the refresh.
 class OverviewView : public TabView {
     Q_OBJECT
 

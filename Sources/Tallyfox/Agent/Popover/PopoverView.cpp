@@ -93,13 +93,12 @@ PopoverView::PopoverView(PopoverTab selectedTab, QWidget* parent)
     connect(m_picker, &SegmentedPicker::currentIndexChanged, this, &PopoverView::showTab);
 }
 
-/// The program's name, and a button each for keeping awake, settings and services.
+/// The program's name, and buttons for keep-awake, settings and services.
 QWidget* PopoverView::makeHeader()
 {
     auto* header = new QWidget{this};
     header->setFixedHeight(headerHeight);
-    m_keepAwake =
-        new ToggleToolButton{{.off = Symbol::cupHot, .on = Symbol::cupHotFill}, tr("Keep Mac Awake"), header};
+    m_keepAwake = new ToggleToolButton{{.off = Symbol::cupHot, .on = Symbol::cupHotFill}, tr("Keep Mac Awake"), header};
     auto* row = new QHBoxLayout{header};
     row->setContentsMargins(headerPadding, 0, headerPadding, 0);
     row->setSpacing(headerSpacing);
@@ -126,8 +125,8 @@ void PopoverView::selectTab(PopoverTab tab)
     m_picker->setCurrentIndex(static_cast<int>(tab));
 }
 
-/// Replaces the view by a new one of the chosen tab. A user who moved in the old one by the keyboard goes on at the
-/// picker: the old view may be the one that asked, and its focus is destroyed with it.
+/// Replaces the view with a new one for the selected tab. If the old view has the focus, the picker gets it, so that
+/// keyboard navigation continues there.
 void PopoverView::showTab()
 {
     const bool hadFocus = m_tab && m_tab->isAncestorOf(focusWidget());
@@ -153,7 +152,7 @@ void PopoverView::setKeepsAwake(bool keepsAwake)
     m_keepAwake->setOn(keepsAwake);
 }
 
-/// Paging works wherever the focus is: some of a tab's content has nothing to stop at.
+/// The page keys scroll wherever the focus is: some tabs have little that can take it.
 void PopoverView::keyPressEvent(QKeyEvent* event)
 {
     if (event->key() == Qt::Key_PageUp)

@@ -19,7 +19,7 @@ enum class PopoverTab { overview, dashboard, ranking, services };
 inline constexpr std::array allPopoverTabs{PopoverTab::overview, PopoverTab::dashboard, PopoverTab::ranking,
                                            PopoverTab::services};
 
-/// "Overview", "Dashboard", "Ranking" or "Services": also the label of its segment, before translation.
+/// "Overview", "Dashboard", "Ranking" or "Services": also the untranslated label of its segment.
 constexpr const char* rawValue(PopoverTab tab)
 {
     switch (tab) {
@@ -35,8 +35,8 @@ constexpr const char* rawValue(PopoverTab tab)
     return "";
 }
 
-/// The content of the popover: header, tab picker, and the view of the chosen tab, in 420 by 680 logical pixels. The
-/// chosen tab stays when the popover closes. Given the focus, it hands it to the tab picker.
+/// The content of the popover: header, tab picker, and the view of the selected tab, in 420 by 680 logical pixels.
+/// The tab stays selected when the popover closes. The tab picker is its focus proxy.
 class PopoverView : public QWidget {
     Q_OBJECT
 
@@ -44,7 +44,7 @@ public:
     explicit PopoverView(PopoverTab selectedTab, QWidget* parent = nullptr);
 
     [[nodiscard]] PopoverTab selectedTab() const;
-    /// Replaces the tab's view by a new one; does nothing when the tab is chosen already.
+    /// Replaces the view with a new one for `tab`; does nothing if the tab is selected already.
     void selectTab(PopoverTab tab);
 
     void setUsage(const UsageSnapshot& snapshot);

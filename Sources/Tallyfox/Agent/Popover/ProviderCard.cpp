@@ -21,7 +21,7 @@ QFont figureFont()
     return Theme::system(figureSize, QFont::DemiBold);
 }
 
-/// What has to be below a caption for its base line to be that of the large figure.
+/// The margin below a caption that puts it on the baseline of the large figure.
 int captionDrop()
 {
     return QFontMetrics{figureFont()}.descent() - QFontMetrics{Theme::caption()}.descent();
@@ -91,7 +91,7 @@ QHBoxLayout* ProviderCard::makeFigure()
     m_note->setContentsMargins(0, 0, 0, captionDrop());
     m_note->setAlignment(Qt::AlignRight | Qt::AlignBottom);
     m_note->setMaximumLines(2);
-    // It takes what the figure leaves, however long it is.
+    // It gets the space that the figure leaves, however long it is.
     QSizePolicy policy = m_note->sizePolicy();
     policy.setHorizontalPolicy(QSizePolicy::Ignored);
     m_note->setSizePolicy(policy);

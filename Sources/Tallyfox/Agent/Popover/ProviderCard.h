@@ -13,7 +13,7 @@ class MetricRow;
 class TextLabel;
 class UsageBar;
 
-/// One provider: how healthy its source is, and its quota or the tokens counted on this computer.
+/// One provider: the health of its source, and its quota or the tokens counted on this computer.
 class ProviderCard : public Card {
     Q_OBJECT
 
@@ -22,7 +22,7 @@ public:
 
     [[nodiscard]] Provider provider() const;
 
-    /// Draws `model`, which is of the same provider.
+    /// Shows `model`, which must be of the same provider.
     void setModel(const ProviderCardModel& model);
 
 private:

@@ -47,7 +47,7 @@ const QColor& confidenceColor(MeasurementConfidence confidence)
     return Theme::muted();
 }
 
-/// Rounded to the nearest integer, halves away from zero; beyond 100 as it is.
+/// Rounded to the nearest integer, halves away from zero; not clamped.
 QString wholePercent(double percent)
 {
     constexpr double noNegativeZero = 0;
@@ -75,25 +75,25 @@ std::optional<ProviderCardModel::Weekly> weekly(const QuotaSnapshot& quota, Inst
     return result;
 }
 
-bool isWithoutPermission(const ProviderState& state)
+bool lacksPermission(const ProviderState& state)
 {
     return state.health == SourceHealth::permissionRequired;
 }
 
 QString localTokenText(const ProviderState& state, const QLocale& locale)
 {
-    return isWithoutPermission(state) ? QStringLiteral(u"—") : tokenText(state.summary.totalTokens, locale);
+    return lacksPermission(state) ? QStringLiteral(u"—") : tokenText(state.summary.totalTokens, locale);
 }
 
 QString historyText(const ProviderState& state)
 {
-    if (isWithoutPermission(state))
+    if (lacksPermission(state))
         return CardText::tr("Not enabled");
     return state.isPartialHistory ? CardText::tr("Partial local scan") : CardText::tr("Local metadata");
 }
 
-void fillIn(ProviderCardModel& model, const ProviderState& state, const QuotaSnapshot& quota, Instant now,
-            const QLocale& locale)
+void setQuota(ProviderCardModel& model, const ProviderState& state, const QuotaSnapshot& quota, Instant now,
+              const QLocale& locale)
 {
     model.figure = wholePercent(quota.primary.usedPercent) + QLatin1Char{'%'};
     model.figureCaption = CardText::tr("used");
@@ -106,7 +106,7 @@ void fillIn(ProviderCardModel& model, const ProviderState& state, const QuotaSna
                       {CardText::tr("Source"), translatedText(state.detail)}}};
 }
 
-void fillIn(ProviderCardModel& model, const ProviderState& state, const QLocale& locale)
+void setTokens(ProviderCardModel& model, const ProviderState& state, const QLocale& locale)
 {
     model.figure = localTokenText(state, locale);
     model.figureCaption = CardText::tr("tokens / 30D");
@@ -134,9 +134,9 @@ ProviderCardModel providerCardModel(const ProviderState& state, Instant now, con
     model.health = {translatedText(rawValue(state.health)), healthColor(state.health)};
     model.confidence = {confidenceLabel(confidence), confidenceColor(confidence)};
     if (state.quota)
-        fillIn(model, state, *state.quota, now, locale);
+        setQuota(model, state, *state.quota, now, locale);
     else
-        fillIn(model, state, locale);
+        setTokens(model, state, locale);
     return model;
 }
 

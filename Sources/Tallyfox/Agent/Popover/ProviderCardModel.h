@@ -12,7 +12,7 @@ class QLocale;
 
 namespace tallyfox {
 
-/// Everything that a provider's card shows.
+/// The texts and values of a provider's card.
 struct ProviderCardModel {
     struct Badge {
         QString text{};
@@ -30,13 +30,13 @@ struct ProviderCardModel {
 
     struct Weekly {
         QString used{};
-        QString reset{}; ///< empty when the window does not say
+        QString reset{}; ///< empty if not reported
 
         friend bool operator==(const Weekly&, const Weekly&) = default;
     };
 
     struct Quota {
-        double usedPercent = 0; ///< of the primary window, as delivered
+        double usedPercent = 0; ///< of the primary window, unchanged
         QString accessibleName{}; ///< of the bar
         std::optional<Weekly> weekly{};
 
@@ -49,17 +49,18 @@ struct ProviderCardModel {
     Badge confidence{};
     QString figure{}; ///< the large one
     QString figureCaption{}; ///< beside it
-    QString note{}; ///< when the quota resets, else where the figure comes from
-    std::optional<Quota> quota{}; ///< without one, the card tells local usage
+    QString note{}; ///< when the quota resets, or else where the figure comes from
+    std::optional<Quota> quota{}; ///< without one, the card shows local usage
     std::array<Metric, 3> metrics{};
 
     friend bool operator==(const ProviderCardModel&, const ProviderCardModel&) = default;
 };
 
-/// How sure the shown figures are: as sure as the quota; without one observed where there are tokens, else unknown.
+/// The confidence of the shown figures: that of the quota; without one, `observed` if there are tokens, otherwise
+/// `unknown`.
 MeasurementConfidence displayConfidence(const ProviderState& state);
 
-/// The card of `state`. Resets are told from `now`, numbers and times as `locale` writes them.
+/// The card of `state`, with reset times relative to `now`, and numbers and times formatted for `locale`.
 ProviderCardModel providerCardModel(const ProviderState& state, Instant now, const QLocale& locale);
 
 } // namespace tallyfox

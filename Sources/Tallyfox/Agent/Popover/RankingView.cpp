@@ -83,8 +83,7 @@ Card* RankingView::makePanel()
     auto* layout = new QVBoxLayout{panel};
     layout->setContentsMargins(Theme::cardPadding, panelPadding, Theme::cardPadding, panelPadding);
     layout->setSpacing(groupSpacing);
-    auto* trophy =
-        new IconTile{IconTile::disc, Symbol::trophyFill, Theme::warning(), Theme::surfaceStrong(), panel};
+    auto* trophy = new IconTile{IconTile::disc, Symbol::trophyFill, Theme::warning(), Theme::surfaceStrong(), panel};
     layout->addWidget(trophy, 0, Qt::AlignHCenter);
     layout->addSpacing(paragraph);
     addLine(*layout, tr("No ranking yet"), Theme::title3(), Theme::ink());
@@ -96,7 +95,7 @@ Card* RankingView::makePanel()
     return panel;
 }
 
-/// Neither button does anything, as there is no ranking to explain or to join.
+/// Neither button does anything: there is no ranking yet.
 void RankingView::addButtons(QVBoxLayout& layout)
 {
     auto* row = new QHBoxLayout;

@@ -19,16 +19,17 @@ namespace RankingModel {
 
 inline constexpr std::string_view overallBoard = "Overall";
 
-/// The boards, in the order of the picker: all providers, then one for each by its title, then one that is announced.
+/// The boards, in the order of the picker: all providers together, each provider by its title, and one that is only
+/// announced.
 std::vector<std::string_view> boards();
 
-/// The user's own tokens of the last 30 days on a board; 0 where no state has the board's title. A sum beyond 64 bits
-/// ends the program (TokenSum.h).
+/// The user's tokens of the last 30 days on a board; 0 if no state has the board's title. A sum beyond 64 bits ends
+/// the program (TokenSum.h).
 std::int64_t monthlyTotal(std::span<const ProviderState> states, std::string_view board);
 
 } // namespace RankingModel
 
-/// The third tab: the user's own total for a board. No ranking server exists; its buttons do nothing.
+/// The third tab: the user's own total on a board. There is no ranking server, so the buttons do nothing.
 class RankingView : public TabView {
     Q_OBJECT
 

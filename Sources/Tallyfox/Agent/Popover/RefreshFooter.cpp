@@ -43,7 +43,7 @@ QString refreshStatusText(std::optional<Instant> lastUpdated, const Calendar& ca
     if (!lastUpdated)
         return FooterText::tr("Not updated");
     const QTime clock = timeOfDay(*lastUpdated, calendar);
-    // The short format of the C locale shows seconds, which say nothing here.
+    // The short format of the C locale includes seconds, which would be noise here.
     const QString time = locale.language() == QLocale::C ? clock.toString(QStringLiteral("HH:mm"))
                                                          : locale.toString(clock, QLocale::ShortFormat);
     return FooterText::tr("Refreshed %1", "%1: a time of day").arg(time);
@@ -62,7 +62,7 @@ RefreshFooter::RefreshFooter(QWidget* parent)
     row->addWidget(caption(tr("Local processing"), this));
     row->addStretch();
     row->addWidget(m_status);
-    // Both stand in the middle of the same square, so that nothing moves when they change places.
+    // Both are centred in the same square, so that nothing moves when one replaces the other.
     auto* control = new QWidget{this};
     control->setFixedSize(ToolButton::side, ToolButton::side);
     for (QWidget* part : {static_cast<QWidget*>(m_refresh), static_cast<QWidget*>(m_activity)}) {

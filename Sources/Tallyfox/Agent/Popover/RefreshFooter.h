@@ -14,10 +14,10 @@ class ActivityIndicator;
 class TextLabel;
 class ToolButton;
 
-/// "Refreshed 14:05" (the time of day in `calendar`'s zone, as short as `locale` writes it), or "Not updated".
+/// "Refreshed 14:05" (the local time by `calendar`, in the short format of `locale`), or "Not updated".
 QString refreshStatusText(std::optional<Instant> lastUpdated, const Calendar& calendar, const QLocale& locale);
 
-/// The last row of the overview: where data are processed, how old they are, and what refreshes them.
+/// The last row of the overview: where the data are processed, how old they are, and a button that refreshes them.
 class RefreshFooter : public QWidget {
     Q_OBJECT
 
@@ -25,8 +25,8 @@ public:
     explicit RefreshFooter(QWidget* parent = nullptr);
 
     void setStatus(const QString& text);
-    /// Puts the activity indicator in the place of the refresh button, or takes it away. The one that goes hands the
-    /// focus on to the other.
+    /// Shows either the refresh button or the activity indicator in its place. The one that is hidden passes its
+    /// focus to the other.
     void setRefreshing(bool isRefreshing);
 
 Q_SIGNALS:

@@ -30,7 +30,7 @@ constexpr int detailLines = 2;
 
 } // namespace
 
-/// A service on a card of its own: icon, name over detail, and the status at the right.
+/// A card with a service: icon, name above detail, and the status at the right.
 class ServicesView::Row : public Card {
 public:
     explicit Row(QWidget* parent)
@@ -41,7 +41,7 @@ public:
     {
         m_detail->setMaximumLines(detailLines);
         m_status->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-        // In the middle of a row its edge may fall between two pixels, which would cut off what reaches below the line.
+        // Centred in the row, its edge may be between two pixels, which would clip descenders.
         m_status->setContentsMargins(0, 1, 0, 1);
         auto* layout = new QHBoxLayout{this};
         layout->setContentsMargins(rowPadding + iconFrame + cellSpacing, rowPadding, rowPadding, rowPadding);
@@ -143,7 +143,7 @@ void ServicesView::setUsage(const UsageSnapshot& snapshot)
     m_access->setVisible(!snapshot.hasHomeAccess);
 }
 
-/// Providers are above the staged rows; those that remain keep their widgets.
+/// Providers are above the staged rows. Existing widgets are reused.
 void ServicesView::drawProviders(const std::vector<ProviderState>& states)
 {
     m_providers.resize(std::min(m_providers.size(), states.size()));

@@ -12,7 +12,7 @@ namespace tallyfox {
 class PushButton;
 class TextLabel;
 
-/// The fourth tab: the services, how each does, and what to do about it.
+/// The fourth tab: the services with their status, and buttons to refresh and to grant access.
 class ServicesView : public TabView {
     Q_OBJECT
 
@@ -33,7 +33,7 @@ private:
     TextLabel* m_count;
     PushButton* m_access;
     QVBoxLayout* m_rows = nullptr;
-    std::vector<std::unique_ptr<Row>> m_providers; ///< owned here: the number of states may fall
+    std::vector<std::unique_ptr<Row>> m_providers; ///< owned here: the number of states may decrease
 };
 
 } // namespace tallyfox

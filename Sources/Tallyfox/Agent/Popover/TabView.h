@@ -6,15 +6,15 @@
 
 namespace tallyfox {
 
-/// One tab of the popover: draws snapshots, and says by signals what the user wants. Made anew each time its tab is
-/// chosen, so what it remembers starts over. As high as its content; the popover scrolls it.
+/// One tab of the popover: shows snapshots and emits what the user requests. A new one is created whenever its tab is
+/// selected, so its state starts over. It is as high as its content; the popover scrolls it.
 class TabView : public QWidget {
     Q_OBJECT
 
 public:
     using QWidget::QWidget;
 
-    /// Shows `snapshot`. Called once before the view is seen, then after each publication.
+    /// Shows `snapshot`. Called before the view is shown, and after each publication.
     virtual void setUsage(const UsageSnapshot& snapshot) = 0;
 
 Q_SIGNALS:
