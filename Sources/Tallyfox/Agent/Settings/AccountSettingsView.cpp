@@ -18,7 +18,7 @@ constexpr int accountLineSpacing = 1;
 
 } // namespace
 
-/// One provider's account: its symbol, name and detail, and at the far side how it does.
+/// One provider's account: its symbol, name and detail, and its status at the other end.
 class AccountSettingsView::Row : public QWidget {
 public:
     Row(const ProviderState& state, QWidget* parent)
@@ -44,7 +44,7 @@ public:
         setState(state);
     }
 
-    /// Shows another state of the same provider.
+    /// `state` must be of the same provider.
     void setState(const ProviderState& state)
     {
         const ServiceRow row = serviceRow(state);
@@ -96,7 +96,7 @@ void AccountSettingsView::setUsage(const UsageSnapshot& snapshot)
     showHomeAccess(snapshot.hasHomeAccess);
 }
 
-/// The rows of providers that were there before are kept: the list is that of all providers, always.
+/// Reuses existing rows: the states are always those of all providers.
 void AccountSettingsView::showStates(const std::vector<ProviderState>& states)
 {
     for (std::size_t index = 0; index < states.size(); ++index) {
@@ -109,8 +109,8 @@ void AccountSettingsView::showStates(const std::vector<ProviderState>& states)
     }
 }
 
-/// A button that is disabled loses the focus to the next one. Whoever synchronised by the keyboard gets it back,
-/// unless they have moved on.
+/// A disabled button loses the focus to the next widget. Give it back after the refresh, unless the user has moved it
+/// since.
 void AccountSettingsView::showRefreshing(bool isRefreshing)
 {
     if (m_sync->isEnabled() != isRefreshing)

@@ -11,7 +11,7 @@ namespace tallyfox {
 
 class PushButton;
 
-/// The "Accounts" tab: how each provider's account does, and whether the history may be read.
+/// The "Accounts" tab: the status of each provider's account, and the access to the home folder.
 class AccountSettingsView : public SettingsForm {
     Q_OBJECT
 
@@ -36,7 +36,7 @@ private:
     SettingsSection* m_accountSection = nullptr;
     std::vector<Row*> m_rows;
     PushButton* m_sync;
-    QPointer<QWidget> m_focusWhileRefreshing; ///< who got the focus when it was taken from the button
+    QPointer<QWidget> m_focusWhileRefreshing; ///< got the focus when the button was disabled
     SettingsValue* m_homeAccess = nullptr;
     QWidget* m_grantRow = nullptr;
 };

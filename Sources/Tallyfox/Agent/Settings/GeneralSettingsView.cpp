@@ -51,7 +51,7 @@ void GeneralSettingsView::setPreferences(const Preferences& preferences)
     showToggles(preferences);
 }
 
-/// An interval that is none of the choices, from a file edited by hand, shows in their place and chooses none.
+/// An interval that is not among the choices, from a file edited by hand, is shown as the placeholder.
 void GeneralSettingsView::showMinutes(std::int64_t minutes)
 {
     const QSignalBlocker blocker{m_refreshInterval};

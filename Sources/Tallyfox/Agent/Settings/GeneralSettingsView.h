@@ -6,7 +6,7 @@ namespace tallyfox {
 
 class Picker;
 
-/// The "General" tab: the refresh interval, how the program is started and listed, and how it looks.
+/// The "General" tab: the refresh interval, start at login, the taskbar entry, and the appearance.
 class GeneralSettingsView : public SettingsForm {
     Q_OBJECT
 
@@ -17,7 +17,7 @@ public:
     void setPreferences(const Preferences& preferences);
 
 Q_SIGNALS:
-    void appeared(); ///< the tab has been opened, or the window with the tab in it
+    void appeared(); ///< the tab became visible, by itself or with the window
     void refreshMinutesChosen(qint64 minutes);
 
 protected:

@@ -36,7 +36,7 @@ ThresholdControl::ThresholdControl(const QString& name, QWidget* parent)
     m_slider->setFixedWidth(sliderWidth);
     m_slider->setAccessibleName(name);
     m_text->setFixedWidth(percentWidth);
-    m_text->setAlignment(Qt::AlignRight | Qt::AlignVCenter); // so that no digit pushes another
+    m_text->setAlignment(Qt::AlignRight | Qt::AlignVCenter); // so that the digits stay in place
     setFocusProxy(m_slider);
     connect(m_slider, &StepSlider::stepped, this, &ThresholdControl::choose);
 }

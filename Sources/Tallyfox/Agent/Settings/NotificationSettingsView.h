@@ -12,10 +12,10 @@ namespace tallyfox {
 class StepSlider;
 class TextLabel;
 
-/// A threshold as the tab shows it: 20 as "20%", 22.5 as "22%".
+/// The text of a threshold: "20%" for 20, "22%" for 22.5.
 QString thresholdText(double percent);
 
-/// A percentage of remaining usage: a slider, and its value beside it.
+/// A slider for a percentage of remaining usage, with its value beside it.
 class ThresholdControl : public QWidget {
     Q_OBJECT
 
@@ -36,7 +36,7 @@ private:
     TextLabel* m_text;
 };
 
-/// The "Notifications" tab: whether the user wants to be told, and from which remaining usage on.
+/// The "Notifications" tab: which notifications the user wants, and below which remaining usage.
 class NotificationSettingsView : public SettingsForm {
     Q_OBJECT
 

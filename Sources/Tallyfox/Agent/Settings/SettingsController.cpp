@@ -17,8 +17,8 @@ namespace tallyfox {
 
 namespace {
 
-/// A value that could not be stored, on a full disk for example, still holds in the running program.
-void useEvenIfNotStored(bool /*isStored*/) { }
+/// A value that cannot be stored, for example on a full disk, still applies until the program ends.
+void ignoreStoreFailure(bool /*isStored*/) { }
 
 } // namespace
 
@@ -29,12 +29,12 @@ SettingsController::SettingsController(SettingsView& view, SettingsServices serv
     , m_preferences(m_services.userDefaults.preferences())
 {
     m_view.setPreferences(m_preferences);
-    bindGeneral();
-    bindNotifications();
-    bindAccounts();
+    connectGeneral();
+    connectNotifications();
+    connectAccounts();
 }
 
-void SettingsController::bindGeneral()
+void SettingsController::connectGeneral()
 {
     const GeneralSettingsView& view = m_view.general();
     connect(&view, &GeneralSettingsView::appeared, this, &SettingsController::reconcileLaunchAtLogin);
@@ -42,7 +42,7 @@ void SettingsController::bindGeneral()
     connect(&view, &GeneralSettingsView::toggled, this, &SettingsController::toggle);
 }
 
-void SettingsController::bindNotifications()
+void SettingsController::connectNotifications()
 {
     const NotificationSettingsView& view = m_view.notifications();
     connect(&view, &NotificationSettingsView::toggled, this, &SettingsController::toggle);
@@ -50,7 +50,7 @@ void SettingsController::bindNotifications()
             [this](Provider provider, double percent) { set(presentationOf(provider).threshold, percent); });
 }
 
-void SettingsController::bindAccounts()
+void SettingsController::connectAccounts()
 {
     const AccountSettingsView& view = m_view.accounts();
     connect(&view, &AccountSettingsView::refreshRequested, this, &SettingsController::refreshRequested);
@@ -60,7 +60,7 @@ void SettingsController::bindAccounts()
 template <typename Value> void SettingsController::set(Value Preferences::*member, Value value)
 {
     m_preferences.*member = value;
-    useEvenIfNotStored(m_services.userDefaults.set(member, value));
+    ignoreStoreFailure(m_services.userDefaults.set(member, value));
 }
 
 void SettingsController::setRefreshMinutes(qint64 minutes)
@@ -87,7 +87,7 @@ void SettingsController::applyLaunchAtLogin(bool isOn)
         reconcileLaunchAtLogin();
 }
 
-/// The desktop has the last word. Where it agrees, nothing is written.
+/// The desktop's state wins. Writes nothing if the preference agrees with it.
 void SettingsController::reconcileLaunchAtLogin()
 {
     const bool isEnabled = m_services.loginItem.status() == LoginItemStatus::enabled;
@@ -102,11 +102,11 @@ void SettingsController::requestNotifications()
     m_services.notificationCenter.requestAuthorization({.alert = true, .sound = true},
                                                        [self = QPointer{this}](bool granted) {
                                                            if (self && !granted)
-                                                               self->takeBackNotifications();
+                                                               self->revertNotifications();
                                                        });
 }
 
-void SettingsController::takeBackNotifications()
+void SettingsController::revertNotifications()
 {
     if (!m_preferences.notificationsEnabled)
         return;

@@ -11,7 +11,7 @@ class LoginItem;
 class NotificationCenter;
 class SettingsView;
 
-/// What the settings act on. The references must outlive the controller.
+/// What the settings affect. The references must outlive the controller.
 struct SettingsServices {
     UserDefaults userDefaults;
     LoginItem& loginItem;
@@ -19,8 +19,8 @@ struct SettingsServices {
     ActivationPolicySwitch& activationPolicy;
 };
 
-/// Binds the settings window to what it sets: each change is stored at once and acts at once. What cannot be stored
-/// holds until the program ends. Main thread.
+/// Connects the settings window to what it controls: each change is stored and applied at once. A value that cannot
+/// be stored applies until the program ends. Main thread.
 class SettingsController : public QObject {
     Q_OBJECT
 
@@ -34,16 +34,16 @@ Q_SIGNALS:
     void homeAccessRequested();
 
 private:
-    void bindGeneral();
-    void bindNotifications();
-    void bindAccounts();
+    void connectGeneral();
+    void connectNotifications();
+    void connectAccounts();
     template <typename Value> void set(Value Preferences::*member, Value value);
     void setRefreshMinutes(qint64 minutes);
     void toggle(PreferenceFlag preference, bool isOn);
     void applyLaunchAtLogin(bool isOn);
     void reconcileLaunchAtLogin();
     void requestNotifications();
-    void takeBackNotifications();
+    void revertNotifications();
 
     SettingsView& m_view;
     SettingsServices m_services;

@@ -23,7 +23,7 @@ constexpr int buttonRowPadding = 7; ///< above and below
 constexpr int captionRowPadding = 8; ///< above and below
 constexpr int labelSpacing = 16;
 
-/// Separates itself from the row above it, if there is one to be seen.
+/// Draws a separator at its top, unless it is the first visible row.
 class FormRow : public QWidget {
 public:
     using QWidget::QWidget;
@@ -138,7 +138,7 @@ void SettingsSection::insertWideRow(int place, QWidget* content)
     QWidget* const row = addEmptyRow(captionRowPadding, place);
     row->layout()->addWidget(content);
     if (after)
-        row->stackUnder(after->widget()); // a screen reader reads rows in the order in which they are stacked
+        row->stackUnder(after->widget()); // screen readers follow the stacking order
 }
 
 QWidget* SettingsSection::addButtonRow(QWidget* button)

@@ -13,7 +13,7 @@ namespace tallyfox {
 
 class ToggleSwitch;
 
-/// The value of a row that cannot be changed. A screen reader, which comes to it alone, hears what it is the value of.
+/// A read-only value of a row. Its accessible name includes the row's label, as screen readers move to it separately.
 class SettingsValue : public TextLabel {
     Q_OBJECT
 
@@ -26,27 +26,27 @@ private:
     QString m_label;
 };
 
-/// A titled group of rows on a card.
+/// A titled card with rows.
 class SettingsSection : public QWidget {
     Q_OBJECT
 
 public:
-    /// Without a title there is only the card.
+    /// An empty `title` is not shown.
     explicit SettingsSection(const QString& title, QWidget* parent = nullptr);
 
     /// Adds a row: a label at the left, which is also the control's accessible name, and the control at the right.
-    /// `overhang`: how much of the control's right side is invisible, and may lie beyond the edge of the others.
+    /// `overhang` is the width of the invisible part at the control's right, which may extend beyond the margin.
     void addRow(const QString& label, QWidget* control, int overhang = 0);
     void addRow(const QString& label, ToggleSwitch* control);
-    /// Adds a row with a value that cannot be changed; returns what shows it.
+    /// Adds a row with a read-only value and returns the value's label.
     SettingsValue* addValueRow(const QString& label, const QString& value);
-    /// Adds a row of text, in the small secondary style.
+    /// Adds a row of text in the small secondary style.
     void addCaptionRow(const QString& text);
-    /// Adds a row of text, in the secondary style.
+    /// Adds a row of text in the secondary style.
     void addTextRow(const QString& text);
-    /// Adds a row filled by `content`, before the row that has that place now.
+    /// Inserts a row filled by `content` at index `place`.
     void insertWideRow(int place, QWidget* content);
-    /// Adds a row with a button, as wide as its text; returns the row, to be hidden as a whole.
+    /// Adds a row with a button as wide as its text, and returns the row, so that it can be hidden.
     QWidget* addButtonRow(QWidget* button);
 
 private:
@@ -55,7 +55,7 @@ private:
     QVBoxLayout* m_rows;
 };
 
-/// A tab of the settings window: sections, one below the other, in a column in the middle. Scrolls where it must.
+/// A tab of the settings window: sections in a centred column, scrollable if necessary.
 class SettingsForm : public OverlayScrollArea {
     Q_OBJECT
 
@@ -67,11 +67,11 @@ Q_SIGNALS:
 
 protected:
     SettingsSection* addSection(const QString& title);
-    /// Adds a row to `section` with a switch for a preference.
+    /// Adds a row with a switch for `preference` to `section`.
     void addToggle(SettingsSection* section, const QString& label, PreferenceFlag preference);
-    /// Shows the values of all preferences with a switch; emits nothing.
+    /// Sets all switches without emitting a signal.
     void showToggles(const Preferences& preferences);
-    /// The last call: everything stays at the top.
+    /// Call last: aligns the sections to the top.
     void endSections();
 
 private:

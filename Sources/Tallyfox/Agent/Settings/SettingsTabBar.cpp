@@ -180,7 +180,7 @@ private:
         return static_cast<SettingsTabBar&>(*widget());
     }
 
-    mutable std::vector<QAccessible::Id> m_tabs; ///< those that were handed out; the toolkit keeps them by number
+    mutable std::vector<QAccessible::Id> m_tabs; ///< ids of the interfaces created so far
 };
 
 } // namespace
@@ -197,7 +197,7 @@ SettingsTabBar::SettingsTabBar(QWidget* parent)
     connect(this, &QTabBar::currentChanged, this, &SettingsTabBar::announceChoice);
 }
 
-/// The toolkit tells of the focus only, which a tab chosen by its letter does not get.
+/// Qt reports the focus only, which a tab selected by its mnemonic does not get.
 void SettingsTabBar::announceChoice(int index)
 {
     QAccessibleEvent chosen{this, QAccessible::Selection};
@@ -207,7 +207,7 @@ void SettingsTabBar::announceChoice(int index)
 
 void SettingsTabBar::addSymbolTab(Symbol symbol, const QString& title)
 {
-    m_symbols.push_back(symbol); // before the tab is there: adding it measures and draws it
+    m_symbols.push_back(symbol); // first, because adding a tab measures and draws it
     addTab(title);
 }
 

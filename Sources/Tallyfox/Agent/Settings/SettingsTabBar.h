@@ -10,15 +10,14 @@ class QAccessibleInterface;
 
 namespace tallyfox {
 
-/// The settings window's tabs: a symbol above a title. The letter that chooses a tab together with Alt is underlined
-/// while that key is held.
+/// The tabs of the settings window: a symbol above a title. Mnemonics are underlined while Alt is held.
 class SettingsTabBar : public QTabBar {
     Q_OBJECT
 
 public:
     explicit SettingsTabBar(QWidget* parent = nullptr);
 
-    /// Adds a tab at the end; an ampersand in `title` stands before its letter.
+    /// Appends a tab; an ampersand in `title` precedes its mnemonic.
     void addSymbolTab(Symbol symbol, const QString& title);
 
     void setShowsMnemonics(bool shows);
@@ -36,8 +35,7 @@ private:
     bool m_showsMnemonics = false;
 };
 
-/// What a screen reader is told about `bar`: which tab is chosen, which the toolkit's own interface leaves out. The
-/// toolkit's table of interfaces owns it.
+/// The accessible interface of `bar`, which, unlike Qt's own, exposes which tab is selected. Qt takes ownership.
 QAccessibleInterface* makeAccessibleTabBar(SettingsTabBar& bar);
 
 } // namespace tallyfox

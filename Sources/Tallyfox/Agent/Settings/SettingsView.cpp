@@ -27,7 +27,7 @@ class AboutSettingsView : public SettingsForm {
     Q_DECLARE_TR_FUNCTIONS(AboutSettingsView)
 
 public:
-    /// Without a version it is the first one, "0.1.0".
+    /// An empty `version` is shown as "0.1.0".
     AboutSettingsView(const QString& version, QWidget* parent)
         : SettingsForm(parent)
     {
@@ -141,7 +141,7 @@ void SettingsView::keyReleaseEvent(QKeyEvent* event)
     QWidget::keyReleaseEvent(event);
 }
 
-/// A key that is let go while another window has the focus is never heard of.
+/// The release of a key is not reported while another window has the focus.
 void SettingsView::changeEvent(QEvent* event)
 {
     QWidget::changeEvent(event);

@@ -14,19 +14,19 @@ class GeneralSettingsView;
 class NotificationSettingsView;
 class SettingsTabBar;
 
-/// The content of the settings window: a bar of tabs, and the form of the chosen one. The chosen tab stays when the
+/// The content of the settings window: a tab bar, and the form of the selected tab. The tab stays selected when the
 /// window is closed.
 class SettingsView : public QWidget {
     Q_OBJECT
 
 public:
-    /// `version`: the program's, for the "About" tab.
+    /// `version` is the program's, for the "About" tab.
     explicit SettingsView(const QString& version, QWidget* parent = nullptr);
 
     void setPreferences(const Preferences& preferences);
     void setUsage(const UsageSnapshot& snapshot);
 
-    /// The tabs that say what the user wants.
+    /// The tabs that emit what the user changes.
     [[nodiscard]] GeneralSettingsView& general() const;
     [[nodiscard]] AccountSettingsView& accounts() const;
     [[nodiscard]] NotificationSettingsView& notifications() const;

@@ -7,7 +7,7 @@
 
 namespace tallyfox {
 
-/// The settings window: made once, then hidden and shown again with what was chosen in it.
+/// The settings window: created once, then hidden and shown again with its state.
 class SettingsWindow : public QWidget {
     Q_OBJECT
 
@@ -17,13 +17,13 @@ public:
 
     void setUsage(const UsageSnapshot& snapshot);
 
-    /// What the user wants of the rest of the program.
+    /// Emits what the user requests from the rest of the program.
     [[nodiscard]] const SettingsController& controller() const
     {
         return m_controller;
     }
 
-    /// Shows it, in the middle of the screen at first, over the other windows and with the focus.
+    /// Shows, raises and activates the window, centred on the pointer's screen the first time.
     void bringToFront();
 
 private:
@@ -32,8 +32,8 @@ private:
     bool m_isPlaced = false;
 };
 
-/// Lets a screen reader know the settings window as a window, and which of its tabs is chosen: the toolkit says
-/// neither. Once per process, before the first window; more do no harm.
+/// Installs the accessible interfaces of the settings window and its tab bar: Qt's own expose neither the window's
+/// role nor the selected tab. Call once, before the first window; further calls are harmless.
 void installAccessibleSettings();
 
 } // namespace tallyfox
