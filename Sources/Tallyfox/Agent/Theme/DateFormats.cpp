@@ -20,11 +20,11 @@ namespace {
 using namespace std::chrono_literals;
 
 struct Distance {
-    std::int64_t count; ///< never negative
+    std::int64_t count; ///< not negative
     URelativeDateTimeUnit unit;
 };
 
-/// How many whole months lie between two moments, `from` the earlier one.
+/// The whole months between two moments; `from` is the earlier one.
 std::int64_t wholeMonths(Instant from, Instant to)
 {
     const auto fromDay = std::chrono::floor<std::chrono::days>(from);
@@ -32,7 +32,7 @@ std::int64_t wholeMonths(Instant from, Instant to)
     const std::chrono::year_month_day first{fromDay};
     const std::chrono::year_month_day last{toDay};
     const std::int64_t months = (last.year() / last.month() - first.year() / first.month()).count();
-    // The last month has not passed before the same time of the same day of it.
+    // The last month is complete at the same day and time of day.
     const bool isWhole = last.day() > first.day() || (last.day() == first.day() && to - toDay >= from - fromDay);
     return isWhole ? months : months - 1;
 }
@@ -77,15 +77,15 @@ QString relativeTimeText(Instant moment, Instant now, const QLocale& locale)
     QString text = phrase(signedCount, unit, locale, status);
     if (U_SUCCESS(status))
         return text;
-    // Without the library's data there is no phrase in any language: the moment itself then.
+    // Without ICU's data there is no phrase in any language, so show the moment itself.
     const auto seconds = std::chrono::floor<std::chrono::seconds>(moment).time_since_epoch().count();
     return locale.toString(QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC), QLocale::ShortFormat);
 }
 
-/// The toolkit's own styles are either all digits or with the month's whole name: ICU has the one between.
+/// Qt's own formats either are all digits or have the full name of the month; ICU has an abbreviated one.
 class DayFormat::Pattern {
 public:
-    static std::unique_ptr<Pattern> ofLocale(const QLocale& locale)
+    static std::unique_ptr<Pattern> forLocale(const QLocale& locale)
     {
         UErrorCode status = U_ZERO_ERROR;
         const icu::Locale icuLocale = icu::Locale::forLanguageTag(locale.bcp47Name().toStdString(), status);
@@ -111,7 +111,7 @@ private:
 
 DayFormat::DayFormat(const QLocale& locale)
     : m_locale(locale)
-    , m_pattern(Pattern::ofLocale(locale))
+    , m_pattern(Pattern::forLocale(locale))
 { }
 
 DayFormat::~DayFormat() = default;

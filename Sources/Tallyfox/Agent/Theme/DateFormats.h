@@ -12,14 +12,14 @@ class QLocale;
 
 namespace tallyfox {
 
-/// How far `moment` is from `now`, as the user's language says it briefly: "in 2 hr.", "3 days ago". Told in the
-/// largest unit of which at least one whole has to pass (seconds, minutes, hours, days, weeks, months, years), and
-/// cut, not rounded, to whole ones. Less than a second away is "in 0 sec.", on either side. Months and years are
-/// those of the calendar, in UTC.
+/// The distance from `now` to `moment` as a short phrase in the user's language: "in 2 hr.", "3 days ago". Uses the
+/// largest unit (seconds, minutes, hours, days, weeks, months, years) of which the distance has at least one, and
+/// truncates to whole units. Less than a second is "in 0 sec." in both directions. Months and years are calendar
+/// ones, in UTC.
 QString relativeTimeText(Instant moment, Instant now, const QLocale& locale);
 
-/// Writes dates in the abbreviated style of a locale: "Nov 15, 2026" in English. Making one costs some twenty times
-/// what a date costs: one serves a whole list.
+/// Formats dates in the abbreviated style of a locale: "Nov 15, 2026" in English. Creating one costs about twenty
+/// times as much as formatting a date, so use one for a whole list.
 class DayFormat {
 public:
     explicit DayFormat(const QLocale& locale = {});
@@ -32,7 +32,7 @@ public:
 private:
     class Pattern;
     QLocale m_locale;
-    std::unique_ptr<Pattern> m_pattern; ///< null where the locale has none
+    std::unique_ptr<Pattern> m_pattern; ///< null if the locale has none
 };
 
 } // namespace tallyfox

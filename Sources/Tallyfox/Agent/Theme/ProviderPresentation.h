@@ -26,10 +26,10 @@ struct ProviderPresentation {
 
 const ProviderPresentation& presentationOf(Provider provider);
 
-/// The provider's title (ProviderTraits) as views need it.
+/// The provider's title (ProviderTraits) as a QString.
 QString providerTitle(Provider provider);
 
-/// One service of the Services tab, as it is shown.
+/// A service as the Services tab shows it.
 struct ServiceRow {
     QString name{};
     Symbol symbol = Symbol::stars;
@@ -43,13 +43,13 @@ struct ServiceRow {
 /// The row of a provider.
 ServiceRow serviceRow(const ProviderState& state);
 
-/// The services that are announced and not yet supported: Gemini, then Windsurf.
+/// The services that are announced but not supported yet: Gemini and Windsurf.
 std::array<ServiceRow, 2> stagedServiceRows();
 
-/// How many states are connected; stale ones are not.
+/// The number of connected states; stale ones do not count.
 std::int64_t connectedCount(std::span<const ProviderState> states);
 
-/// The colour of a health's label.
+/// The colour of the label of a health.
 const QColor& healthColor(SourceHealth health);
 
 } // namespace tallyfox

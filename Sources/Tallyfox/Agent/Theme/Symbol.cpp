@@ -21,33 +21,33 @@ constexpr std::array fileNames{
     "plus-lg",         "shield-lock",    "stars",       "trophy-fill",   "wind",
 };
 
-QString resourceOf(Symbol symbol)
+QString resourcePath(Symbol symbol)
 {
     const char* name = fileNames.at(static_cast<std::size_t>(symbol));
     return QStringLiteral(":/symbols/%1.svg").arg(QLatin1String(name));
 }
 
-/// The drawing is black: it serves as the mask that the colour is poured through.
-QPixmap rendered(Symbol symbol, int pixels, const QColor& color)
+/// The SVG is black and serves as a mask for the colour.
+QPixmap renderPixmap(Symbol symbol, int pixels, const QColor& color)
 {
     QImage image{pixels, pixels, QImage::Format_ARGB32_Premultiplied};
     image.fill(Qt::transparent);
     QPainter painter{&image};
-    QSvgRenderer{resourceOf(symbol)}.render(&painter);
+    QSvgRenderer{resourcePath(symbol)}.render(&painter);
     painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
     painter.fillRect(image.rect(), color);
     painter.end();
     return QPixmap::fromImage(std::move(image));
 }
 
-/// Rendering an SVG takes some hundred times as long as drawing the result.
-QPixmap cached(Symbol symbol, int pixels, const QColor& color)
+/// Rendering an SVG takes about a hundred times as long as drawing the result.
+QPixmap cachedPixmap(Symbol symbol, int pixels, const QColor& color)
 {
     const QString key =
         QStringLiteral("tallyfox/%1/%2/%3").arg(static_cast<int>(symbol)).arg(pixels).arg(color.name(QColor::HexArgb));
     QPixmap pixmap;
     if (!QPixmapCache::find(key, &pixmap)) {
-        pixmap = rendered(symbol, pixels, color);
+        pixmap = renderPixmap(symbol, pixels, color);
         QPixmapCache::insert(key, pixmap);
     }
     return pixmap;
@@ -62,9 +62,9 @@ void drawSymbol(QPainter& painter, Symbol symbol, const QRectF& frame, const QCo
     const int pixels = static_cast<int>(std::lround(side * scale));
     if (pixels <= 0)
         return;
-    QPixmap pixmap = cached(symbol, pixels, color);
+    QPixmap pixmap = cachedPixmap(symbol, pixels, color);
     pixmap.setDevicePixelRatio(scale);
-    // On a whole device pixel: between two of them the edges blur.
+    // At whole device pixels, as the edges would blur between them.
     const auto onPixel = [scale](double position) { return std::round(position * scale) / scale; };
     painter.drawPixmap(QPointF{onPixel(frame.center().x() - side / 2), onPixel(frame.center().y() - side / 2)}, pixmap);
 }

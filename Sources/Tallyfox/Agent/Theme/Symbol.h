@@ -8,7 +8,7 @@ class QPainter;
 
 namespace tallyfox {
 
-/// The symbols of the views. Each is one drawing in one colour.
+/// The symbols of the views, each drawn in a single colour.
 enum class Symbol {
     arrowClockwise, ///< refresh
     barChartFill, ///< the program itself
@@ -29,7 +29,7 @@ enum class Symbol {
     wind,
 };
 
-/// Draws a symbol in `color`, as large as fits into the middle of `frame` (logical pixels), sharp at any scale.
+/// Draws a symbol in `color`, centred in `frame` (logical pixels), as large as it fits, and sharp at any scale.
 void drawSymbol(QPainter& painter, Symbol symbol, const QRectF& frame, const QColor& color);
 
 } // namespace tallyfox

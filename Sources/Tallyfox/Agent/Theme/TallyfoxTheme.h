@@ -6,8 +6,8 @@
 
 class QApplication;
 
-/// How the program looks: the one palette, the fonts and the measures of every view. Colours are sRGB and opaque,
-/// whatever the desktop's own theme is. Lengths are logical pixels.
+/// The look of the program: the palette, fonts and measures of all views. Colours are opaque sRGB and independent of
+/// the desktop's theme. Lengths are in logical pixels.
 namespace tallyfox::Theme {
 
 const QColor& canvas(); ///< background of the popover
@@ -26,7 +26,7 @@ const QColor& warning();
 /// `color` at an opacity between 0 and 1.
 QColor withOpacity(const QColor& color, double opacity);
 
-/// The same colours as the toolkit's roles, for the controls it draws itself.
+/// The same colours as a QPalette, for the controls that Qt draws.
 QPalette palette();
 
 QFont title2(); ///< semibold
@@ -35,7 +35,7 @@ QFont headline(); ///< semibold
 QFont body();
 QFont caption();
 QFont caption2(); ///< the smallest
-/// The desktop's own family at any size (logical pixels) and weight.
+/// The desktop's font family at any size (logical pixels) and weight.
 QFont system(int pixelSize, QFont::Weight weight = QFont::Normal);
 
 inline constexpr int popoverWidth = 420;
@@ -55,7 +55,7 @@ inline constexpr double tileOpacity = 0.12; ///< of a provider's colour behind i
 inline constexpr double badgeOpacity = 0.1; ///< of a badge's colour behind its text
 inline constexpr double disabledOpacity = 0.7; ///< of the muted colour where a control is disabled
 
-/// Makes the whole application look like this: style, palette and font, independent of the desktop's settings.
+/// Sets the application's style, palette and font, independent of the desktop's settings.
 void apply(QApplication& application);
 
 } // namespace tallyfox::Theme

@@ -41,7 +41,7 @@ void installTranslations(QCoreApplication& application, const QLocale& locale)
     install(application, ownFile(language));
 }
 
-/// The toolkit itself would pass over English, for which there is no file, and take the next best language.
+/// QTranslator itself would skip English, for which there is no file, and load the next language.
 QString translatedLanguage(const QStringList& languages)
 {
     for (const QString& name : languages) {
