@@ -15,7 +15,7 @@ using std::chrono::minutes;
 /// 2026-11-21T14:05:00Z, a Saturday.
 constexpr Instant now{std::chrono::sys_days{std::chrono::year{2026} / 11 / 21} + hours{14} + minutes{5}};
 
-/// A year of work with weekends, holidays and some long days; the same numbers everywhere.
+/// A year of work with weekends, holidays and some long days; the same numbers on every machine.
 UsageSummary yearOfWork(Provider provider, std::int64_t typicalTokens)
 {
     std::vector<UsageSample> samples;
@@ -130,7 +130,7 @@ GalleryState permissionRequired()
     return result;
 }
 
-/// A month's tokens of twelve digits, and a detail longer than any real one.
+/// Twelve-digit token counts, and a detail longer than any real one.
 GalleryState longest()
 {
     ProviderState claude = merged(update(Provider::claude, 29'876'543'210));

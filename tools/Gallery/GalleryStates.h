@@ -8,14 +8,14 @@
 
 namespace tallyfox::gallery {
 
-/// One situation in which the views are drawn.
+/// A situation to draw the views in.
 struct GalleryState {
     QString name; ///< part of the picture's file name
     UsageSnapshot usage;
 };
 
-/// The situations that look different, the same at every run: no data, local history, a partial scan, a
-/// quota with a weekly window, a stale quota, no permission, and figures and texts as long as they get.
+/// The situations that differ in what is drawn, the same in every run: no data, local history, a partial scan, a
+/// quota with a weekly window, a stale quota, no permission, and figures and texts at their longest.
 std::vector<GalleryState> galleryStates();
 
 } // namespace tallyfox::gallery

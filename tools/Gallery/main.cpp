@@ -1,9 +1,9 @@
-// Draws every view in every situation into PNG files, without a display: to be looked at, and to be compared.
+// Draws every view in every situation into PNG files, without a display: to look at, and to compare with.
 //
 //   gallery DIR [--home HOME] [--locale LOCALE]
 //
-// The scale is that of QT_SCALE_FACTOR and becomes part of the names. With a home folder, the views show its figures;
-// with a locale ("de", "de_AT"), they speak its language.
+// QT_SCALE_FACTOR sets the scale, which is part of the file names. With a home folder, the views show its figures; with
+// a locale ("de", "de_AT"), they are in its language.
 
 #include "Gallery/GalleryStates.h"
 #include "Tallyfox/Agent/Popover/PopoverView.h"
@@ -27,7 +27,7 @@ namespace {
 using namespace tallyfox;
 using tallyfox::gallery::GalleryState;
 
-/// The figures of real histories, and a quota as `codex` would report it.
+/// The figures of real histories, with a quota as `codex` would report it.
 GalleryState stateOfHome(const QString& home)
 {
     StoreEnvironmentOptions options;
@@ -72,13 +72,13 @@ bool drawPopover(const GalleryState& state, const QDir& folder)
         view.setAttribute(Qt::WA_DontShowOnScreen);
         view.setUsage(state.usage);
         view.show();
-        QCoreApplication::sendPostedEvents(); // a layout is otherwise done in the event loop
+        QCoreApplication::sendPostedEvents(); // lays out, as the event loop would
         const QString tabName = QString::fromLatin1(rawValue(tab)).toLower();
         return save(view, folder, QStringLiteral("popover-%1-%2").arg(tabName, state.name));
     });
 }
 
-/// The first of the tabs' names is the first tab's.
+/// The names are in the order of the tabs.
 bool drawSettings(const GalleryState& state, const QDir& folder)
 {
     SettingsView view{QStringLiteral("0.1.0")};
@@ -104,7 +104,7 @@ int main(int argc, char** argv)
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application{argc, argv};
     QCommandLineParser parser;
-    parser.addPositionalArgument(QStringLiteral("DIR"), QStringLiteral("where the pictures go"));
+    parser.addPositionalArgument(QStringLiteral("DIR"), QStringLiteral("where to save the pictures"));
     const QCommandLineOption home{QStringLiteral("home"), QStringLiteral("show this folder's figures"),
                                   QStringLiteral("HOME")};
     const QCommandLineOption font{QStringLiteral("font"), QStringLiteral("font family"), QStringLiteral("FAMILY"),

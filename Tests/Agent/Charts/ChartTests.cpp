@@ -74,7 +74,7 @@ void help(QWidget& widget, QPoint position)
     QApplication::sendEvent(&widget, &event);
 }
 
-TEST(LineChart, isAlwaysNinetyTwoHigh)
+TEST(LineChart, heightIsNinetyTwo)
 {
     LineChart chart;
     EXPECT_EQ(chart.height(), 92);
@@ -82,7 +82,7 @@ TEST(LineChart, isAlwaysNinetyTwoHigh)
     EXPECT_EQ(chart.height(), 92);
 }
 
-TEST(LineChart, lineRunsThroughItsValuesInTheColourOfItsSeries)
+TEST(LineChart, linePassesThroughItsValuesInItsColour)
 {
     LineChart chart;
     chart.resize(301, LineChart::totalHeight);
@@ -95,13 +95,13 @@ TEST(LineChart, lineRunsThroughItsValuesInTheColourOfItsSeries)
     EXPECT_EQ(image.pixel(150, 40), Theme::surface().rgb());
 }
 
-TEST(LineChart, flatLineAtZeroIsWhole)
+TEST(LineChart, flatLineAtZeroIsNotClipped)
 {
     LineChart chart;
     chart.resize(300, LineChart::totalHeight);
     chart.setData(dataOf(30, none, none));
     const QRect plot = plotOf(chart);
-    // Two pixels thick from end to end: nothing of it is cut off.
+    // Two pixels thick from end to end: nothing is clipped.
     EXPECT_GE(pixelsOf(drawnOnCard(chart), Theme::codex(), plot), 2 * 298);
 }
 
@@ -125,7 +125,7 @@ TEST(LineChart, negativeCountIsDrawnAtZero)
     EXPECT_EQ(negative, drawnOnCard(chart));
 }
 
-TEST(Chart, everySeriesHasItsDotInTheLegend)
+TEST(Chart, everySeriesHasADotInTheLegend)
 {
     LineChart chart;
     chart.resize(300, LineChart::totalHeight);
@@ -135,7 +135,7 @@ TEST(Chart, everySeriesHasItsDotInTheLegend)
     EXPECT_GT(pixelsOf(image, Theme::codex(), legendOf(chart)), 10);
 }
 
-TEST(StackedBarChart, isTwoHundredAndTwentyHigh)
+TEST(StackedBarChart, heightIsTwoHundredAndTwenty)
 {
     EXPECT_EQ(StackedBarChart{}.height(), 220);
 }
@@ -148,7 +148,7 @@ TEST(StackedBarChart, scaleFitsTheHighestStack)
     EXPECT_EQ(chart.scale(), axisScale(18, 5));
 }
 
-TEST(StackedBarChart, seriesStandOnEachOther)
+TEST(StackedBarChart, seriesAreStacked)
 {
     StackedBarChart chart;
     chart.resize(370, StackedBarChart::totalHeight);
@@ -159,7 +159,7 @@ TEST(StackedBarChart, seriesStandOnEachOther)
     EXPECT_EQ(image.pixel(150, 50), Theme::codex().rgb());
 }
 
-TEST(StackedBarChart, smallestCountIsStillSeen)
+TEST(StackedBarChart, smallestCountIsVisible)
 {
     StackedBarChart chart;
     chart.resize(370, StackedBarChart::totalHeight);
@@ -168,7 +168,7 @@ TEST(StackedBarChart, smallestCountIsStillSeen)
     EXPECT_GT(pixelsOf(drawnOnCard(chart), Theme::claude(), plotOf(chart).adjusted(180, 0, 0, 0)), 20);
 }
 
-TEST(StackedBarChart, allZeroDrawsNoBarAndNoNumberButZero)
+TEST(StackedBarChart, allZeroDrawsNoBarsAndOnlyTheLabelZero)
 {
     StackedBarChart chart;
     chart.resize(370, StackedBarChart::totalHeight);
@@ -191,14 +191,14 @@ void PrintTo(const Crispness& crispness, std::ostream* out)
 
 class EveryRange : public testing::TestWithParam<Crispness> { };
 
-TEST_P(EveryRange, barsHaveNoBlurredEdges)
+TEST_P(EveryRange, barsHaveSharpEdges)
 {
     StackedBarChart chart;
     chart.resize(370, StackedBarChart::totalHeight);
     chart.setData(dataOf(
         GetParam().days, [](int day) { return 100 + day * 37 % 400; }, [](int day) { return day * 53 % 300; }));
     const QImage image = drawnOnCard(chart, GetParam().scale);
-    // Through the bars, between two lines of the grid: nothing but the three whole colours.
+    // Across the bars, between two grid lines: only the three plain colours.
     const int y = static_cast<int>(170 * GetParam().scale);
     const int right = static_cast<int>(320 * GetParam().scale);
     std::set<QRgb> colors;
@@ -213,7 +213,7 @@ INSTANTIATE_TEST_SUITE_P(RangesAndScales, EveryRange,
                                          Crispness{30, 1.25}, Crispness{180, 1.25}, Crispness{7, 2}, Crispness{30, 2},
                                          Crispness{180, 2}));
 
-TEST(StackedBarChart, barsOfAMonthAreEquallyWideWithGapsBetween)
+TEST(StackedBarChart, barsOfAMonthAreEquallyWideWithGaps)
 {
     StackedBarChart chart;
     chart.resize(370, StackedBarChart::totalHeight);
@@ -232,7 +232,7 @@ TEST(StackedBarChart, barsOfAMonthAreEquallyWideWithGapsBetween)
     EXPECT_THAT(widths, testing::Each(widths.front()));
 }
 
-TEST(ChartHelp, dayUnderThePointerIsToldWithEachSeries)
+TEST(ChartHelp, tooltipListsEachSeriesOfTheDay)
 {
     StackedBarChart chart;
     chart.resize(370, StackedBarChart::totalHeight);
@@ -243,7 +243,7 @@ TEST(ChartHelp, dayUnderThePointerIsToldWithEachSeries)
     EXPECT_EQ(QToolTip::text(), QStringLiteral("Nov 15, 2026\nClaude: 1.3M\nCodex: 999"));
 }
 
-TEST(ChartHelp, emptyChartHasNone)
+TEST(ChartHelp, emptyChartHasNoTooltip)
 {
     LineChart chart;
     chart.show();
@@ -251,7 +251,7 @@ TEST(ChartHelp, emptyChartHasNone)
     EXPECT_FALSE(QToolTip::isVisible());
 }
 
-TEST(ChartAccessibility, seriesAndTheirDaysAreChildrenWithNumbers)
+TEST(ChartAccessibility, seriesAndDaysAreExposedWithNumbers)
 {
     installAccessibleElements();
     StackedBarChart chart;
@@ -287,7 +287,7 @@ TEST(ChartAccessibility, valueIsFoundWhereItIsDrawn)
     EXPECT_EQ(root->childAt(upper.x(), upper.y())->parent()->text(QAccessible::Name), QStringLiteral("Codex: 5"));
 }
 
-TEST(ChartAccessibility, sameDataKeepWhatWasHandedOutAndOtherDataEndIt)
+TEST(ChartAccessibility, interfacesSurviveEqualDataOnly)
 {
     installAccessibleElements();
     LineChart chart;
@@ -299,7 +299,7 @@ TEST(ChartAccessibility, sameDataKeepWhatWasHandedOutAndOtherDataEndIt)
     EXPECT_EQ(QAccessible::accessibleInterface(series), nullptr);
 }
 
-TEST(AxisScale, stepIsTheSmallestRoundNumberThatReaches)
+TEST(AxisScale, stepIsTheSmallestRoundNumberThatFits)
 {
     EXPECT_EQ(axisScale(5, 5), (AxisScale{1, 5}));
     EXPECT_EQ(axisScale(6, 5), (AxisScale{2, 3}));
@@ -310,13 +310,13 @@ TEST(AxisScale, stepIsTheSmallestRoundNumberThatReaches)
     EXPECT_EQ(axisScale(999'999'999'999, 5), (AxisScale{200'000'000'000, 5}));
 }
 
-TEST(AxisScale, nothingToShowStillHasAnAxis)
+TEST(AxisScale, zeroStillHasAnAxis)
 {
     EXPECT_EQ(axisScale(0, 5), (AxisScale{1, 1}));
     EXPECT_EQ(axisScale(-3, 5), (AxisScale{1, 1}));
 }
 
-TEST(AxisScale, everySizeIsReachedWithinItsStepsByARoundOne)
+TEST(AxisScale, everySizeIsReachedInRoundSteps)
 {
     for (std::int64_t size = 1; size < std::numeric_limits<std::int64_t>::max() / 3; size = size * 3 - size / 2) {
         const AxisScale scale = axisScale(size, 5);
@@ -329,7 +329,7 @@ TEST(AxisScale, everySizeIsReachedWithinItsStepsByARoundOne)
     }
 }
 
-TEST(AxisScale, largestCountIsReached)
+TEST(AxisScale, largestIntegerIsReached)
 {
     constexpr std::int64_t largest = std::numeric_limits<std::int64_t>::max();
     EXPECT_EQ(axisScale(largest, 5), (AxisScale{2'000'000'000'000'000'000U, 5}));
@@ -363,7 +363,7 @@ std::vector<QPointF> pointsAt(const std::vector<double>& heights)
     return points;
 }
 
-/// Each piece of the path is the cubic between two neighbours: three elements after the first.
+/// Each piece of the path is the cubic between two neighbours, which has three elements.
 QPointF onPiece(const QPainterPath& path, std::size_t piece, double t)
 {
     const auto element = [&](std::size_t i) { return QPointF{path.elementAt(static_cast<int>(3 * piece + i))}; };
@@ -391,7 +391,7 @@ TEST(SmoothCurve, spikeStaysBetweenItsNeighbours)
     expectThroughPointsAndBetweenNeighbours(pointsAt({0, 0, 0, 100, 0, 0}));
 }
 
-TEST(SmoothCurve, anyPointsAreMetAndNothingLeavesTheirRange)
+TEST(SmoothCurve, curvePassesThroughAllPointsWithinTheirRange)
 {
     std::mt19937 random{20261121};
     std::uniform_real_distribution<double> height{0, 1000};
@@ -403,7 +403,7 @@ TEST(SmoothCurve, anyPointsAreMetAndNothingLeavesTheirRange)
     }
 }
 
-TEST(SmoothCurve, flatStretchesAreFlat)
+TEST(SmoothCurve, equalPointsGiveAStraightLine)
 {
     const QPainterPath path = smoothCurve(pointsAt({7, 7, 7}));
     EXPECT_EQ(path.boundingRect().height(), 0);
@@ -419,7 +419,7 @@ TEST(SmoothCurve, slopeIsTheSameOnBothSidesOfAPoint)
     }
 }
 
-TEST(SmoothCurve, fewerThanTwoPointsAreNoLine)
+TEST(SmoothCurve, fewerThanTwoPointsGiveNoLine)
 {
     EXPECT_TRUE(smoothCurve({}).isEmpty());
     EXPECT_EQ(smoothCurve(pointsAt({3})).elementCount(), 1);

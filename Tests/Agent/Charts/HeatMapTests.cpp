@@ -40,7 +40,7 @@ TEST(HeatMap, yearFillsSixRowsAndFortySevenCellsOfTheSeventh)
     EXPECT_EQ(image.pixel(47 * 7 + 2, 6 * 7 + 2), Theme::surface().rgb());
 }
 
-TEST(HeatMap, withoutCellsHasNoHeight)
+TEST(HeatMap, heightIsZeroWithoutCells)
 {
     HeatMap map{Theme::accent(), nullptr};
     EXPECT_EQ(map.sizeHint().height(), 0);
@@ -50,7 +50,7 @@ TEST(HeatMap, withoutCellsHasNoHeight)
     EXPECT_EQ(map.sizeHint().height(), 12);
 }
 
-TEST(HeatMap, cellIsTheColourAtItsOpacity)
+TEST(HeatMap, cellIsDrawnAtItsOpacity)
 {
     for (const double opacity : {0.08, 0.2, 0.6, 1.0}) {
         HeatMap map{Theme::accent(), nullptr};
@@ -72,7 +72,7 @@ TEST(HeatMap, cornersAreRoundAndGapsAreEmpty)
     }
 }
 
-TEST(HeatMap, atAFractionalScaleCellsAreEquallyLarge)
+TEST(HeatMap, cellsAreEquallyLargeAtAFractionalScale)
 {
     HeatMap map{Theme::accent(), nullptr};
     map.setCells(cellsOf(53, 1));
@@ -94,7 +94,7 @@ TEST(HeatMap, atAFractionalScaleCellsAreEquallyLarge)
     EXPECT_EQ(runs, 53);
 }
 
-TEST(HeatMap, cellUnderThePointerTellsItsDayAndTokens)
+TEST(HeatMap, tooltipHasDayAndTokensOfTheCell)
 {
     HeatMap map{Theme::accent(), nullptr};
     std::vector<HeatCell> cells = cellsOf(365, 1);
@@ -107,7 +107,7 @@ TEST(HeatMap, cellUnderThePointerTellsItsDayAndTokens)
     EXPECT_EQ(QToolTip::text(), QStringLiteral("Nov 15, 2026: 1.3M"));
 }
 
-TEST(HeatMap, everyCellIsOneElementWithItsHelpTextAsName)
+TEST(HeatMap, everyCellIsExposedWithItsTooltip)
 {
     installAccessibleElements();
     HeatMap map{Theme::accent(), nullptr};

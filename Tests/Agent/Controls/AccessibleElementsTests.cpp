@@ -8,7 +8,7 @@
 namespace tallyfox::test {
 namespace {
 
-/// A drawing whose elements the test sets.
+/// A drawing with the elements that a test sets.
 class Drawing : public QWidget, public AccessibleDrawing {
 public:
     explicit Drawing(std::vector<AccessibleElement> elements)
@@ -48,7 +48,7 @@ AccessibleElement leaf(const char* name, QRect frame)
             {}};
 }
 
-/// Two lists over the same place, each with two items beside each other.
+/// Two overlapping lists, each with two items side by side.
 std::vector<AccessibleElement> twoLists()
 {
     const QRect whole{0, 0, 200, 100};
@@ -69,14 +69,14 @@ QAccessibleInterface& interfaceOf(QWidget& widget)
     return *QAccessible::queryAccessibleInterface(&widget);
 }
 
-TEST(AccessibleElements, widgetHasTheRoleOfTheDrawingAndItsOwnName)
+TEST(AccessibleElements, widgetHasRoleOfDrawingAndItsOwnName)
 {
     Drawing drawing{twoLists()};
     EXPECT_EQ(interfaceOf(drawing).role(), QAccessible::Chart);
     EXPECT_EQ(interfaceOf(drawing).text(QAccessible::Name), QStringLiteral("Drawing"));
 }
 
-TEST(AccessibleElements, elementsAreItsChildrenInReadingOrder)
+TEST(AccessibleElements, elementsAreChildrenInReadingOrder)
 {
     Drawing drawing{twoLists()};
     QAccessibleInterface& root = interfaceOf(drawing);
@@ -91,7 +91,7 @@ TEST(AccessibleElements, elementsAreItsChildrenInReadingOrder)
     EXPECT_EQ(second->child(0)->childCount(), 0);
 }
 
-TEST(AccessibleElements, everyElementIsTheSameAtEachCallAndKnowsItsPlace)
+TEST(AccessibleElements, interfaceOfAnElementIsStableAndKnowsItsIndex)
 {
     Drawing drawing{twoLists()};
     QAccessibleInterface& root = interfaceOf(drawing);
@@ -107,14 +107,14 @@ TEST(AccessibleElements, everyElementIsTheSameAtEachCallAndKnowsItsPlace)
     EXPECT_EQ(first->child(2), nullptr);
 }
 
-TEST(AccessibleElements, frameIsOnTheScreen)
+TEST(AccessibleElements, frameIsInScreenCoordinates)
 {
     Drawing drawing{twoLists()};
     QAccessibleInterface* item = interfaceOf(drawing).child(1)->child(1);
     EXPECT_EQ(item->rect(), (QRect{drawing.mapToGlobal(QPoint{10, 50}), QSize{10, 10}}));
 }
 
-TEST(AccessibleElements, pointFindsTheInnermostElementThere)
+TEST(AccessibleElements, pointFindsInnermostElement)
 {
     Drawing drawing{twoLists()};
     QAccessibleInterface& root = interfaceOf(drawing);
@@ -138,7 +138,7 @@ TEST(AccessibleElements, elementOfAHiddenWidgetIsInvisible)
     EXPECT_FALSE(interfaceOf(drawing).child(0)->state().focusable);
 }
 
-TEST(AccessibleElements, changeEndsWhatWasHandedOutAndShowsTheNewElements)
+TEST(AccessibleElements, changeInvalidatesInterfacesAndShowsNewElements)
 {
     Drawing drawing{twoLists()};
     QAccessibleInterface& root = interfaceOf(drawing);
@@ -152,7 +152,7 @@ TEST(AccessibleElements, changeEndsWhatWasHandedOutAndShowsTheNewElements)
     EXPECT_EQ(root.child(0)->text(QAccessible::Name), QStringLiteral("new"));
 }
 
-TEST(AccessibleElements, endOfTheWidgetEndsAllOfIt)
+TEST(AccessibleElements, destroyedWidgetInvalidatesAllInterfaces)
 {
     auto drawing = std::make_unique<Drawing>(twoLists());
     const QAccessible::Id root = QAccessible::uniqueId(&interfaceOf(*drawing));
@@ -162,7 +162,7 @@ TEST(AccessibleElements, endOfTheWidgetEndsAllOfIt)
     EXPECT_EQ(QAccessible::accessibleInterface(item), nullptr);
 }
 
-/// The part that draws has gone, the widget has not yet: a listener may ask in between.
+/// A listener may ask between the destructors of the drawing and of the widget.
 TEST(AccessibleElements, widgetInItsDestructorHasNoElements)
 {
     auto drawing = std::make_unique<Drawing>(twoLists());
@@ -179,7 +179,7 @@ TEST(AccessibleElements, widgetInItsDestructorHasNoElements)
     EXPECT_EQ(asked, 1);
 }
 
-TEST(AccessibleElements, installingTwiceDoesNoHarm)
+TEST(AccessibleElements, installingTwiceIsHarmless)
 {
     installAccessibleElements();
     installAccessibleElements();
@@ -187,7 +187,7 @@ TEST(AccessibleElements, installingTwiceDoesNoHarm)
     EXPECT_EQ(interfaceOf(drawing).childCount(), 2);
 }
 
-TEST(AccessibleElements, widgetWithoutADrawingKeepsItsOwnInterface)
+TEST(AccessibleElements, otherWidgetKeepsItsInterface)
 {
     installAccessibleElements();
     QWidget plain;

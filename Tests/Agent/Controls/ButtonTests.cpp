@@ -21,7 +21,7 @@ int clicksOf(QPushButton& button)
     return clicks;
 }
 
-TEST(ToolButton, measuresTwentyFourAndTellsItsHelp)
+TEST(ToolButton, isTwentyFourPixelsWideAndExposesItsHelp)
 {
     ToolButton button{Symbol::gear, QStringLiteral("Settings")};
     EXPECT_EQ(button.size(), QSize(24, 24));
@@ -37,7 +37,7 @@ TEST(ToolButton, pointerSpaceBarAndReturnKeyPressIt)
     EXPECT_EQ(clicksOf(button), 3);
 }
 
-TEST(ToolButton, pressedButtonStandsOnADarkerPatch)
+TEST(ToolButton, pressedButtonHasADarkerBackground)
 {
     ToolButton button{Symbol::gear, QStringLiteral("Settings")};
     button.setDown(true);
@@ -57,7 +57,7 @@ protected:
     int requests = 0;
 };
 
-TEST_F(KeepAwakeButton, pressOnlyAsks)
+TEST_F(KeepAwakeButton, pressOnlyEmitsARequest)
 {
     click(button);
     EXPECT_EQ(requests, 1);
@@ -65,7 +65,7 @@ TEST_F(KeepAwakeButton, pressOnlyAsks)
     EXPECT_TRUE(showsSymbol(button, Symbol::cupHot));
 }
 
-TEST_F(KeepAwakeButton, screenReadersToggleAsksAndChangesNothing)
+TEST_F(KeepAwakeButton, toggleOfAScreenReaderOnlyEmitsARequest)
 {
     button.toggle();
     EXPECT_EQ(requests, 1);
@@ -76,7 +76,7 @@ TEST_F(KeepAwakeButton, screenReadersToggleAsksAndChangesNothing)
     EXPECT_TRUE(button.isChecked());
 }
 
-TEST_F(KeepAwakeButton, beingOnIsSeenAndHeardAndAsksNothing)
+TEST_F(KeepAwakeButton, stateIsShownAndExposedWithoutARequest)
 {
     button.setOn(true);
     EXPECT_TRUE(showsSymbol(button, Symbol::cupHotFill, Theme::accent()));
@@ -103,7 +103,7 @@ TEST(PushButton, prominentButtonIsFilledWithTheAccent)
     EXPECT_EQ(pixelOf(button, {6, 13}), Theme::accent().rgb());
 }
 
-TEST(PushButton, borderedButtonHasALineAroundTheSurface)
+TEST(PushButton, borderedButtonHasABorder)
 {
     PushButton button{QStringLiteral("Refresh"), ButtonStyle::bordered};
     button.resize(button.sizeHint());
@@ -111,7 +111,7 @@ TEST(PushButton, borderedButtonHasALineAroundTheSurface)
     EXPECT_EQ(pixelOf(button, {6, 13}), Theme::surface().rgb());
 }
 
-TEST(PushButton, symbolTakesItsPlaceBesideTheText)
+TEST(PushButton, symbolWidensTheButton)
 {
     PushButton button{QStringLiteral("Refresh")};
     const int without = button.sizeHint().width();
@@ -119,7 +119,7 @@ TEST(PushButton, symbolTakesItsPlaceBesideTheText)
     EXPECT_EQ(button.sizeHint().width(), without + 20);
 }
 
-TEST(PushButton, pressedOrDisabledLooksOtherwise)
+TEST(PushButton, pressedAndDisabledLookDifferent)
 {
     for (const ButtonStyle style : {ButtonStyle::plain, ButtonStyle::bordered, ButtonStyle::borderedProminent}) {
         PushButton button{QStringLiteral("Refresh"), style};
@@ -133,7 +133,7 @@ TEST(PushButton, pressedOrDisabledLooksOtherwise)
     }
 }
 
-TEST(PushButton, focusIsSeenOnEveryStyle)
+TEST(PushButton, focusIsVisibleInEveryStyle)
 {
     for (const ButtonStyle style : {ButtonStyle::plain, ButtonStyle::bordered, ButtonStyle::borderedProminent}) {
         PushButton button{QStringLiteral("Refresh"), style};
@@ -163,7 +163,7 @@ protected:
     Card* card = new Card{&button};
 };
 
-TEST_F(CardButtonTest, isAsHighAsItsContent)
+TEST_F(CardButtonTest, heightFollowsContent)
 {
     EXPECT_EQ(button.sizeHint().height(), 50);
     card->setFixedHeight(70);
@@ -180,17 +180,17 @@ TEST_F(CardButtonTest, pointerOnTheContentSpaceBarAndReturnKeyPressIt)
 {
     showActive(button);
     EXPECT_EQ(clicksOf(button), 3);
-    EXPECT_EQ(button.childAt(100, 25), card) << "what lies over the content is in the pointer's way";
+    EXPECT_EQ(button.childAt(100, 25), card) << "the veil blocks the pointer";
 }
 
-TEST_F(CardButtonTest, pressIsSeenThroughTheContent)
+TEST_F(CardButtonTest, pressIsVisibleOverContent)
 {
     EXPECT_EQ(pixelOf(button, {100, 25}), Theme::surface().rgb());
     button.setDown(true);
     EXPECT_NE(pixelOf(button, {100, 25}), Theme::surface().rgb());
 }
 
-TEST_F(CardButtonTest, focusIsSeenOverTheContent)
+TEST_F(CardButtonTest, focusIsVisibleOverContent)
 {
     showActive(button);
     button.setFocus();

@@ -29,7 +29,7 @@ void sendMouse(QWidget& widget, QEvent::Type type, QPointF position, Qt::MouseBu
     QApplication::sendEvent(&widget, &event);
 }
 
-TEST(ToggleSwitch, isACheckBoxToAScreenReader)
+TEST(ToggleSwitch, roleIsCheckBox)
 {
     ToggleSwitch toggle;
     toggle.setAccessibleName(QStringLiteral("Notifications"));
@@ -40,7 +40,7 @@ TEST(ToggleSwitch, isACheckBoxToAScreenReader)
     EXPECT_TRUE(accessibleState(toggle).checked);
 }
 
-TEST(ToggleSwitch, userTogglesItByPointerAndSpaceBarAndScreenReader)
+TEST(ToggleSwitch, pointerSpaceBarAndScreenReaderToggleIt)
 {
     ToggleSwitch toggle;
     std::vector<bool> values;
@@ -55,7 +55,7 @@ TEST(ToggleSwitch, userTogglesItByPointerAndSpaceBarAndScreenReader)
     EXPECT_EQ(values, (std::vector<bool>{true, false, true, false}));
 }
 
-TEST(ToggleSwitch, shownValueIsNotEmitted)
+TEST(ToggleSwitch, showCheckedEmitsNothing)
 {
     ToggleSwitch toggle;
     QObject::connect(&toggle, &QCheckBox::toggled, &toggle, [](bool) { ADD_FAILURE(); });
@@ -63,7 +63,7 @@ TEST(ToggleSwitch, shownValueIsNotEmitted)
     EXPECT_TRUE(toggle.isChecked());
 }
 
-TEST(ToggleSwitch, onIsDrawnInTheAccentAndOffIsNot)
+TEST(ToggleSwitch, onlyOnIsDrawnInTheAccent)
 {
     ToggleSwitch toggle;
     toggle.resize(toggle.sizeHint());
@@ -86,7 +86,7 @@ protected:
     std::vector<int> m_steps;
 };
 
-TEST_F(StepSliderTest, keysMoveByStepsAndStopAtTheEnds)
+TEST_F(StepSliderTest, keysMoveByStepsUpToTheEnds)
 {
     for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Up, Qt::Key_Left, Qt::Key_PageUp, Qt::Key_PageDown, Qt::Key_End,
                               Qt::Key_Right, Qt::Key_Home, Qt::Key_Left})
@@ -94,7 +94,7 @@ TEST_F(StepSliderTest, keysMoveByStepsAndStopAtTheEnds)
     EXPECT_EQ(m_steps, (std::vector<int>{25, 30, 25, 35, 25, 95, 5}));
 }
 
-TEST_F(StepSliderTest, wheelMovesAStepForANotchAndAddsUpFineMovements)
+TEST_F(StepSliderTest, wheelMovesAStepPerNotchAndAccumulatesSmallDeltas)
 {
     turnWheel(m_slider, {0, 120});
     turnWheel(m_slider, {0, -240});
@@ -106,7 +106,7 @@ TEST_F(StepSliderTest, wheelMovesAStepForANotchAndAddsUpFineMovements)
     EXPECT_EQ(m_slider.value(), 5);
 }
 
-TEST_F(StepSliderTest, pointerDragsFromEndToEndOverWholeStepsOnly)
+TEST_F(StepSliderTest, dragSnapsToSteps)
 {
     sendMouse(m_slider, QEvent::MouseButtonPress, {0, 10});
     for (int x = 0; x <= 240; ++x)
@@ -127,14 +127,14 @@ TEST_F(StepSliderTest, pressOnTheTrackMovesItThere)
     EXPECT_EQ(m_slider.value(), 50);
 }
 
-TEST_F(StepSliderTest, otherButtonsAndPointersThatPassDoNotMoveIt)
+TEST_F(StepSliderTest, otherButtonsAndHoveringDoNotMoveIt)
 {
     sendMouse(m_slider, QEvent::MouseButtonPress, {200, 10}, Qt::RightButton);
     sendMouse(m_slider, QEvent::MouseMove, {220, 10}, Qt::NoButton);
     EXPECT_TRUE(m_steps.empty());
 }
 
-TEST_F(StepSliderTest, rightToLeftTheSmallestValueIsAtTheRight)
+TEST_F(StepSliderTest, minimumIsAtTheRightInRightToLeftLayout)
 {
     m_slider.setLayoutDirection(Qt::RightToLeft);
     click(m_slider, QPoint{239, 10});
@@ -143,7 +143,7 @@ TEST_F(StepSliderTest, rightToLeftTheSmallestValueIsAtTheRight)
     EXPECT_EQ(m_slider.value(), 10);
 }
 
-TEST_F(StepSliderTest, shownValueStandsOnTheNearestStepAndIsNotEmitted)
+TEST_F(StepSliderTest, showValueSnapsToNearestStepAndEmitsNothing)
 {
     const std::pair<double, int> cases[]{{22.4, 20}, {22.5, 25}, {5, 5}, {95, 95}, {-100, 5}, {1e9, 95}};
     for (const auto& [shown, value] : cases) {
@@ -153,7 +153,7 @@ TEST_F(StepSliderTest, shownValueStandsOnTheNearestStepAndIsNotEmitted)
     EXPECT_TRUE(m_steps.empty());
 }
 
-TEST_F(StepSliderTest, screenReaderReadsTheValueAndSetsWholeStepsOnly)
+TEST_F(StepSliderTest, valueSetByAScreenReaderSnapsToAStep)
 {
     QAccessibleInterface* const interface = QAccessible::queryAccessibleInterface(&m_slider);
     EXPECT_EQ(interface->role(), QAccessible::Slider);
@@ -167,7 +167,7 @@ TEST_F(StepSliderTest, screenReaderReadsTheValueAndSetsWholeStepsOnly)
     EXPECT_EQ(m_steps, std::vector<int>{35});
 }
 
-TEST(Picker, wheelTurnsItOnlyWhileItHasTheFocus)
+TEST(Picker, wheelIsIgnoredWithoutFocus)
 {
     QWidget window;
     Picker picker{&window};
@@ -183,7 +183,7 @@ TEST(Picker, wheelTurnsItOnlyWhileItHasTheFocus)
     EXPECT_EQ(picker.currentIndex(), 1);
 }
 
-TEST(Picker, openListHasThePickersName)
+TEST(Picker, openListHasTheNameOfThePicker)
 {
     Picker picker;
     picker.addItem(QStringLiteral("one"));

@@ -28,7 +28,7 @@ TEST(FittedLines, textThatFitsIsOneLine)
     EXPECT_EQ(fittedLines(text, Theme::body(), 400, 3), QStringList{text});
 }
 
-TEST(FittedLines, enoughLinesHoldTheWholeTextBrokenBetweenWords)
+TEST(FittedLines, textWrapsBetweenWords)
 {
     const QStringList lines = fittedLines(longText(), Theme::body(), 200, 9);
     EXPECT_GT(lines.size(), 2);
@@ -37,7 +37,7 @@ TEST(FittedLines, enoughLinesHoldTheWholeTextBrokenBetweenWords)
         EXPECT_LE(QFontMetrics{Theme::body()}.horizontalAdvance(line), 200);
 }
 
-TEST(FittedLines, tooFewLinesEndInAnEllipsis)
+TEST(FittedLines, textBeyondTheLastLineIsElided)
 {
     const QStringList lines = fittedLines(longText(), Theme::body(), 200, 2);
     ASSERT_EQ(lines.size(), 2);
@@ -45,12 +45,12 @@ TEST(FittedLines, tooFewLinesEndInAnEllipsis)
     EXPECT_LE(QFontMetrics{Theme::body()}.horizontalAdvance(lines.back()), 200);
 }
 
-TEST(FittedLines, noTextIsNoLine)
+TEST(FittedLines, emptyTextHasNoLines)
 {
     EXPECT_TRUE(fittedLines({}, Theme::body(), 200, 2).isEmpty());
 }
 
-TEST(FittedLines, wordIsShortenedRatherThanTorn)
+TEST(FittedLines, longWordIsElidedInsteadOfBroken)
 {
     const int width = QFontMetrics{Theme::body()}.horizontalAdvance(QStringLiteral("Observe"));
     const QStringList lines = fittedLines(QStringLiteral("Observed from afar"), Theme::body(), width, 3);
@@ -59,7 +59,7 @@ TEST(FittedLines, wordIsShortenedRatherThanTorn)
     EXPECT_TRUE(lines.front().endsWith(QChar{0x2026}));
 }
 
-TEST(FittedLines, placeWithoutWidthStillEnds)
+TEST(FittedLines, zeroWidthTerminates)
 {
     EXPECT_EQ(fittedLines(longText(), Theme::body(), 0, 3).size(), 1);
 }
@@ -71,21 +71,21 @@ TEST(TextLabel, textThatFitsIsNotElided)
     EXPECT_FALSE(label.isElided());
 }
 
-TEST(TextLabel, textWithoutPlaceForAnEllipsisIsElided)
+TEST(TextLabel, textWithoutSpaceForAnEllipsisIsElided)
 {
     TextLabel label{QStringLiteral("Today"), Theme::body(), Theme::ink()};
     label.resize(2, label.sizeHint().height());
     EXPECT_TRUE(label.isElided());
 }
 
-TEST(TextLabel, textThatEndsInAnEllipsisItselfIsNotElided)
+TEST(TextLabel, textEndingInAnEllipsisIsNotElided)
 {
     TextLabel label{QString{QStringLiteral("Wait") + QChar{0x2026}}, Theme::body(), Theme::ink()};
     label.resize(label.sizeHint());
     EXPECT_FALSE(label.isElided());
 }
 
-TEST(TextLabel, elidedTextIsWholeUnderThePointerAndForAScreenReader)
+TEST(TextLabel, elidedTextIsCompleteInTooltipAndAccessibleName)
 {
     TextLabel label{longText(), Theme::body(), Theme::ink()};
     label.resize(120, label.sizeHint().height());
@@ -99,7 +99,7 @@ TEST(TextLabel, elidedTextIsWholeUnderThePointerAndForAScreenReader)
     QToolTip::hideText();
 }
 
-TEST(TextLabel, moreLinesNeedMoreHeightUpToTheirNumber)
+TEST(TextLabel, heightGrowsUpToTheMaximumOfLines)
 {
     TextLabel label{longText(), Theme::body(), Theme::ink()};
     const int line = label.sizeHint().height();
@@ -109,7 +109,7 @@ TEST(TextLabel, moreLinesNeedMoreHeightUpToTheirNumber)
     EXPECT_EQ(label.heightForWidth(100), 2 * line);
 }
 
-TEST(TextLabel, textIsDrawnInItsColourAndMarkupIsText)
+TEST(TextLabel, textIsDrawnInItsColourAndMarkupIsLiteral)
 {
     TextLabel label{QStringLiteral("<b>I</b>"), Theme::system(40, QFont::Bold), Theme::claude()};
     label.resize(label.sizeHint());
@@ -119,7 +119,7 @@ TEST(TextLabel, textIsDrawnInItsColourAndMarkupIsText)
     EXPECT_EQ(accessibleName(label), QStringLiteral("<b>I</b>"));
 }
 
-TEST(Badge, paddingSurroundsTheTextOnAFaintPatch)
+TEST(Badge, textHasPaddingAndAFaintBackground)
 {
     Badge badge{QStringLiteral("Stale"), Theme::claude()};
     const QFontMetricsF metrics{badge.font()};
@@ -131,7 +131,7 @@ TEST(Badge, paddingSurroundsTheTextOnAFaintPatch)
     EXPECT_TRUE(isNear(pixelOf(badge, {3, badge.height() / 2}), over(Theme::canvas(), Theme::claude(), 0.1)));
 }
 
-TEST(IconTile, symbolStandsOnARoundedTile)
+TEST(IconTile, symbolIsDrawnOnARoundedTile)
 {
     IconTile tile{IconTile::small, Symbol::barChartFill, Theme::cream(), Theme::accent()};
     EXPECT_EQ(tile.size(), QSize(28, 28));
@@ -140,17 +140,17 @@ TEST(IconTile, symbolStandsOnARoundedTile)
     EXPECT_TRUE(shows(tile, Theme::cream()));
 }
 
-TEST(ColumnWidths, columnsAreEqualWhereAllFit)
+TEST(ColumnWidths, columnsAreEqualIfAllFit)
 {
     EXPECT_EQ(columnWidths({50, 20, 100}, 300), (std::vector{100, 100, 100}));
 }
 
-TEST(ColumnWidths, wideColumnTakesWhatTheOthersLeave)
+TEST(ColumnWidths, wideColumnGetsUnusedSpaceOfOthers)
 {
     EXPECT_EQ(columnWidths({50, 20, 170}, 300), (std::vector{70, 40, 190}));
 }
 
-TEST(ColumnWidths, onlyWideColumnsAreCutWhereNothingIsLeft)
+TEST(ColumnWidths, onlyWideColumnsAreCutIfSpaceIsShort)
 {
     EXPECT_EQ(columnWidths({50, 20, 900}, 300), (std::vector{50, 20, 230}));
     EXPECT_EQ(columnWidths({900, 20, 900}, 300), (std::vector{140, 20, 140}));
@@ -161,7 +161,7 @@ TEST(ColumnWidths, noColumnsNeedNoWidth)
     EXPECT_TRUE(columnWidths({}, 300).empty());
 }
 
-TEST(MetricRow, longValueIsCutInsideTheRowAndWholeForAScreenReader)
+TEST(MetricRow, longValueIsElidedAndExposedInFull)
 {
     MetricRow row{3};
     row.setMetric(0, QStringLiteral("Today"), QStringLiteral("123456.8M"));
@@ -179,7 +179,7 @@ TEST(MetricRow, longValueIsCutInsideTheRowAndWholeForAScreenReader)
     EXPECT_EQ(labels[3]->text(), longText());
 }
 
-TEST(MetricRow, changedTextMovesTheColumns)
+TEST(MetricRow, changedTextRelayoutsColumns)
 {
     MetricRow row{2};
     row.setMetric(0, QStringLiteral("Today"), QStringLiteral("1"));

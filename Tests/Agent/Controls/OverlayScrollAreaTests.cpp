@@ -23,7 +23,7 @@ protected:
         settle();
     }
 
-    /// The bar that is drawn.
+    /// The visible scroll bar.
     [[nodiscard]] QScrollBar* slimBar() const
     {
         return area.findChild<QScrollBar*>({}, Qt::FindDirectChildrenOnly);
@@ -33,7 +33,7 @@ protected:
     QWidget* content = new QWidget{&area};
 };
 
-TEST_F(OverlayScrollAreaTest, contentThatFitsHasNoBar)
+TEST_F(OverlayScrollAreaTest, contentThatFitsHasNoScrollBar)
 {
     showContentOfHeight(100);
     EXPECT_FALSE(slimBar()->isVisible());
@@ -49,7 +49,7 @@ TEST_F(OverlayScrollAreaTest, longContentScrollsAndKeepsItsWidth)
     EXPECT_EQ(area.horizontalScrollBar()->maximum(), 0);
 }
 
-TEST_F(OverlayScrollAreaTest, barAndContentFollowEachOther)
+TEST_F(OverlayScrollAreaTest, scrollBarAndContentStayInSync)
 {
     showContentOfHeight(400);
     slimBar()->setValue(120);
@@ -58,14 +58,14 @@ TEST_F(OverlayScrollAreaTest, barAndContentFollowEachOther)
     EXPECT_EQ(slimBar()->value(), 30);
 }
 
-TEST_F(OverlayScrollAreaTest, contentThatShrinksTakesTheBarAway)
+TEST_F(OverlayScrollAreaTest, scrollBarIsHiddenWhenContentShrinks)
 {
     showContentOfHeight(400);
     showContentOfHeight(50);
     EXPECT_FALSE(slimBar()->isVisible());
 }
 
-TEST_F(OverlayScrollAreaTest, areaItselfTakesNoFocus)
+TEST_F(OverlayScrollAreaTest, areaDoesNotTakeFocus)
 {
     EXPECT_EQ(area.focusPolicy(), Qt::NoFocus);
     EXPECT_EQ(slimBar()->focusPolicy(), Qt::NoFocus);

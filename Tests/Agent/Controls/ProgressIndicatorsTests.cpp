@@ -9,7 +9,7 @@
 namespace tallyfox::test {
 namespace {
 
-/// Where the tint of a bar 100 wide and showing `percent` ends.
+/// The filled pixels of a bar that is 100 wide and shows `percent`.
 int filledPixels(double percent, Qt::LayoutDirection direction = Qt::LeftToRight)
 {
     UsageBar bar{Theme::codex()};
@@ -30,13 +30,13 @@ TEST(UsageBar, fillsUpWithThePercentage)
     EXPECT_NEAR(filledPixels(100), 100, 2); // the ends are round
 }
 
-TEST(UsageBar, percentageBeyondTheEndsIsTakenAsTheEnd)
+TEST(UsageBar, percentageIsClamped)
 {
     EXPECT_EQ(filledPixels(-5), 0);
     EXPECT_EQ(filledPixels(104.6), filledPixels(100));
 }
 
-TEST(UsageBar, fillsFromTheRightWhereTextRunsToTheLeft)
+TEST(UsageBar, fillsFromTheRightInRightToLeftLayout)
 {
     EXPECT_NEAR(filledPixels(42.5, Qt::RightToLeft), 42, 1);
     UsageBar bar{Theme::codex()};
@@ -47,7 +47,7 @@ TEST(UsageBar, fillsFromTheRightWhereTextRunsToTheLeft)
     EXPECT_EQ(pixelOf(bar, {10, 3}), Theme::surfaceStrong().rgb());
 }
 
-TEST(UsageBar, screenReaderIsToldItsNameAndWholePercents)
+TEST(UsageBar, exposesNameAndWholePercents)
 {
     UsageBar bar{Theme::codex()};
     bar.setAccessibleName(QStringLiteral("Codex usage"));
@@ -62,7 +62,7 @@ bool hasTimer(QObject& object)
     return !QAbstractEventDispatcher::instance()->registeredTimers(&object).isEmpty();
 }
 
-TEST(ActivityIndicator, turnsOnlyWhileItIsShown)
+TEST(ActivityIndicator, timerRunsOnlyWhileVisible)
 {
     QWidget window;
     ActivityIndicator indicator{QStringLiteral("Refreshing"), &window};
@@ -76,7 +76,7 @@ TEST(ActivityIndicator, turnsOnlyWhileItIsShown)
     EXPECT_FALSE(hasTimer(indicator)) << "a timer runs in a hidden window";
 }
 
-TEST(ActivityIndicator, looksOtherwiseAfterATurn)
+TEST(ActivityIndicator, looksDifferentAfterAStep)
 {
     ActivityIndicator indicator{QStringLiteral("Refreshing")};
     indicator.show();
@@ -84,7 +84,7 @@ TEST(ActivityIndicator, looksOtherwiseAfterATurn)
     EXPECT_TRUE(spinUntil([&] { return indicator.grab().toImage() != before; }));
 }
 
-TEST(ActivityIndicator, screenReaderIsToldWhatGoesOn)
+TEST(ActivityIndicator, exposesItsName)
 {
     ActivityIndicator indicator{QStringLiteral("Refreshing")};
     EXPECT_EQ(accessibleRole(indicator), QAccessible::ProgressBar);

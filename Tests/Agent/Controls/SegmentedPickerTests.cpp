@@ -16,7 +16,7 @@ QStringList tabLabels()
             QStringLiteral("Services")};
 }
 
-/// A picker on the screen, as wide as the popover leaves it, with the first segment in focus.
+/// A visible picker as wide as in the popover; its first segment has the focus.
 class SegmentedPickerTest : public testing::Test {
 protected:
     SegmentedPickerTest()
@@ -37,27 +37,27 @@ protected:
     std::vector<int> changes;
 };
 
-TEST_F(SegmentedPickerTest, newPickerHasItsFirstSegmentChosen)
+TEST_F(SegmentedPickerTest, firstSegmentIsSelectedInitially)
 {
     EXPECT_EQ(picker.currentIndex(), 0);
     EXPECT_TRUE(segments().front()->isChecked());
 }
 
-TEST_F(SegmentedPickerTest, clickChoosesASegmentAndTellsIt)
+TEST_F(SegmentedPickerTest, clickSelectsASegmentAndEmits)
 {
     click(*segments().at(2), QPoint{3, 3});
     EXPECT_EQ(picker.currentIndex(), 2);
     EXPECT_EQ(changes, std::vector{2});
 }
 
-TEST_F(SegmentedPickerTest, clickOnTheChosenSegmentTellsNothing)
+TEST_F(SegmentedPickerTest, clickOnSelectedSegmentEmitsNothing)
 {
     click(*segments().at(0));
     EXPECT_EQ(picker.currentIndex(), 0);
     EXPECT_TRUE(changes.empty());
 }
 
-TEST_F(SegmentedPickerTest, indexSetTwiceIsToldOnce)
+TEST_F(SegmentedPickerTest, indexSetTwiceEmitsOnce)
 {
     picker.setCurrentIndex(3);
     picker.setCurrentIndex(3);
@@ -65,7 +65,7 @@ TEST_F(SegmentedPickerTest, indexSetTwiceIsToldOnce)
     EXPECT_EQ(changes, std::vector{3});
 }
 
-TEST_F(SegmentedPickerTest, indexOfNoSegmentChangesNothing)
+TEST_F(SegmentedPickerTest, indexOutOfRangeIsIgnored)
 {
     picker.setCurrentIndex(4);
     picker.setCurrentIndex(-1);
@@ -73,7 +73,7 @@ TEST_F(SegmentedPickerTest, indexOfNoSegmentChangesNothing)
     EXPECT_TRUE(changes.empty());
 }
 
-TEST_F(SegmentedPickerTest, arrowKeysChooseTheNeighbour)
+TEST_F(SegmentedPickerTest, arrowKeysSelectTheNeighbour)
 {
     pressKey(*segments().at(0), Qt::Key_Right);
     EXPECT_EQ(picker.currentIndex(), 1);
@@ -83,14 +83,14 @@ TEST_F(SegmentedPickerTest, arrowKeysChooseTheNeighbour)
     EXPECT_EQ(changes, (std::vector{1, 0}));
 }
 
-TEST_F(SegmentedPickerTest, chosenSegmentIsTheOnlyStopOfTheTabKey)
+TEST_F(SegmentedPickerTest, onlySelectedSegmentIsATabStop)
 {
     picker.setCurrentIndex(2);
     for (const QRadioButton* segment : segments())
         EXPECT_EQ((segment->focusPolicy() & Qt::TabFocus) != 0, segment->isChecked()) << qPrintable(segment->text());
 }
 
-TEST_F(SegmentedPickerTest, screenReaderMeetsANamedGroupOfRadioButtons)
+TEST_F(SegmentedPickerTest, exposesANamedGroupOfRadioButtons)
 {
     picker.setCurrentIndex(1);
     EXPECT_EQ(accessibleName(picker), QStringLiteral("View"));
@@ -113,7 +113,7 @@ TEST_F(SegmentedPickerTest, segmentsShareTheWidthEqually)
     }
 }
 
-TEST_F(SegmentedPickerTest, onlyTheChosenSegmentIsRaised)
+TEST_F(SegmentedPickerTest, onlySelectedSegmentIsRaised)
 {
     const QImage image = picker.grab().toImage();
     const auto inside = [&](int index) {
@@ -123,7 +123,7 @@ TEST_F(SegmentedPickerTest, onlyTheChosenSegmentIsRaised)
     EXPECT_EQ(inside(3), Theme::surfaceStrong().rgb());
 }
 
-TEST(SegmentedPicker, labelsHalfAsLongAgainAreNotElided)
+TEST(SegmentedPicker, labelsFiftyPercentLongerAreNotElided)
 {
     QStringList labels = tabLabels();
     for (QString& label : labels)
@@ -137,7 +137,7 @@ TEST(SegmentedPicker, labelsHalfAsLongAgainAreNotElided)
     }
 }
 
-TEST(SegmentedPicker, shortenedLabelIsToldUnderThePointer)
+TEST(SegmentedPicker, elidedLabelHasATooltip)
 {
     SegmentedPicker picker{QStringLiteral("View"),
                            {QStringLiteral("A label that no segment has room for"), QStringLiteral("Short")}};
@@ -150,11 +150,11 @@ TEST(SegmentedPicker, shortenedLabelIsToldUnderThePointer)
     };
     const auto segments = picker.findChildren<QRadioButton*>();
     EXPECT_EQ(hintOf(*segments.at(0)), segments.at(0)->text());
-    EXPECT_NE(hintOf(*segments.at(1)), segments.at(1)->text()) << "all of it is there to read";
+    EXPECT_NE(hintOf(*segments.at(1)), segments.at(1)->text()) << "the whole text is visible";
     QToolTip::hideText();
 }
 
-TEST(SegmentedPicker, firstSegmentIsOnTheRightWhereTextRunsToTheLeft)
+TEST(SegmentedPicker, firstSegmentIsAtTheRightInRightToLeftLayout)
 {
     SegmentedPicker picker{QStringLiteral("View"), tabLabels()};
     picker.setFixedWidth(396);
@@ -164,7 +164,7 @@ TEST(SegmentedPicker, firstSegmentIsOnTheRightWhereTextRunsToTheLeft)
     EXPECT_GT(segments.front()->x(), segments.back()->x());
 }
 
-TEST(SegmentedPicker, ringMarksTheSegmentReachedByTheKeyboardAlone)
+TEST(SegmentedPicker, focusRingAppearsForKeyboardOnly)
 {
     SegmentedPicker picker{QStringLiteral("View"), tabLabels()};
     picker.setFixedWidth(396);

@@ -9,7 +9,7 @@
 namespace tallyfox::test {
 namespace {
 
-TEST(ChartPoint, idIsTheProviderAndTheSecondsInTheirShortestDecimals)
+TEST(ChartPoint, idIsProviderAndSecondsInShortestDecimal)
 {
     EXPECT_EQ((ChartPoint{"Claude", instantFromUnixSeconds(1731628800), 5}.id()), "Claude-1731628800.0");
     EXPECT_EQ((ChartPoint{"Codex", instantFromUnixSeconds(1700000000), 5}.id()), "Codex-1700000000.0");
@@ -17,7 +17,7 @@ TEST(ChartPoint, idIsTheProviderAndTheSecondsInTheirShortestDecimals)
     EXPECT_EQ((ChartPoint{"Codex", instantFromUnixSeconds(-86400), 5}.id()), "Codex--86400.0");
 }
 
-TEST(ChartPoint, sameProviderAndDayHaveTheSameIdAndAreNotEqualWithOtherTokens)
+TEST(ChartPoint, idIgnoresTokensButEqualityDoesNot)
 {
     const ChartPoint point{"Claude", dailyNow, 1};
     const ChartPoint other{"Claude", dailyNow, 2};
@@ -25,12 +25,12 @@ TEST(ChartPoint, sameProviderAndDayHaveTheSameIdAndAreNotEqualWithOtherTokens)
     EXPECT_NE(point, other);
 }
 
-TEST(TrendPoints, withoutStatesThereAreNone)
+TEST(TrendPoints, noStatesGiveNoPoints)
 {
     EXPECT_TRUE(trendPoints({}).empty());
 }
 
-TEST(TrendPoints, stateAfterStateOldestDayFirstWithDaysOfZero)
+TEST(TrendPoints, pointsAreOrderedByStateThenDayIncludingZeros)
 {
     const auto states = std::vector{dailyState(Provider::codex, [](int daysAgo) { return daysAgo == 3 ? 30 : 0; }),
                                     evenState(Provider::claude, 7)};
@@ -61,7 +61,7 @@ TEST(ChartContent, everyProviderHasASeriesInItsColourEvenWithoutPoints)
     EXPECT_EQ(data.days, (std::vector{QDate{2026, 11, 20}, QDate{2026, 11, 21}}));
 }
 
-TEST(ChartContent, seriesOfUnequalLengthMeetOnTheirCommonDays)
+TEST(ChartContent, seriesOfDifferentLengthShareTheirDays)
 {
     const std::vector<ChartPoint> points{{"Claude", utcTime(2026, 11, 19), 1},
                                          {"Claude", utcTime(2026, 11, 20), 2},
@@ -71,7 +71,7 @@ TEST(ChartContent, seriesOfUnequalLengthMeetOnTheirCommonDays)
     EXPECT_EQ(data.series[1].values, (std::vector<ChartValue>{{1, 3}}));
 }
 
-TEST(ChartContent, daysAreThoseOfTheUsersCalendar)
+TEST(ChartContent, daysAreInTheGivenCalendar)
 {
     // Midnight of the 21st in Berlin.
     const std::vector<ChartPoint> points{{"Claude", utcTime(2026, 11, 20, 23), 1}};

@@ -39,7 +39,7 @@ TEST(DashboardSums, withoutStatesAreZero)
     EXPECT_EQ(DashboardModel::hypotheticalCost({}), "$0.00");
 }
 
-TEST(DashboardSums, addUpAllStates)
+TEST(DashboardSums, includeAllStates)
 {
     const std::vector states{evenState(Provider::claude, 10), evenState(Provider::codex, 7)};
     EXPECT_EQ(DashboardModel::todayTokens(states), 17);
@@ -52,7 +52,7 @@ TEST(DashboardSums, moreThanSixtyFourBitsStopTheProgram)
     EXPECT_EXIT(DashboardModel::totalTokens(states), testing::ExitedWithCode(1), "64 bits");
 }
 
-TEST(HypotheticalCost, isThreeDollarsForAMillionTokens)
+TEST(HypotheticalCost, isThreeDollarsPerMillionTokens)
 {
     EXPECT_EQ(DashboardModel::hypotheticalCost(std::vector{stateWithTotal(1'234'567)}), "$3.70");
     EXPECT_EQ(DashboardModel::hypotheticalCost(std::vector{stateWithTotal(600'000), stateWithTotal(400'000)}), "$3.00");
@@ -60,7 +60,7 @@ TEST(HypotheticalCost, isThreeDollarsForAMillionTokens)
     EXPECT_EQ(DashboardModel::hypotheticalCost(std::vector{stateWithTotal(999'999'999'999)}), "$3000000.00");
 }
 
-TEST(DashboardPoints, areTheLastDaysOfTheRangeStateAfterState)
+TEST(DashboardPoints, areTheLastDaysOfTheRangeOfEachState)
 {
     const std::vector states{evenState(Provider::claude, 1), evenState(Provider::codex, 2)};
     for (const std::int64_t range : {7, 30, 180}) {
@@ -74,17 +74,17 @@ TEST(DashboardPoints, areTheLastDaysOfTheRangeStateAfterState)
     EXPECT_TRUE(DashboardModel::chartPoints({}, 30).empty());
 }
 
-TEST(CombinedDays, withoutStatesThereAreNone)
+TEST(CombinedDays, noStatesGiveNoPoints)
 {
     EXPECT_TRUE(DashboardModel::combinedDays({}).empty());
 }
 
-TEST(CombinedDays, emptySeriesOfTheFirstStateHidesTheOthers)
+TEST(CombinedDays, areEmptyIfTheFirstStateHasNone)
 {
     EXPECT_TRUE(DashboardModel::combinedDays(std::vector{stateWithYear({}), stateWithYear({1, 2})}).empty());
 }
 
-TEST(CombinedDays, addUpPositionByPositionWithTheDatesOfTheFirst)
+TEST(CombinedDays, areAddedUpByPositionWithTheDatesOfTheFirstState)
 {
     ProviderState shifted = stateWithYear({10, 20, 30});
     for (DailyUsage& day : shifted.summary.last365Days)
@@ -114,7 +114,7 @@ TEST(CombinedDays, dayBeyondSixtyFourBitsStopsTheProgram)
     EXPECT_EXIT(DashboardModel::combinedDays(states), testing::ExitedWithCode(1), "64 bits");
 }
 
-TEST(MaxTokens, isThatOfTheBusiestDayAndNeverBelowOne)
+TEST(MaxTokens, isThatOfTheBusiestDayButAtLeastOne)
 {
     EXPECT_EQ(DashboardModel::maxTokens(days({3, 9, 4})), 9);
     EXPECT_EQ(DashboardModel::maxTokens(days({0, 0})), 1);
@@ -122,7 +122,7 @@ TEST(MaxTokens, isThatOfTheBusiestDayAndNeverBelowOne)
     EXPECT_EQ(DashboardModel::maxTokens({}), 1);
 }
 
-TEST(HeatOpacity, followsTheShareOfTheBusiestDay)
+TEST(HeatOpacity, isProportionalToTheBusiestDay)
 {
     EXPECT_DOUBLE_EQ(DashboardModel::heatOpacity(0, 1), 0.08);
     EXPECT_DOUBLE_EQ(DashboardModel::heatOpacity(1, 1), 1.0);

@@ -48,7 +48,7 @@ std::vector<std::string> cellsOf(QWidget& view)
     return names;
 }
 
-/// The colour that a cell is drawn in, in its middle.
+/// The colour in the middle of a cell.
 QRgb cellColor(QWidget& view, std::size_t index)
 {
     auto& map = only<HeatMap>(view);
@@ -61,7 +61,7 @@ UsageSnapshot bothProviders()
     return dailySnapshotOf({evenState(Provider::claude, 1'000), evenState(Provider::codex, 234)});
 }
 
-TEST(DashboardView, withoutStatesSumsAreZeroAndNothingIsDrawn)
+TEST(DashboardView, noStatesShowZeroSumsAndEmptyCharts)
 {
     DashboardView view;
     view.setUsage(dailySnapshotOf({}));
@@ -71,7 +71,7 @@ TEST(DashboardView, withoutStatesSumsAreZeroAndNothingIsDrawn)
     EXPECT_TRUE(cellsOf(view).empty());
 }
 
-TEST(DashboardView, sumsAreThoseOfBothProviders)
+TEST(DashboardView, sumsIncludeBothProviders)
 {
     DashboardView view;
     view.setUsage(bothProviders());
@@ -92,7 +92,7 @@ TEST(DashboardView, startsWithThirtyDays)
     EXPECT_EQ(labels, (QStringList{QStringLiteral("7D"), QStringLiteral("30D"), QStringLiteral("6M")}));
 }
 
-TEST(DashboardView, rangeChangesTheChartAlone)
+TEST(DashboardView, rangeAffectsOnlyTheChart)
 {
     DashboardView view;
     view.setUsage(bothProviders());
@@ -107,7 +107,7 @@ TEST(DashboardView, rangeChangesTheChartAlone)
     EXPECT_EQ(cells.size(), 365U);
 }
 
-TEST(DashboardView, chosenRangeOutlastsAPublication)
+TEST(DashboardView, selectedRangeSurvivesAPublication)
 {
     DashboardView view;
     view.setUsage(bothProviders());
@@ -118,7 +118,7 @@ TEST(DashboardView, chosenRangeOutlastsAPublication)
     EXPECT_TRUE(only<StackedBarChart>(view).data().series.at(1).values.empty());
 }
 
-TEST(DashboardView, publicationRedrawsEverything)
+TEST(DashboardView, publicationUpdatesEverything)
 {
     DashboardView view;
     view.setUsage(dailySnapshotOf({}));
@@ -128,7 +128,7 @@ TEST(DashboardView, publicationRedrawsEverything)
     EXPECT_EQ(cellColor(view, 364), Theme::accent().rgb());
 }
 
-TEST(DashboardView, allDaysZeroAreFaintCells)
+TEST(DashboardView, daysWithoutTokensAreFaintCells)
 {
     DashboardView view;
     view.setUsage(dailySnapshotOf({evenState(Provider::claude, 0), evenState(Provider::codex, 0)}));
@@ -137,7 +137,7 @@ TEST(DashboardView, allDaysZeroAreFaintCells)
         EXPECT_TRUE(isNear(cellColor(view, cell), over(Theme::canvas(), Theme::accent(), 0.08))) << cell;
 }
 
-TEST(DashboardView, firstProviderWithoutDaysLeavesTheHeatMapEmpty)
+TEST(DashboardView, heatMapIsEmptyIfFirstProviderHasNoDays)
 {
     ProviderState empty;
     DashboardView view;
@@ -145,7 +145,7 @@ TEST(DashboardView, firstProviderWithoutDaysLeavesTheHeatMapEmpty)
     EXPECT_TRUE(cellsOf(view).empty());
 }
 
-TEST(DashboardView, partsStandBelowEachOtherInsideThePadding)
+TEST(DashboardView, partsAreStackedInsideThePadding)
 {
     DashboardView view;
     view.setUsage(bothProviders());
@@ -167,7 +167,7 @@ TEST(DashboardView, partsStandBelowEachOtherInsideThePadding)
     EXPECT_EQ(textsOf(*cards[1]), std::vector<std::string>{"Year Heatmap"});
 }
 
-TEST(DashboardView, figuresHaveEqualSharesAroundDividersOfThirtyFour)
+TEST(DashboardView, sumsHaveEqualWidthsAndDividers)
 {
     DashboardView view;
     view.setUsage(dailySnapshotOf(
@@ -190,7 +190,7 @@ TEST(DashboardView, figuresHaveEqualSharesAroundDividersOfThirtyFour)
     }
 }
 
-TEST(DashboardView, twelveDigitCountsAreNotCutOff)
+TEST(DashboardView, twelveDigitCountsAreNotElided)
 {
     DashboardView view;
     view.setUsage(dailySnapshotOf({evenState(Provider::claude, 999'999'999'999)}));
@@ -200,7 +200,7 @@ TEST(DashboardView, twelveDigitCountsAreNotCutOff)
         EXPECT_FALSE(label->isElided()) << label->text().toStdString();
 }
 
-TEST(DashboardView, chartAndHeatMapAreNamedForAScreenReader)
+TEST(DashboardView, chartAndHeatMapHaveAccessibleNames)
 {
     DashboardView view;
     EXPECT_EQ(accessibleName(only<StackedBarChart>(view)), QStringLiteral("Token Dashboard"));

@@ -73,7 +73,7 @@ UsageSnapshot nothingYet()
     return {.hasHomeAccess = false, .now = now};
 }
 
-TEST_F(OverviewViewTest, withoutAccessAndStatesItInvitesAboveAnEmptyTrend)
+TEST_F(OverviewViewTest, withoutAccessItShowsTheInvitationAndAnEmptyTrend)
 {
     show(nothingYet());
     EXPECT_TRUE(invitation().isVisible());
@@ -83,7 +83,7 @@ TEST_F(OverviewViewTest, withoutAccessAndStatesItInvitesAboveAnEmptyTrend)
     EXPECT_TRUE(shows("Local processing"));
 }
 
-TEST_F(OverviewViewTest, invitationSaysWhatItIsFor)
+TEST_F(OverviewViewTest, invitationExplainsItself)
 {
     show(nothingYet());
     EXPECT_TRUE(shows("Enable 30-day usage"));
@@ -92,14 +92,14 @@ TEST_F(OverviewViewTest, invitationSaysWhatItIsFor)
     EXPECT_EQ(accessibleDescription(invitation()), QStringLiteral("Opens a folder picker for your home folder"));
 }
 
-TEST_F(OverviewViewTest, invitationAsksForHomeAccess)
+TEST_F(OverviewViewTest, invitationRequestsHomeAccess)
 {
     show(nothingYet());
     click(invitation());
     EXPECT_EQ(requests, std::vector<std::string>{"home access"});
 }
 
-TEST_F(OverviewViewTest, grantedAccessTakesTheInvitationAway)
+TEST_F(OverviewViewTest, grantedAccessHidesTheInvitation)
 {
     show(nothingYet());
     show(snapshotOf({}));
@@ -118,7 +118,7 @@ TEST_F(OverviewViewTest, eachStateHasACardInTheOrderOfTheStore)
     EXPECT_LT(trendButton().geometry().bottom(), part<RefreshFooter>().y());
 }
 
-TEST_F(OverviewViewTest, publicationIsDrawnIntoTheSameCards)
+TEST_F(OverviewViewTest, publicationReusesTheCards)
 {
     show(snapshotOf({claudeState(), codexState()}));
     const QList<ProviderCard*> before = view.findChildren<ProviderCard*>();
@@ -138,7 +138,7 @@ TEST_F(OverviewViewTest, cardsFollowTheListOfStates)
     EXPECT_TRUE(cards.front()->isVisible());
 }
 
-TEST_F(OverviewViewTest, contentStandsTwelvePixelsFromTheEdges)
+TEST_F(OverviewViewTest, contentHasTwelvePixelsOfPadding)
 {
     show(snapshotOf({claudeState()}));
     EXPECT_EQ(part<ProviderCard>().geometry().topLeft(), QPoint(12, 12));
@@ -154,7 +154,7 @@ TEST_F(OverviewViewTest, trendOpensTheDashboardByPointerAndKeyboard)
     EXPECT_EQ(requests, (std::vector<std::string>{"dashboard", "dashboard"}));
 }
 
-TEST_F(OverviewViewTest, refreshButtonAsksForARefresh)
+TEST_F(OverviewViewTest, refreshButtonRequestsARefresh)
 {
     show(snapshotOf({}));
     EXPECT_EQ(accessibleName(refreshButton()), QStringLiteral("Refresh"));
@@ -163,7 +163,7 @@ TEST_F(OverviewViewTest, refreshButtonAsksForARefresh)
     EXPECT_EQ(requests, std::vector<std::string>{"refresh"});
 }
 
-TEST_F(OverviewViewTest, runningRefreshPutsTheIndicatorInThePlaceOfTheButton)
+TEST_F(OverviewViewTest, indicatorReplacesTheButtonDuringARefresh)
 {
     UsageSnapshot snapshot = snapshotOf({});
     snapshot.isRefreshing = true;
@@ -176,7 +176,7 @@ TEST_F(OverviewViewTest, runningRefreshPutsTheIndicatorInThePlaceOfTheButton)
     EXPECT_FALSE(part<ActivityIndicator>().isVisible());
 }
 
-TEST_F(OverviewViewTest, focusOnTheRefreshButtonOutlivesTheRefresh)
+TEST_F(OverviewViewTest, focusOnTheRefreshButtonSurvivesTheRefresh)
 {
     UsageSnapshot snapshot = snapshotOf({claudeState()});
     show(snapshot);
@@ -189,7 +189,7 @@ TEST_F(OverviewViewTest, focusOnTheRefreshButtonOutlivesTheRefresh)
     EXPECT_TRUE(refreshButton().hasFocus());
 }
 
-TEST_F(OverviewViewTest, focusElsewhereStaysThereOverARefresh)
+TEST_F(OverviewViewTest, focusElsewhereIsKeptDuringARefresh)
 {
     UsageSnapshot snapshot = snapshotOf({claudeState()});
     show(snapshot);
@@ -206,7 +206,7 @@ std::string status(const std::optional<Instant>& lastUpdated, const Calendar& ca
     return refreshStatusText(lastUpdated, calendar, QLocale{language}).toStdString();
 }
 
-TEST(RefreshStatusText, timeOfDayIsThatOfTheZoneAndTheLocale)
+TEST(RefreshStatusText, timeFollowsZoneAndLocale)
 {
     EXPECT_EQ(status(std::nullopt, Calendar::utc(), QLocale::English), "Not updated");
     EXPECT_EQ(status(now, Calendar::utc(), QLocale::German), "Refreshed 14:05");
@@ -222,7 +222,7 @@ LineChart& chartOf(TrendCard& card)
     return *card.findChild<LineChart*>();
 }
 
-TEST(TrendCard, headerIsTitleAndChevronAtTheRight)
+TEST(TrendCard, headerHasTitleAndChevron)
 {
     TrendCard card;
     card.resize(396, card.sizeHint().height());
@@ -238,7 +238,7 @@ TEST(TrendCard, headerIsTitleAndChevronAtTheRight)
     EXPECT_GT(drawn, 0);
 }
 
-TEST(TrendCard, chartFillsTheWidthInsideThePadding)
+TEST(TrendCard, chartFillsTheCardInsideThePadding)
 {
     TrendCard card;
     card.resize(396, card.sizeHint().height());
@@ -248,7 +248,7 @@ TEST(TrendCard, chartFillsTheWidthInsideThePadding)
     EXPECT_EQ(chartOf(card).geometry().bottom() + 1, card.height() - Theme::cardPadding);
 }
 
-TEST(TrendCard, isASheetWithABorder)
+TEST(TrendCard, isACardWithABorder)
 {
     TrendCard card;
     card.resize(396, card.sizeHint().height());
@@ -257,7 +257,7 @@ TEST(TrendCard, isASheetWithABorder)
                 || isNear(pixelOf(card, {200, 0}), over(Theme::canvas(), Theme::line(), Theme::cardBorderOpacity)));
 }
 
-TEST(TrendCard, withoutStatesTheChartIsEmptyAndKeepsItsHeight)
+TEST(TrendCard, emptyChartKeepsItsHeight)
 {
     TrendCard card;
     card.setStates({}, Calendar::utc());
@@ -282,7 +282,7 @@ TEST(TrendCard, newStatesAreDrawn)
     EXPECT_EQ(chartOf(card).data().series.at(0).values.back().tokens, 9);
 }
 
-TEST(TrendCard, chartIsNamedAfterTheCard)
+TEST(TrendCard, chartHasTheNameOfTheCard)
 {
     installAccessibleElements();
     TrendCard card;

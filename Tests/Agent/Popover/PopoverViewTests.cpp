@@ -74,7 +74,7 @@ protected:
     PopoverView view{PopoverTab::overview};
 };
 
-TEST_F(PopoverViewTest, newPopoverShowsTheTabItIsGiven)
+TEST_F(PopoverViewTest, newPopoverShowsTheGivenTab)
 {
     EXPECT_EQ(view.selectedTab(), PopoverTab::overview);
     EXPECT_NE(part<OverviewView>(), nullptr);
@@ -92,7 +92,7 @@ TEST_F(PopoverViewTest, pickerHasASegmentForEachTab)
     EXPECT_EQ(labels.join(QLatin1Char{' '}), QStringLiteral("Overview Dashboard Ranking Services"));
 }
 
-TEST_F(PopoverViewTest, chosenSegmentShowsItsTabAlone)
+TEST_F(PopoverViewTest, selectedSegmentShowsOnlyItsTab)
 {
     click(segment(PopoverTab::ranking));
     EXPECT_EQ(view.selectedTab(), PopoverTab::ranking);
@@ -103,7 +103,7 @@ TEST_F(PopoverViewTest, chosenSegmentShowsItsTabAlone)
     EXPECT_EQ(part<RankingView>(), nullptr);
 }
 
-TEST_F(PopoverViewTest, tabChosenAgainIsMadeAnew)
+TEST_F(PopoverViewTest, tabSelectedAgainIsCreatedAgain)
 {
     view.selectTab(PopoverTab::dashboard);
     auto* range = part<DashboardView>()->findChild<SegmentedPicker*>();
@@ -115,7 +115,7 @@ TEST_F(PopoverViewTest, tabChosenAgainIsMadeAnew)
     EXPECT_EQ(part<DashboardView>()->findChild<SegmentedPicker*>()->currentIndex(), atFirst);
 }
 
-TEST_F(PopoverViewTest, chosenTabStaysAsItIsWhenChosenAgainAndOverClosing)
+TEST_F(PopoverViewTest, currentTabIsKeptWhenSelectedAgainOrHidden)
 {
     const QPointer<OverviewView> before = part<OverviewView>();
     view.selectTab(PopoverTab::overview);
@@ -148,11 +148,11 @@ TEST_F(PopoverViewTest, trendSwitchesToTheDashboardByPointerAndKeyboard)
         trendButton().setFocus();
         pressKey(trendButton(), key);
         EXPECT_EQ(view.selectedTab(), PopoverTab::dashboard);
-        EXPECT_TRUE(segment(PopoverTab::dashboard).hasFocus()) << "the keyboard got lost with the old tab";
+        EXPECT_TRUE(segment(PopoverTab::dashboard).hasFocus()) << "the focus was lost with the old tab";
     }
 }
 
-TEST_F(PopoverViewTest, newTabShowsTheLastPublication)
+TEST_F(PopoverViewTest, newTabShowsTheLatestSnapshot)
 {
     view.selectTab(PopoverTab::services);
     UsageSnapshot snapshot = snapshotOf({claudeState(), codexState()});
@@ -164,7 +164,7 @@ TEST_F(PopoverViewTest, newTabShowsTheLastPublication)
     EXPECT_TRUE(part<ActivityIndicator>()->isVisible());
 }
 
-TEST_F(PopoverViewTest, whatTabsAskForIsPassedOn)
+TEST_F(PopoverViewTest, requestsOfTabsAreForwarded)
 {
     std::vector<std::string> requests;
     QObject::connect(&view, &PopoverView::refreshRequested, [&] { requests.emplace_back("refresh"); });
@@ -179,12 +179,12 @@ TEST_F(PopoverViewTest, whatTabsAskForIsPassedOn)
     EXPECT_EQ(requests, (std::vector<std::string>{"refresh", "home access", "settings", "keep awake"}));
 }
 
-TEST_F(PopoverViewTest, cupIsFullExactlyWhileTheComputerIsKeptAwake)
+TEST_F(PopoverViewTest, cupIsFullWhileTheComputerIsKeptAwake)
 {
     ToolButton& cup = toolButton("Keep Mac Awake");
     EXPECT_TRUE(showsSymbol(cup, Symbol::cupHot));
     click(cup);
-    EXPECT_TRUE(showsSymbol(cup, Symbol::cupHot)) << "asking is not having";
+    EXPECT_TRUE(showsSymbol(cup, Symbol::cupHot)) << "a request alone changes nothing";
     view.setKeepsAwake(true);
     EXPECT_TRUE(showsSymbol(cup, Symbol::cupHotFill, Theme::accent()));
     EXPECT_TRUE(accessibleState(cup).checked);
@@ -194,7 +194,7 @@ TEST_F(PopoverViewTest, cupIsFullExactlyWhileTheComputerIsKeptAwake)
     EXPECT_FALSE(accessibleState(cup).checked);
 }
 
-TEST_F(PopoverViewTest, headerHasItsMeasuresTextsAndColours)
+TEST_F(PopoverViewTest, headerHasItsGeometryTextsAndColours)
 {
     const QWidget& header = *toolButton("Settings").parentWidget();
     EXPECT_EQ(header.geometry(), QRect(0, 0, 420, 52));
@@ -202,7 +202,7 @@ TEST_F(PopoverViewTest, headerHasItsMeasuresTextsAndColours)
     for (const TextLabel* label : header.findChildren<TextLabel*>())
         texts << label->text();
     EXPECT_EQ(texts.join(QLatin1Char{','}), QStringLiteral("Tallyfox,Usage Overview"));
-    EXPECT_EQ(pixelOf(view, {14 + 14, 12 + 2}), Theme::accent().rgb()) << "the tile is not where it belongs";
+    EXPECT_EQ(pixelOf(view, {14 + 14, 12 + 2}), Theme::accent().rgb()) << "the tile is misplaced";
     EXPECT_EQ(toolButton("Connect Services").geometry().right(), 420 - 14 - 1);
     EXPECT_LT(toolButton("Keep Mac Awake").x(), toolButton("Settings").x());
     EXPECT_TRUE(showsSymbol(toolButton("Settings"), Symbol::gear));
@@ -221,7 +221,7 @@ TEST_F(PopoverViewTest, canvasAndDividersFillTheFrame)
     EXPECT_EQ(pixelOf(view, {200, picker.bottom() + 12 + 1}), Theme::line().rgb());
 }
 
-TEST_F(PopoverViewTest, frameStaysWhateverTheContent)
+TEST_F(PopoverViewTest, sizeIsFixedWhateverTheContent)
 {
     ProviderState loud = codexStateWithWeekly();
     loud.detail = std::string(500, 'w');
@@ -244,7 +244,7 @@ TEST_F(PopoverViewTest, typicalContentNeedsNoScrolling)
     EXPECT_EQ(part<QScrollArea>()->verticalScrollBar()->maximum(), 0);
 }
 
-TEST_F(PopoverViewTest, longContentScrollsByTheKeyboardFromAnywhere)
+TEST_F(PopoverViewTest, pageKeysScrollFromAnywhere)
 {
     showMoreThanFits();
     const QScrollBar& bar = *part<QScrollArea>()->verticalScrollBar();
@@ -254,7 +254,7 @@ TEST_F(PopoverViewTest, longContentScrollsByTheKeyboardFromAnywhere)
     EXPECT_EQ(bar.value(), 0);
 }
 
-TEST_F(PopoverViewTest, newTabStartsAtItsTop)
+TEST_F(PopoverViewTest, newTabStartsAtTheTop)
 {
     showMoreThanFits();
     part<QScrollArea>()->verticalScrollBar()->setValue(200);
@@ -265,14 +265,14 @@ TEST_F(PopoverViewTest, newTabStartsAtItsTop)
     EXPECT_EQ(part<OverviewView>()->y(), 0);
 }
 
-TEST_F(PopoverViewTest, focusGivenToThePopoverGoesToTheChosenSegment)
+TEST_F(PopoverViewTest, focusGoesToTheSelectedSegment)
 {
     view.selectTab(PopoverTab::ranking);
     view.setFocus();
     EXPECT_TRUE(segment(PopoverTab::ranking).hasFocus());
 }
 
-/// The widgets that the tab key stops at, from the first one on.
+/// The tab stops, in order.
 std::vector<QWidget*> tabStops(QWidget& window)
 {
     std::vector<QWidget*> stops;
@@ -298,7 +298,7 @@ TEST_F(PopoverViewTest, everyTabStopOfEveryTabHasANameAndARole)
     }
 }
 
-TEST_F(PopoverViewTest, tabKeyFollowsTheLayout)
+TEST_F(PopoverViewTest, tabOrderFollowsTheLayout)
 {
     view.setUsage({.states = {claudeState(), codexStateWithWeekly()}, .hasHomeAccess = false, .now = now});
     QStringList names;

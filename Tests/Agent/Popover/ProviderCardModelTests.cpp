@@ -68,7 +68,7 @@ TEST(ProviderCardModel, confidenceOfTheQuotaIsTheSecondBadge)
     }
 }
 
-TEST(ProviderCardModel, localTokensWithoutQuotaAreObservedNoTokensUnknown)
+TEST(ProviderCardModel, withoutQuotaTokensAreObservedAndNoneAreUnknown)
 {
     EXPECT_EQ(modelOf(claudeState(1)).confidence,
               (ProviderCardModel::Badge{QStringLiteral("Observed"), Theme::accent()}));
@@ -88,7 +88,7 @@ TEST(ProviderCardModel, percentagesAreRoundedHalvesAwayFromZeroAndNotClamped)
     EXPECT_EQ(figureAt(1e15), "1000000000000000%");
 }
 
-TEST(ProviderCardModel, quotaIsToldByItsShareAndItsReset)
+TEST(ProviderCardModel, quotaIsShownWithPercentageAndReset)
 {
     const ProviderCardModel model = modelOf(codexState());
     EXPECT_EQ(model.figureCaption, QStringLiteral("used"));
@@ -101,7 +101,7 @@ TEST(ProviderCardModel, quotaIsToldByItsShareAndItsReset)
               (Metrics{{"30D Tokens", "45.6K"}, {"Today", "45.6K"}, {"Source", "Official usage API"}}));
 }
 
-TEST(ProviderCardModel, quotaWithoutResetTimeSaysSo)
+TEST(ProviderCardModel, missingResetTimeIsReported)
 {
     ProviderState state = codexState(42.5);
     state.quota->primary.resetsAt.reset();
@@ -109,14 +109,14 @@ TEST(ProviderCardModel, quotaWithoutResetTimeSaysSo)
     EXPECT_EQ(modelOf(state).note, QStringLiteral("Reset not reported"));
 }
 
-TEST(ProviderCardModel, resetThatHasPassedIsToldAsPassed)
+TEST(ProviderCardModel, pastResetIsShownAsPast)
 {
     ProviderState state = codexState();
     state.quota->primary.resetsAt = now - std::chrono::hours{49};
     EXPECT_EQ(modelOf(state).note, QStringLiteral("Resets 2 days ago"));
 }
 
-TEST(ProviderCardModel, secondWindowHasItsOwnLine)
+TEST(ProviderCardModel, secondWindowHasALineOfItsOwn)
 {
     const auto weekly = modelOf(codexStateWithWeekly()).quota->weekly;
     ASSERT_TRUE(weekly);
@@ -124,14 +124,14 @@ TEST(ProviderCardModel, secondWindowHasItsOwnLine)
     EXPECT_EQ(weekly->reset, QStringLiteral("Resets in 3 days"));
 }
 
-TEST(ProviderCardModel, secondWindowWithoutResetTimeSaysNothingOfIt)
+TEST(ProviderCardModel, secondWindowWithoutResetTimeOmitsIt)
 {
     ProviderState state = codexStateWithWeekly();
     state.quota->secondary->resetsAt.reset();
     EXPECT_EQ(modelOf(state).quota->weekly->reset, QString{});
 }
 
-TEST(ProviderCardModel, withoutQuotaTheTokensAreTold)
+TEST(ProviderCardModel, withoutQuotaTokensAreShown)
 {
     const ProviderCardModel model = modelOf(claudeState());
     EXPECT_EQ(model.figure, QStringLiteral("1.3M"));
@@ -142,14 +142,14 @@ TEST(ProviderCardModel, withoutQuotaTheTokensAreTold)
               (Metrics{{"Today", "1.3M"}, {"History", "Local metadata"}, {"Confidence", "Observed"}}));
 }
 
-TEST(ProviderCardModel, partialHistoryIsToldAsPartial)
+TEST(ProviderCardModel, partialHistoryIsShownAsPartial)
 {
     ProviderState state = claudeState();
     state.isPartialHistory = true;
     EXPECT_EQ(metricsOf(state).at(1), (std::pair<std::string, std::string>{"History", "Partial local scan"}));
 }
 
-TEST(ProviderCardModel, withoutPermissionNoFigureIsToldWhateverTheSummaryHolds)
+TEST(ProviderCardModel, withoutPermissionNoFigureIsShown)
 {
     ProviderState state = claudeState();
     state.health = SourceHealth::permissionRequired;
@@ -158,7 +158,7 @@ TEST(ProviderCardModel, withoutPermissionNoFigureIsToldWhateverTheSummaryHolds)
     EXPECT_EQ(metricsOf(state).at(1), (std::pair<std::string, std::string>{"History", "Not enabled"}));
 }
 
-TEST(ProviderCardModel, numbersAndTimesAreWrittenAsTheLocaleDoes)
+TEST(ProviderCardModel, numbersAndTimesFollowTheLocale)
 {
     const QLocale german{QLocale::German, QLocale::Germany};
     EXPECT_EQ(providerCardModel(codexState(), now, german).note, QStringLiteral("Resets in 2 Std."));

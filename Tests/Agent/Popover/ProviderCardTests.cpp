@@ -13,7 +13,7 @@
 namespace tallyfox::test {
 namespace {
 
-/// A card as wide as the overview draws it.
+/// A card as wide as in the overview.
 class ShownCard {
 public:
     explicit ShownCard(const ProviderState& state)
@@ -31,7 +31,7 @@ public:
         settle();
     }
 
-    /// Every text that can be seen, from left to right and top to bottom as the widgets were made.
+    /// All visible texts, in the order in which the widgets were created.
     [[nodiscard]] QStringList texts() const
     {
         QStringList result;
@@ -121,7 +121,7 @@ TEST(ProviderCard, badgesAreInTheirColours)
     EXPECT_LT(badges.at(0)->x(), badges.at(1)->x());
 }
 
-TEST(ProviderCard, chromeAndTileHaveTheirMeasuresAndColours)
+TEST(ProviderCard, borderAndTileHaveTheirGeometryAndColours)
 {
     ShownCard shown{claudeState()};
     EXPECT_EQ(pixelOf(shown.card, {200, 6}), Theme::surface().rgb());
@@ -132,7 +132,7 @@ TEST(ProviderCard, chromeAndTileHaveTheirMeasuresAndColours)
     EXPECT_TRUE(isNear(pixelOf(shown.card, insideTile), over(Theme::surface(), Theme::claude(), 0.12)));
 }
 
-TEST(ProviderCard, quotaThatComesAndGoesIsDrawnInPlace)
+TEST(ProviderCard, quotaIsShownAndHiddenInPlace)
 {
     ProviderState codex = codexStateWithWeekly();
     ShownCard shown{codex};
@@ -148,10 +148,10 @@ TEST(ProviderCard, quotaThatComesAndGoesIsDrawnInPlace)
     EXPECT_TRUE(shown.texts().contains(QStringLiteral("tokens / 30D")));
     shown.show(codexStateWithWeekly());
     EXPECT_EQ(shown.card.height(), highest);
-    EXPECT_EQ(shown.card.findChildren<TextLabel*>(), labels) << "widgets were made anew";
+    EXPECT_EQ(shown.card.findChildren<TextLabel*>(), labels) << "the widgets were created again";
 }
 
-TEST(ProviderCard, longestFiguresAndDetailsStayInside)
+TEST(ProviderCard, longestTextsStayInsideTheCard)
 {
     ProviderState claude = claudeState(999'999'999'999);
     claude.detail = std::string(300, 'w');
@@ -171,7 +171,7 @@ TEST(ProviderCard, longestFiguresAndDetailsStayInside)
     }
 }
 
-TEST(ProviderCard, twelveDigitsAreShownWhole)
+TEST(ProviderCard, twelveDigitsAreNotElided)
 {
     const ShownCard shown{claudeState(999'999'999'999)};
     EXPECT_FALSE(shown.label(QStringLiteral("1000000.0M"))->isElided());
@@ -179,7 +179,7 @@ TEST(ProviderCard, twelveDigitsAreShownWhole)
     EXPECT_FALSE(shown.label(QStringLiteral("Observed from local history"))->isElided()) << "two lines are enough";
 }
 
-TEST(ProviderCard, screenReaderIsToldTheProviderAndWhatEachMetricIs)
+TEST(ProviderCard, exposesProviderAndTitleOfEachMetric)
 {
     ShownCard shown{claudeState()};
     EXPECT_EQ(accessibleName(shown.card), QStringLiteral("Claude"));

@@ -11,7 +11,7 @@
 
 namespace tallyfox::test {
 
-/// When every snapshot of these tests is drawn.
+/// The current moment of the snapshots of these tests.
 inline const Instant now = utcTime(2026, 3, 15, 14, 5);
 
 inline ProviderState providerState(Provider provider, SourceHealth health, std::string detail, std::int64_t tokens = 0)
@@ -62,10 +62,10 @@ inline UsageSnapshot snapshotOf(std::vector<ProviderState> states)
     return {.states = std::move(states), .lastUpdated = now, .hasHomeAccess = true, .now = now};
 }
 
-/// When the snapshots with a history of many days are drawn.
+/// The current moment of the snapshots with a year of history.
 inline const Instant dailyNow = utcTime(2026, 11, 21, 9, 41, 7);
 
-/// A summary whose days have what `tokensOf` says: 0 for today, 1 for yesterday, up to 364.
+/// A summary with `tokensOf(daysAgo)` tokens per day, for 0 (today) to 364 days ago.
 inline UsageSummary dailySummary(const std::function<std::int64_t(int)>& tokensOf)
 {
     std::vector<UsageSample> samples(365);
@@ -85,13 +85,13 @@ inline ProviderState dailyState(Provider provider, const std::function<std::int6
     return state;
 }
 
-/// The same tokens on every day.
+/// The same number of tokens every day.
 inline ProviderState evenState(Provider provider, std::int64_t tokensADay)
 {
     return dailyState(provider, [tokensADay](int) { return tokensADay; });
 }
 
-/// What the dashboard and its neighbours show: a year of days that ends at `dailyNow`.
+/// A snapshot of states with a year of days that ends at `dailyNow`.
 inline UsageSnapshot dailySnapshotOf(std::vector<ProviderState> states)
 {
     return {.states = std::move(states), .hasHomeAccess = true, .now = dailyNow};

@@ -58,7 +58,7 @@ TEST(RankingView, eachBoardShowsItsOwnTotal)
     }
 }
 
-TEST(RankingView, publicationRedrawsTheTotalOfTheChosenBoard)
+TEST(RankingView, publicationUpdatesTheTotalOfTheSelectedBoard)
 {
     RankingView view;
     view.setUsage(bothProviders());
@@ -69,7 +69,7 @@ TEST(RankingView, publicationRedrawsTheTotalOfTheChosenBoard)
     EXPECT_NE(labelOf(view, QStringLiteral("0")), nullptr);
 }
 
-TEST(RankingView, fontsAndColoursAreThoseOfThePanel)
+TEST(RankingView, panelHasItsFontsAndColours)
 {
     RankingView view;
     view.setUsage(bothProviders());
@@ -80,7 +80,7 @@ TEST(RankingView, fontsAndColoursAreThoseOfThePanel)
     EXPECT_EQ(labelOf(view, QStringLiteral("Ranking server is not connected"))->color(), Theme::muted());
 }
 
-TEST(RankingView, trophyStandsInAFilledCircle)
+TEST(RankingView, trophyIsInAFilledCircle)
 {
     RankingView view;
     auto* disc = view.findChild<IconTile*>();
@@ -89,7 +89,7 @@ TEST(RankingView, trophyStandsInAFilledCircle)
     EXPECT_EQ(pixelOf(*disc, {38, 30}), Theme::warning().rgb());
 }
 
-TEST(RankingView, howItWorksDoesNothingAndSubmittingIsDisabled)
+TEST(RankingView, howItWorksDoesNothingAndSubmitIsDisabled)
 {
     RankingView view;
     view.setUsage(bothProviders());
@@ -114,7 +114,7 @@ TEST(Boards, areInTheOrderOfThePicker)
     EXPECT_THAT(RankingModel::boards(), testing::ElementsAre("Overall", "Claude", "Codex", "Gemini"));
 }
 
-TEST(MonthlyTotal, overallAddsUpAllProviders)
+TEST(MonthlyTotal, overallIncludesAllProviders)
 {
     const std::vector states{evenState(Provider::claude, 10), evenState(Provider::codex, 1)};
     EXPECT_EQ(RankingModel::monthlyTotal(states, "Overall"), 330);

@@ -27,7 +27,7 @@ RowLabels labelsOf(const QWidget& row)
     return {labels.at(0), labels.at(1), labels.at(2)};
 }
 
-/// One service is one card. From top to bottom.
+/// One card for each service, from top to bottom.
 std::vector<Card*> rowsOf(const QWidget& view)
 {
     const auto found = view.findChildren<Card*>();
@@ -73,21 +73,21 @@ UsageSnapshot bothProviders(SourceHealth claude, SourceHealth codex)
     return snapshot;
 }
 
-TEST(ServicesView, stagedServicesShowWhateverTheStoreHolds)
+TEST(ServicesView, stagedServicesAreAlwaysShown)
 {
     ServicesView view;
     view.setUsage(dailySnapshotOf({}));
     EXPECT_THAT(namesOf(view), testing::ElementsAre("Gemini", "Windsurf"));
 }
 
-TEST(ServicesView, providersComeFirstInTheStoresOrder)
+TEST(ServicesView, providersAreFirstInTheOrderOfTheStore)
 {
     ServicesView view;
     view.setUsage(dailySnapshotOf({evenState(Provider::codex, 1), evenState(Provider::claude, 1)}));
     EXPECT_THAT(namesOf(view), testing::ElementsAre("Codex", "Claude", "Gemini", "Windsurf"));
 }
 
-TEST(ServicesView, rowsFollowThePublicationsAndStayTheSameWidgets)
+TEST(ServicesView, publicationReusesTheRows)
 {
     ServicesView view;
     view.setUsage(bothProviders(SourceHealth::connected, SourceHealth::stale));
@@ -112,7 +112,7 @@ TEST(ServicesView, headerCountsConnectedProvidersOnly)
     EXPECT_TRUE(hasText(view, QStringLiteral("Connected Accounts (0)")));
 }
 
-TEST(ServicesView, syncAsksForARefresh)
+TEST(ServicesView, syncRequestsARefresh)
 {
     ServicesView view;
     int refreshes = 0;
@@ -122,7 +122,7 @@ TEST(ServicesView, syncAsksForARefresh)
     EXPECT_EQ(refreshes, 1);
 }
 
-TEST(ServicesView, accessIsOfferedOnlyWhileItIsMissing)
+TEST(ServicesView, accessButtonIsVisibleOnlyWithoutAccess)
 {
     ServicesView view;
     int requests = 0;
@@ -138,12 +138,12 @@ TEST(ServicesView, accessIsOfferedOnlyWhileItIsMissing)
     EXPECT_TRUE(accessButton(view).isHidden());
 }
 
-TEST(ServicesView, footerSaysWhereDataStay)
+TEST(ServicesView, footerSaysWhereDataAreProcessed)
 {
     EXPECT_TRUE(hasText(ServicesView{}, QStringLiteral("All data is processed on your Mac")));
 }
 
-TEST(ServicesView, noTextIsCutOffAtTheWidthOfThePopover)
+TEST(ServicesView, noTextIsElidedAtTheWidthOfThePopover)
 {
     ServicesView view;
     UsageSnapshot snapshot = bothProviders(SourceHealth::permissionRequired, SourceHealth::localOnly);
@@ -157,7 +157,7 @@ TEST(ServicesView, noTextIsCutOffAtTheWidthOfThePopover)
               button(view, QStringLiteral("Sync Accounts")).sizeHint().width());
 }
 
-TEST(ServicesView, textsOfARowHaveTheirFontsAndColours)
+TEST(ServicesView, rowHasItsFontsAndColours)
 {
     ServicesView view;
     const auto [name, detail, status] = labelsOf(*rowsOf(view).front());
@@ -169,7 +169,7 @@ TEST(ServicesView, textsOfARowHaveTheirFontsAndColours)
     EXPECT_EQ(status->color(), Theme::muted());
 }
 
-TEST(ServicesView, statusTakesTheColourOfTheHealth)
+TEST(ServicesView, statusHasTheColourOfTheHealth)
 {
     ServicesView view;
     view.setUsage(bothProviders(SourceHealth::connected, SourceHealth::unavailable));
@@ -182,7 +182,7 @@ TEST(ServicesView, statusTakesTheColourOfTheHealth)
     EXPECT_EQ(labelsOf(*rows[0]).status->color(), Theme::muted());
 }
 
-TEST(ServicesView, longDetailTakesASecondLineInsteadOfTheStatusPlace)
+TEST(ServicesView, longDetailWrapsInsteadOfSqueezingTheStatus)
 {
     ServicesView view;
     UsageSnapshot snapshot = dailySnapshotOf({evenState(Provider::claude, 1)});

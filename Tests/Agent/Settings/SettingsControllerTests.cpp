@@ -27,7 +27,7 @@ protected:
         return UserDefaults{file()};
     }
 
-    /// As the program does when the window is asked for the first time after a start.
+    /// As the program does when the window is first opened.
     void open()
     {
         m_controller.reset();
@@ -92,7 +92,7 @@ private:
     std::unique_ptr<SettingsController> m_controller;
 };
 
-TEST_F(SettingsControllerTest, nothingIsWrittenOrSetBeforeTheUserChangesSomething)
+TEST_F(SettingsControllerTest, nothingIsWrittenOrAppliedInitially)
 {
     open();
     for (const int tab : {1, 2, 3, 0})
@@ -104,7 +104,7 @@ TEST_F(SettingsControllerTest, nothingIsWrittenOrSetBeforeTheUserChangesSomethin
     EXPECT_TRUE(intervals.empty());
 }
 
-TEST_F(SettingsControllerTest, chosenIntervalIsStoredAndActsAtOnce)
+TEST_F(SettingsControllerTest, selectedIntervalIsStoredAndApplied)
 {
     open();
     interval().setCurrentIndex(0);
@@ -112,7 +112,7 @@ TEST_F(SettingsControllerTest, chosenIntervalIsStoredAndActsAtOnce)
     EXPECT_EQ(intervals, std::vector<qint64>{1});
 }
 
-TEST_F(SettingsControllerTest, everyPreferenceIsShownAgainAfterARestart)
+TEST_F(SettingsControllerTest, everyPreferenceSurvivesARestart)
 {
     const auto switchedOn = {u"Launch at Login", u"Show Dock Icon", u"Show Account Emails", u"Notifications",
                              u"Service and model news"};
@@ -155,7 +155,7 @@ TEST_F(SettingsControllerTest, launchAtLoginRegistersAndUnregisters)
     EXPECT_FALSE(stored().preferences().launchAtLogin);
 }
 
-TEST_F(SettingsControllerTest, refusedRegistrationFlipsTheToggleBackWithoutAnotherAttempt)
+TEST_F(SettingsControllerTest, failedRegistrationRevertsTheToggleWithoutARetry)
 {
     open();
     loginItem.refuses = true;
@@ -165,7 +165,7 @@ TEST_F(SettingsControllerTest, refusedRegistrationFlipsTheToggleBackWithoutAnoth
     EXPECT_EQ(std::pair(loginItem.registrations, loginItem.unregistrations), std::pair(1, 0));
 }
 
-TEST_F(SettingsControllerTest, refusedUnregistrationOfAnEnabledItemFlipsTheToggleBackOn)
+TEST_F(SettingsControllerTest, failedUnregistrationRevertsTheToggle)
 {
     loginItem.current = LoginItemStatus::enabled;
     open();
@@ -175,7 +175,7 @@ TEST_F(SettingsControllerTest, refusedUnregistrationOfAnEnabledItemFlipsTheToggl
     EXPECT_TRUE(stored().preferences().launchAtLogin);
 }
 
-TEST_F(SettingsControllerTest, generalTabShowsTheDesktopsStateEachTimeItAppears)
+TEST_F(SettingsControllerTest, generalTabShowsTheStateOfTheDesktopWheneverItAppears)
 {
     for (const auto status :
          {LoginItemStatus::notRegistered, LoginItemStatus::requiresApproval, LoginItemStatus::notFound}) {
@@ -191,7 +191,7 @@ TEST_F(SettingsControllerTest, generalTabShowsTheDesktopsStateEachTimeItAppears)
     EXPECT_EQ(loginItem.registrations + loginItem.unregistrations, 0);
 }
 
-TEST_F(SettingsControllerTest, dockIconSetsThePolicyOnlyWhenItChanges)
+TEST_F(SettingsControllerTest, dockIconSetsThePolicyOnlyOnChange)
 {
     ASSERT_TRUE(stored().set(&Preferences::showDockIcon, true));
     open();
@@ -202,7 +202,7 @@ TEST_F(SettingsControllerTest, dockIconSetsThePolicyOnlyWhenItChanges)
     EXPECT_EQ(policy.policies, (std::vector{ActivationPolicy::accessory, ActivationPolicy::regular}));
 }
 
-TEST_F(SettingsControllerTest, refusedNotificationsGoBackByThemselves)
+TEST_F(SettingsControllerTest, deniedNotificationsRevertTheToggle)
 {
     open();
     toggle(u"Notifications").click();
@@ -216,7 +216,7 @@ TEST_F(SettingsControllerTest, refusedNotificationsGoBackByThemselves)
     EXPECT_EQ(notifications.requests.size(), 1U);
 }
 
-TEST_F(SettingsControllerTest, grantedNotificationsStayAndAreAskedForAgainTheNextTime)
+TEST_F(SettingsControllerTest, grantedNotificationsStayOnAndAreRequestedAgainNextTime)
 {
     open();
     toggle(u"Notifications").click();
@@ -229,7 +229,7 @@ TEST_F(SettingsControllerTest, grantedNotificationsStayAndAreAskedForAgainTheNex
     EXPECT_EQ(notifications.requests.size(), 2U);
 }
 
-TEST_F(SettingsControllerTest, refusalThatComesAfterTheEndOfTheControllerIsNoHarm)
+TEST_F(SettingsControllerTest, denialAfterDestructionIsIgnored)
 {
     open();
     toggle(u"Notifications").click();
@@ -238,21 +238,21 @@ TEST_F(SettingsControllerTest, refusalThatComesAfterTheEndOfTheControllerIsNoHar
     EXPECT_TRUE(stored().preferences().notificationsEnabled);
 }
 
-TEST_F(SettingsControllerTest, whatCannotBeStoredHoldsInTheRunningProgram)
+TEST_F(SettingsControllerTest, valueThatCannotBeStoredStillApplies)
 {
     writeFile(file().parent_path(), "a file where the folder should be");
     open();
     interval().setCurrentIndex(3);
     toggle(u"Ranking Privacy").click();
     toggle(u"Notifications").click();
-    notifications.requests.at(0)(false); // shows all values anew
+    notifications.requests.at(0)(false); // updates the view with all values
     EXPECT_EQ(intervals, std::vector<qint64>{30});
     EXPECT_EQ(interval().currentText(), QStringLiteral("30 minutes"));
     EXPECT_FALSE(toggle(u"Ranking Privacy").isChecked());
     EXPECT_FALSE(toggle(u"Notifications").isChecked());
 }
 
-TEST_F(SettingsControllerTest, buttonsOfTheAccountsArePassedOn)
+TEST_F(SettingsControllerTest, requestsOfTheAccountsTabAreForwarded)
 {
     open();
     QStringList asked;

@@ -21,7 +21,7 @@
 namespace tallyfox::test {
 namespace {
 
-/// The control of that accessible name or text.
+/// The control with that accessible name or text.
 template <typename Control> Control& named(const QWidget& view, const char16_t* name)
 {
     const QString wanted = QString::fromUtf16(name);
@@ -40,7 +40,7 @@ UsageSnapshot snapshot()
     return result;
 }
 
-TEST(GeneralSettingsView, freshInstallationShowsTheStandardValues)
+TEST(GeneralSettingsView, showsTheDefaultsInitially)
 {
     const GeneralSettingsView view;
     EXPECT_EQ(view.findChild<QComboBox*>()->currentText(), QStringLiteral("5 minutes"));
@@ -50,7 +50,7 @@ TEST(GeneralSettingsView, freshInstallationShowsTheStandardValues)
     EXPECT_TRUE(named<ToggleSwitch>(view, u"Ranking Privacy").isChecked());
 }
 
-TEST(GeneralSettingsView, intervalsAreExactlyFourAndChoosingOneSaysItsMinutes)
+TEST(GeneralSettingsView, thereAreFourIntervalsAndSelectingOneEmitsItsMinutes)
 {
     GeneralSettingsView view;
     std::vector<qint64> minutes;
@@ -66,7 +66,7 @@ TEST(GeneralSettingsView, intervalsAreExactlyFourAndChoosingOneSaysItsMinutes)
     EXPECT_EQ(minutes, (std::vector<qint64>{1, 5, 15, 30}));
 }
 
-TEST(GeneralSettingsView, intervalThatIsNoChoiceIsShownAndChoosesNone)
+TEST(GeneralSettingsView, otherIntervalIsShownAsThePlaceholder)
 {
     GeneralSettingsView view;
     QObject::connect(&view, &GeneralSettingsView::refreshMinutesChosen, &view, [](qint64) { ADD_FAILURE(); });
@@ -77,7 +77,7 @@ TEST(GeneralSettingsView, intervalThatIsNoChoiceIsShownAndChoosesNone)
     EXPECT_EQ(view.findChild<QComboBox*>()->currentText(), QStringLiteral("30 minutes"));
 }
 
-TEST(GeneralSettingsView, eachToggleSaysItsOwnChangeAndShownValuesSayNothing)
+TEST(GeneralSettingsView, eachToggleEmitsItsPreferenceAndSetPreferencesEmitsNothing)
 {
     GeneralSettingsView view;
     QStringList said;
@@ -98,7 +98,7 @@ TEST(GeneralSettingsView, eachToggleSaysItsOwnChangeAndShownValuesSayNothing)
     EXPECT_EQ(said, textList({u"login off", u"dock off", u"emails off", u"private off"}));
 }
 
-TEST(NotificationSettingsView, freshInstallationShowsTheStandardValues)
+TEST(NotificationSettingsView, showsTheDefaultsInitially)
 {
     const NotificationSettingsView view;
     EXPECT_FALSE(named<ToggleSwitch>(view, u"Notifications").isChecked());
@@ -125,7 +125,7 @@ TEST(NotificationSettingsView, slidersAreTwoHundredAndFortyWideAndTheirValuesThi
     }
 }
 
-TEST(NotificationSettingsView, movedSliderShowsItsPercentageAndSaysIt)
+TEST(NotificationSettingsView, movedSliderShowsAndEmitsItsPercentage)
 {
     NotificationSettingsView view;
     std::map<Provider, std::vector<double>> chosen;
@@ -143,7 +143,7 @@ TEST(NotificationSettingsView, movedSliderShowsItsPercentageAndSaysIt)
     EXPECT_EQ(chosen[Provider::codex], std::vector<double>{30});
 }
 
-TEST(NotificationSettingsView, slidersStayEnabledWhetherOrNotNotificationsAreOn)
+TEST(NotificationSettingsView, slidersStayEnabledWithoutNotifications)
 {
     NotificationSettingsView view;
     for (const bool isOn : {true, false}) {
@@ -153,7 +153,7 @@ TEST(NotificationSettingsView, slidersStayEnabledWhetherOrNotNotificationsAreOn)
     }
 }
 
-TEST(ThresholdText, percentageIsCutToAWholeNumber)
+TEST(ThresholdText, percentageIsTruncated)
 {
     const std::pair<double, const char16_t*> cases[]{
         {20, u"20%"}, {5, u"5%"}, {95, u"95%"}, {22.5, u"22%"}, {22.99, u"22%"}};
@@ -161,7 +161,7 @@ TEST(ThresholdText, percentageIsCutToAWholeNumber)
         EXPECT_EQ(thresholdText(percent), QString::fromUtf16(text));
 }
 
-TEST(AccountSettingsView, rowsShowEachHealthInItsWordsAndColour)
+TEST(AccountSettingsView, rowsShowEachHealthWithItsTextAndColour)
 {
     const std::tuple<SourceHealth, const char16_t*, QColor> cases[]{
         {SourceHealth::connected, u"Connected", Theme::success()},
@@ -180,7 +180,7 @@ TEST(AccountSettingsView, rowsShowEachHealthInItsWordsAndColour)
     }
 }
 
-TEST(AccountSettingsView, rowsAreKeptWhenTheyChange)
+TEST(AccountSettingsView, rowsAreReused)
 {
     AccountSettingsView view;
     view.setUsage(snapshot());
@@ -193,7 +193,7 @@ TEST(AccountSettingsView, rowsAreKeptWhenTheyChange)
     EXPECT_NO_THROW(named<TextLabel>(view, u"Official usage API"));
 }
 
-TEST(AccountSettingsView, buttonsSayWhatTheUserWants)
+TEST(AccountSettingsView, buttonsEmitRequests)
 {
     AccountSettingsView view;
     int refreshes = 0;
@@ -206,7 +206,7 @@ TEST(AccountSettingsView, buttonsSayWhatTheUserWants)
     EXPECT_EQ(std::pair(refreshes, grants), std::pair(1, 1));
 }
 
-TEST(AccountSettingsView, grantedAccessIsAllowedAndNeedsNoButton)
+TEST(AccountSettingsView, grantedAccessHidesTheButton)
 {
     AccountSettingsView view;
     UsageSnapshot shown = snapshot();
@@ -222,7 +222,7 @@ TEST(AccountSettingsView, grantedAccessIsAllowedAndNeedsNoButton)
     EXPECT_TRUE(grant.isVisible());
 }
 
-TEST(AccountSettingsView, syncIsDisabledDuringARefreshAndGetsTheFocusBack)
+TEST(AccountSettingsView, syncIsDisabledDuringARefreshAndRegainsTheFocus)
 {
     AccountSettingsView view;
     UsageSnapshot shown = snapshot();
@@ -240,7 +240,7 @@ TEST(AccountSettingsView, syncIsDisabledDuringARefreshAndGetsTheFocusBack)
     EXPECT_TRUE(sync.hasFocus());
 }
 
-TEST(AccountSettingsView, focusThatHasMovedOnDuringARefreshStaysWhereItIs)
+TEST(AccountSettingsView, focusMovedDuringARefreshIsKept)
 {
     QWidget window;
     AccountSettingsView view{&window};
@@ -258,7 +258,7 @@ TEST(AccountSettingsView, focusThatHasMovedOnDuringARefreshStaysWhereItIs)
     EXPECT_TRUE(other.hasFocus());
 }
 
-TEST(AboutSettingsView, missingVersionIsTheFirstOne)
+TEST(AboutSettingsView, missingVersionIsShownAsTheFirst)
 {
     const SettingsView view{QString{}};
     EXPECT_NO_THROW(named<TextLabel>(view, u"Version 0.1.0"));

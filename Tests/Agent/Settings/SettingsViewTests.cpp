@@ -1,7 +1,7 @@
 #include "Support/Agent/Widgets.h"
 #include "Tallyfox/Agent/Controls/PushButton.h"
-#include "Tallyfox/Agent/Controls/SymbolView.h"
 #include "Tallyfox/Agent/Controls/StepSlider.h"
+#include "Tallyfox/Agent/Controls/SymbolView.h"
 #include "Tallyfox/Agent/Controls/TextLabel.h"
 #include "Tallyfox/Agent/Settings/AccountSettingsView.h"
 #include "Tallyfox/Agent/Settings/GeneralSettingsView.h"
@@ -30,7 +30,7 @@ struct Item {
     QString text;
 };
 
-/// A label or a button by its text, a control by its accessible name in brackets; nothing for what is neither.
+/// The text of a label or button, or the accessible name of a control in brackets; nothing for other widgets.
 std::optional<Item> itemOf(const QWidget& widget, const QWidget& form)
 {
     const bool isControl = qobject_cast<const QCheckBox*>(&widget) || qobject_cast<const QComboBox*>(&widget)
@@ -42,7 +42,7 @@ std::optional<Item> itemOf(const QWidget& widget, const QWidget& form)
     return Item{widget.mapTo(&form, QPoint{0, widget.height() / 2}), text};
 }
 
-/// Everything a form says, row by row and from the left to the right.
+/// All texts of a form, row by row and from left to right.
 QStringList contentOf(const QWidget& form)
 {
     std::vector<Item> items;
@@ -62,7 +62,7 @@ QStringList contentOf(const QWidget& form)
 
 class SettingsViewTest : public testing::Test {
 protected:
-    /// Before the first view, which the toolkit may ask for at once.
+    /// Before the first view, whose interfaces Qt may ask for at once.
     static void SetUpTestSuite()
     {
         installAccessibleSettings();
@@ -90,7 +90,7 @@ protected:
         return *form;
     }
 
-    /// Everything that the Tab key comes to after the tabs, until it is back there.
+    /// All tab stops after the tab bar, until the focus is back there.
     QStringList reachedByTab()
     {
         QStringList reached;
@@ -108,12 +108,12 @@ protected:
     SettingsView m_view{QStringLiteral("9.8.7")};
 };
 
-TEST_F(SettingsViewTest, isNineHundredByFourHundredAndEightyAtLeast)
+TEST_F(SettingsViewTest, isAtLeastNineHundredByFourHundredAndEighty)
 {
     EXPECT_EQ(m_view.minimumSize(), QSize(900, 480));
 }
 
-TEST_F(SettingsViewTest, tabsAreFourAndGeneralIsTheFirst)
+TEST_F(SettingsViewTest, hasFourTabsStartingWithGeneral)
 {
     QStringList titles;
     for (int tab = 0; tab < tabs().count(); ++tab)
@@ -123,7 +123,7 @@ TEST_F(SettingsViewTest, tabsAreFourAndGeneralIsTheFirst)
     EXPECT_EQ(accessibleRole(tabs()), QAccessible::PageTabList);
 }
 
-TEST_F(SettingsViewTest, chosenTabIsTheOneThatAScreenReaderHearsOf)
+TEST_F(SettingsViewTest, selectedTabIsExposed)
 {
     tabs().setCurrentIndex(2);
     QAccessibleInterface* const bar = QAccessible::queryAccessibleInterface(&tabs());
@@ -142,7 +142,7 @@ TEST_F(SettingsViewTest, chosenTabIsTheOneThatAScreenReaderHearsOf)
     EXPECT_EQ(bar->child(1)->text(QAccessible::Accelerator), QStringLiteral("Alt+A"));
 }
 
-TEST_F(SettingsViewTest, screenReaderChoosesTabs)
+TEST_F(SettingsViewTest, screenReaderSelectsTabs)
 {
     QAccessibleInterface* const tab = QAccessible::queryAccessibleInterface(&tabs())->child(1);
     ASSERT_NE(tab->actionInterface(), nullptr);
@@ -153,17 +153,17 @@ TEST_F(SettingsViewTest, screenReaderChoosesTabs)
     EXPECT_EQ(bar->childAt(tab->rect().center().x(), tab->rect().center().y()), tab);
 }
 
-TEST_F(SettingsViewTest, screenReaderReadsAccountsBeforeWhatFollowsThem)
+TEST_F(SettingsViewTest, accountsPrecedeTheSyncButtonForAScreenReader)
 {
     const QWidget& form = chosen(1);
     const auto* const sync = form.findChild<PushButton*>();
     const QWidget* const account = form.findChild<IconTile*>()->parentWidget();
-    // A reader follows the order of the widgets.
+    // Screen readers follow the order of the widgets.
     const QObjectList& rows = sync->parentWidget()->parentWidget()->children();
     EXPECT_LT(rows.indexOf(account->parentWidget()), rows.indexOf(sync->parentWidget()));
 }
 
-TEST_F(SettingsViewTest, generalTabSaysItsThreeSections)
+TEST_F(SettingsViewTest, generalTabHasItsThreeSections)
 {
     EXPECT_EQ(contentOf(chosen(0)),
               textList({u"Usage", u"Refresh interval", u"[Refresh interval]", u"App Access", u"Launch at Login",
@@ -172,7 +172,7 @@ TEST_F(SettingsViewTest, generalTabSaysItsThreeSections)
                         u"[Show Account Emails]", u"Ranking Privacy", u"[Ranking Privacy]"}));
 }
 
-TEST_F(SettingsViewTest, accountsTabSaysItsThreeSections)
+TEST_F(SettingsViewTest, accountsTabHasItsThreeSections)
 {
     EXPECT_EQ(contentOf(chosen(1)),
               textList({u"Connected Accounts", u"Claude", u"Unavailable", u"Waiting for first refresh", u"Codex",
@@ -182,7 +182,7 @@ TEST_F(SettingsViewTest, accountsTabSaysItsThreeSections)
                         u"No removed accounts"}));
 }
 
-TEST_F(SettingsViewTest, notificationsTabSaysItsTwoSections)
+TEST_F(SettingsViewTest, notificationsTabHasItsTwoSections)
 {
     EXPECT_EQ(contentOf(chosen(2)),
               textList({u"Usage Alerts", u"Notifications", u"[Notifications]", u"Claude threshold",
@@ -191,14 +191,14 @@ TEST_F(SettingsViewTest, notificationsTabSaysItsTwoSections)
                         u"Service and model news", u"[Service and model news]"}));
 }
 
-TEST_F(SettingsViewTest, aboutTabSaysWhatTheProgramPromises)
+TEST_F(SettingsViewTest, aboutTabHasItsTexts)
 {
     EXPECT_EQ(contentOf(chosen(3)),
               textList({u"Tallyfox", u"Version 9.8.7", u"Privacy", u"Processing", u"100% Local", u"Raw transcripts",
                         u"Never stored", u"Provider credentials", u"Never read"}));
 }
 
-TEST_F(SettingsViewTest, nothingIsCutOffOrScrolledInAnyTab)
+TEST_F(SettingsViewTest, nothingIsElidedOrScrolledInAnyTab)
 {
     for (int tab = 0; tab < 4; ++tab) {
         const QWidget& form = chosen(tab);
@@ -208,7 +208,7 @@ TEST_F(SettingsViewTest, nothingIsCutOffOrScrolledInAnyTab)
     }
 }
 
-TEST_F(SettingsViewTest, tabKeyReachesEveryControlInOrder)
+TEST_F(SettingsViewTest, tabOrderReachesEveryControl)
 {
     for (int tab = 0; tab < 4; ++tab) {
         const QStringList wanted =
@@ -217,8 +217,8 @@ TEST_F(SettingsViewTest, tabKeyReachesEveryControlInOrder)
     }
 }
 
-/// The toolkit names a combo box after its value, and tells what it is for by its label.
-TEST_F(SettingsViewTest, intervalIsLabelledForAScreenReader)
+/// Qt uses the value of a combo box as its name; its purpose is exposed through the label.
+TEST_F(SettingsViewTest, intervalHasAnAccessibleName)
 {
     auto* const picker = m_view.findChild<QComboBox*>();
     QStringList labels;
@@ -231,7 +231,7 @@ TEST_F(SettingsViewTest, intervalIsLabelledForAScreenReader)
     EXPECT_EQ(accessibleValue(*picker), QStringLiteral("5 minutes"));
 }
 
-TEST_F(SettingsViewTest, arrowKeysAndLettersChooseTabs)
+TEST_F(SettingsViewTest, arrowKeysAndMnemonicsSelectTabs)
 {
     tabs().setFocus();
     pressKey(tabs(), Qt::Key_Right);
@@ -242,7 +242,7 @@ TEST_F(SettingsViewTest, arrowKeysAndLettersChooseTabs)
     EXPECT_EQ(letters, textList({u"Alt+G", u"Alt+A", u"Alt+N", u"Alt+B"}));
 }
 
-TEST_F(SettingsViewTest, lettersAreUnderlinedWhileAltIsHeld)
+TEST_F(SettingsViewTest, mnemonicsAreUnderlinedWhileAltIsHeld)
 {
     const QImage before = tabs().grab().toImage();
     QKeyEvent press{QEvent::KeyPress, Qt::Key_Alt, Qt::AltModifier};
@@ -253,7 +253,7 @@ TEST_F(SettingsViewTest, lettersAreUnderlinedWhileAltIsHeld)
     EXPECT_EQ(tabs().grab().toImage(), before);
 }
 
-TEST_F(SettingsViewTest, coloursAreTheThemesWhateverThePaletteOfTheDesktop)
+TEST_F(SettingsViewTest, coloursIgnoreThePaletteOfTheDesktop)
 {
     const QPalette before = QApplication::palette();
     QApplication::setPalette(QPalette{Qt::black});
@@ -264,7 +264,7 @@ TEST_F(SettingsViewTest, coloursAreTheThemesWhateverThePaletteOfTheDesktop)
     QApplication::setPalette(before);
 }
 
-TEST_F(SettingsViewTest, generalTabAppearsEachTimeItIsShown)
+TEST_F(SettingsViewTest, generalTabEmitsWheneverItAppears)
 {
     int times = 0;
     QObject::connect(&m_view.general(), &GeneralSettingsView::appeared, &m_view, [&] { ++times; });

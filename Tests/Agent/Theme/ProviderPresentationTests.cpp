@@ -20,7 +20,7 @@ void PrintTo(const HealthCase& health, std::ostream* out)
 
 class EveryHealth : public testing::TestWithParam<HealthCase> { };
 
-TEST_P(EveryHealth, givesItsLabelAndColourToEitherProvider)
+TEST_P(EveryHealth, hasItsLabelAndColourForEveryProvider)
 {
     for (const Provider provider : allProviders) {
         ProviderState state = evenState(provider, 1);
@@ -45,7 +45,7 @@ TEST(ProviderPresentation, providersHaveTheirSymbolsAndColours)
     EXPECT_EQ(presentationOf(Provider::codex).color(), Theme::codex());
 }
 
-TEST(ServiceRow, nameSymbolAndDetailAreThoseOfTheState)
+TEST(ServiceRow, nameSymbolAndDetailComeFromTheState)
 {
     const ServiceRow claude = serviceRow(evenState(Provider::claude, 1));
     EXPECT_EQ(claude.name, QStringLiteral("Claude"));
@@ -67,7 +67,7 @@ TEST(ServiceRow, stagedServicesAreGeminiThenWindsurf)
                           QStringLiteral("Coming Soon"), Theme::muted()}));
 }
 
-TEST(ConnectedCount, countsConnectedStatesAndNoStaleOnes)
+TEST(ConnectedCount, staleStatesDoNotCount)
 {
     std::vector<ProviderState> states(3);
     states[0].health = SourceHealth::connected;

@@ -17,7 +17,7 @@ QImage drawn(Symbol symbol, double scale = 1)
     return image;
 }
 
-/// The smallest rectangle that holds everything that is not white.
+/// The smallest rectangle with all pixels that are not white.
 QRect inkOf(const QImage& image)
 {
     QRect ink;
@@ -32,7 +32,7 @@ QRect inkOf(const QImage& image)
 
 class EverySymbol : public testing::TestWithParam<int> { };
 
-TEST_P(EverySymbol, isDrawnInItsColourInTheMiddleOfTheFrame)
+TEST_P(EverySymbol, isDrawnInItsColourCentredInTheFrame)
 {
     const QImage image = drawn(static_cast<Symbol>(GetParam()));
     const QRect ink = inkOf(image);
@@ -41,13 +41,13 @@ TEST_P(EverySymbol, isDrawnInItsColourInTheMiddleOfTheFrame)
     EXPECT_LE(ink.right(), 27);
     for (int y = 0; y < image.height(); ++y) {
         for (int x = 0; x < image.width(); ++x)
-            EXPECT_EQ(qBlue(image.pixel(x, y)), 255) << "another colour than blue on white at " << x << ", " << y;
+            EXPECT_EQ(qBlue(image.pixel(x, y)), 255) << "neither blue nor white at " << x << ", " << y;
     }
 }
 
 INSTANTIATE_TEST_SUITE_P(All, EverySymbol, testing::Range(0, static_cast<int>(Symbol::wind) + 1));
 
-TEST(DrawSymbol, scaleTwoHasTwiceThePixels)
+TEST(DrawSymbol, isSharpAtScaleTwo)
 {
     const QRect once = inkOf(drawn(Symbol::gear));
     const QRect twice = inkOf(drawn(Symbol::gear, 2));

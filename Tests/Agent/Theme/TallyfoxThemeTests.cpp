@@ -20,12 +20,12 @@ TEST(Theme, coloursAreThoseOfThePalette)
     EXPECT_EQ(Theme::warning().name(), QStringLiteral("#a87832"));
 }
 
-TEST(Theme, codexIsTheAccentItself)
+TEST(Theme, codexIsTheAccent)
 {
     EXPECT_EQ(&Theme::codex(), &Theme::accent());
 }
 
-TEST(Theme, opacityLeavesTheColourAsItIs)
+TEST(Theme, withOpacityKeepsTheColour)
 {
     const QColor half = Theme::withOpacity(Theme::claude(), 0.5);
     EXPECT_EQ(half.rgb(), Theme::claude().rgb());

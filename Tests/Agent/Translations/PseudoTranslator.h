@@ -5,9 +5,9 @@
 
 namespace tallyfox::test {
 
-/// A language that nobody speaks: each text in brackets, with strange letters, half as long again. What shows without
-/// brackets was never translated, and what does not fit would not fit in some real language either. While it lives, the
-/// application speaks it.
+/// A pseudo-language: each text in brackets, with accented letters, and fifty percent longer. A text without brackets
+/// was not translated, and one that does not fit would not fit in some real language either. Installed while the
+/// object exists.
 class PseudoTranslator : public QTranslator {
 public:
     PseudoTranslator();
@@ -16,7 +16,7 @@ public:
     bool isEmpty() const override;
 };
 
-/// `text` in that language; placeholders, mnemonics and line ends stay.
+/// `text` in that language; keeps placeholders, mnemonics and line ends.
 QString pseudoText(const QString& text);
 
 } // namespace tallyfox::test

@@ -59,7 +59,7 @@ void addAccessibleTexts(const QAccessibleInterface& element, std::vector<QString
     }
 }
 
-/// The text of a widget that shows one, as wide as it would like to be.
+/// The text of a widget that shows one.
 QString ownText(const QWidget& widget)
 {
     if (const auto* label = qobject_cast<const TextLabel*>(&widget))
@@ -75,7 +75,7 @@ bool isCut(const QWidget& widget)
     return widget.fontMetrics().horizontalAdvance(ownText(widget)) > widget.contentsRect().width();
 }
 
-/// The text of an earlier hint where this widget has none: a hint stays for a moment.
+/// If this widget has no tooltip, the text of an earlier one, which stays for a moment.
 QString hintOf(QWidget& widget)
 {
     const QPoint middle = widget.rect().center();
@@ -94,7 +94,7 @@ QString told(const QWidget& widget)
     return QLatin1String{widget.metaObject()->className()} + QStringLiteral(" \"%1\"").arg(ownText(widget));
 }
 
-/// Tabs and lists neither wrap nor end in an ellipsis: all of them has to be there.
+/// Tabs and lists neither wrap nor elide, so they need their full size.
 bool hasLessThanItNeeds(const QWidget& widget)
 {
     return (qobject_cast<const QTabBar*>(&widget) || qobject_cast<const QComboBox*>(&widget))
@@ -114,7 +114,7 @@ bool reachesOut(const QWidget& widget)
     return !place.contains(widget.geometry());
 }
 
-/// Scroll bars lie on what they scroll, and what shows the focus of a card on the card.
+/// Scroll bars and the veils of cards overlap their content on purpose.
 bool mayOverlap(const QWidget& widget)
 {
     return widget.testAttribute(Qt::WA_TransparentForMouseEvents) || qobject_cast<const QScrollBar*>(&widget);

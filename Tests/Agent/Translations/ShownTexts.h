@@ -8,15 +8,15 @@ class QWidget;
 
 namespace tallyfox::test {
 
-/// What a person or a screen reader finds in `window`, which is shown: the texts of all visible widgets, their hints,
+/// All texts that a user or a screen reader finds in the visible `window`: texts and tooltips of all visible widgets,
 /// the choices of their lists, and the names and descriptions of the accessibility tree.
 std::vector<QString> shownTexts(const QWidget& window);
 
-/// What is wrong with the places of `window`'s visible widgets, in words: texts that are cut off and not told under the
-/// pointer either, widgets that reach out of their parents or lie on their siblings.
+/// Describes layout faults of the visible widgets of `window`: clipped texts without a tooltip, widgets that extend
+/// beyond their parents or overlap their siblings.
 std::vector<QString> misplacements(QWidget& window);
 
-/// The texts that end in an ellipsis.
+/// The elided texts.
 std::vector<QString> elidedTexts(const QWidget& window);
 
 } // namespace tallyfox::test

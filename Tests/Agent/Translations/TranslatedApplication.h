@@ -8,7 +8,7 @@
 
 namespace tallyfox::test {
 
-/// While it lives, the application speaks the language of `locale` and writes numbers and dates as it does.
+/// Installs the translations and the formats of `locale` while it exists.
 class TranslatedApplication {
 public:
     explicit TranslatedApplication(const QLocale& locale)

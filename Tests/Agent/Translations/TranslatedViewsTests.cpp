@@ -18,7 +18,7 @@
 #include <algorithm>
 #include <functional>
 
-/// Found by the test library, which looks for it beside the type.
+/// GoogleTest finds it by argument-dependent lookup.
 void PrintTo(const QString& text, std::ostream* out)
 {
     *out << text.toStdString();
@@ -30,11 +30,11 @@ namespace {
 
 using testing::IsEmpty;
 
-/// Shows every tab of the popover and of the settings in every situation but the ones that `passesOver` names.
-void forEachView(const QString& passesOver, const std::function<void(QWidget& view)>& look)
+/// Shows every tab of the popover and the settings in every situation except those that is named `skipped`.
+void forEachView(const QString& skipped, const std::function<void(QWidget& view)>& look)
 {
     for (const gallery::GalleryState& state : gallery::galleryStates()) {
-        if (state.name == passesOver)
+        if (state.name == skipped)
             continue;
         SCOPED_TRACE(state.name.toStdString());
         for (const PopoverTab tab : allPopoverTabs) {
@@ -65,7 +65,7 @@ void forEachView(const std::function<void(QWidget& view)>& look)
     forEachView({}, look);
 }
 
-/// Names of products and keys, and figures, are the same in every language.
+/// Names of products and keys, and figures are the same in all languages.
 bool needsTranslation(const QString& text)
 {
     static const QStringList same{
@@ -89,7 +89,7 @@ std::vector<QString> untranslated(const std::vector<QString>& texts)
     return found;
 }
 
-TEST(PseudoText, isLongerAndKeepsWhatProgramsRead)
+TEST(PseudoText, isLongerAndKeepsPlaceholdersAndMnemonics)
 {
     EXPECT_EQ(pseudoText(QStringLiteral("&Reset %1 in %n")), QStringLiteral(u"[&Rëšëŧ %1 ïñ %n ~~~~~~~~]"));
 }
@@ -105,7 +105,7 @@ TEST(TranslatedViews, everyTextIsTranslated)
     });
 }
 
-TEST(TranslatedViews, helpTextOfAChartIsTranslated)
+TEST(TranslatedViews, tooltipOfAChartIsTranslated)
 {
     const PseudoTranslator pseudo;
     PopoverView view{PopoverTab::dashboard};
@@ -117,7 +117,7 @@ TEST(TranslatedViews, helpTextOfAChartIsTranslated)
     EXPECT_TRUE(isTranslated(lines.at(2))) << lines.at(2).toStdString();
 }
 
-TEST(TranslatedViews, longTextsKeepToTheirPlaces)
+TEST(TranslatedViews, longTextsAreNotMisplaced)
 {
     const PseudoTranslator pseudo;
     forEachView([](QWidget& view) { EXPECT_THAT(misplacements(view), IsEmpty()); });
@@ -135,7 +135,7 @@ TEST(TranslatedViews, germanTextsFitAsWhole)
     forEachView(QStringLiteral("longest"), [](QWidget& view) { EXPECT_THAT(elidedTexts(view), IsEmpty()); });
 }
 
-TEST(ShownTexts, untranslatedAndMisplacedOnesAreFound)
+TEST(ShownTexts, untranslatedAndMisplacedTextsAreFound)
 {
     QWidget window;
     window.resize(200, 100);
@@ -147,7 +147,7 @@ TEST(ShownTexts, untranslatedAndMisplacedOnesAreFound)
     outside->setGeometry(150, 60, 100, 40);
     window.show();
     EXPECT_THAT(untranslated(shownTexts(window)), testing::ElementsAre(QStringLiteral("Forgotten")));
-    EXPECT_EQ(misplacements(window).size(), 3U) << "one lies on the other, is cut off, or reaches out";
+    EXPECT_EQ(misplacements(window).size(), 3U) << "one overlap, one clipped text, one widget outside its parent";
     EXPECT_THAT(elidedTexts(window), testing::ElementsAre(button->text()));
 }
 

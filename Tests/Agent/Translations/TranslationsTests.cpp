@@ -47,7 +47,7 @@ QuotaSnapshot someQuota()
     return quota;
 }
 
-/// The texts of the states that all combinations of what a refresh may find lead to.
+/// The texts of the states for all combinations of results of a refresh.
 std::set<std::string> textsOfTheStore()
 {
     const ProviderState first = initialState(Provider::codex, now, Calendar::utc());
@@ -72,16 +72,16 @@ std::set<std::string> textsOfTheStore()
     return texts;
 }
 
-TEST(InstallTranslations, germanUserReadsGerman)
+TEST(InstallTranslations, germanIsInstalledForAGermanLocale)
 {
     for (const char* name : {"de_DE", "de_AT", "de_CH", "de"}) {
         const TranslatedApplication application{QLocale{QLatin1String{name}}};
         EXPECT_EQ(tabName(PopoverTab::services), QStringLiteral("Dienste")) << name;
     }
-    EXPECT_EQ(tabName(PopoverTab::services), QStringLiteral("Services")) << "the test itself leaves something behind";
+    EXPECT_EQ(tabName(PopoverTab::services), QStringLiteral("Services")) << "a translator is left behind";
 }
 
-TEST(InstallTranslations, whoeverSpeaksNeitherReadsEnglish)
+TEST(InstallTranslations, englishIsTheFallback)
 {
     for (const char* name : {"en_US", "en_GB", "C", "fr_FR", "ar_EG"}) {
         const TranslatedApplication application{QLocale{QLatin1String{name}}};
@@ -89,7 +89,7 @@ TEST(InstallTranslations, whoeverSpeaksNeitherReadsEnglish)
     }
 }
 
-TEST(TranslatedLanguage, firstLanguageThatThereIsWins)
+TEST(TranslatedLanguage, firstAvailableLanguageWins)
 {
     const auto chosen = [](const char* languages) {
         return translatedLanguage(QString::fromLatin1(languages).split(QLatin1Char{' '})).toStdString();
@@ -104,7 +104,7 @@ TEST(TranslatedLanguage, firstLanguageThatThereIsWins)
     EXPECT_EQ(chosen(""), "");
 }
 
-TEST(InstallTranslations, dialogsOfTheToolkitAreGermanToo)
+TEST(InstallTranslations, dialogsOfQtAreGermanToo)
 {
     EXPECT_EQ(QCoreApplication::translate("QPlatformTheme", "Cancel"), QStringLiteral("Cancel"));
     const TranslatedApplication application{german()};
@@ -112,7 +112,7 @@ TEST(InstallTranslations, dialogsOfTheToolkitAreGermanToo)
     EXPECT_EQ(QCoreApplication::translate("QFileDialog", "Look in:"), QStringLiteral("Suchen in:"));
 }
 
-TEST(TranslatedText, eachTextOfTheStoreIsTranslated)
+TEST(TranslatedText, everyTextOfTheStoreIsTranslated)
 {
     const std::set<std::string> texts = textsOfTheStore();
     EXPECT_EQ(texts.size(), 12U) << "five healths and seven details";
@@ -125,13 +125,13 @@ TEST(TranslatedText, eachTextOfTheStoreIsTranslated)
     EXPECT_THAT(english, IsEmpty());
 }
 
-TEST(TranslatedText, unknownTextStaysAsItIs)
+TEST(TranslatedText, unknownTextIsUnchanged)
 {
     const TranslatedApplication application{german()};
     EXPECT_EQ(translatedText("What nobody has written yet"), QStringLiteral("What nobody has written yet"));
 }
 
-TEST(GermanTexts, sentencesTakeTheirFiguresIn)
+TEST(GermanTexts, sentencesIncludeTheirFigures)
 {
     const TranslatedApplication application{german()};
     ProviderState state = initialState(Provider::codex, now, Calendar::utc());
@@ -172,7 +172,7 @@ TEST(GermanFormats, onlyWholeCountsFollowTheLocale)
     EXPECT_EQ(thresholdText(22.5), QStringLiteral("22%"));
 }
 
-TEST(GermanFormats, drawingsTellNumbersAndDaysInTheLocale)
+TEST(GermanFormats, drawingsFormatNumbersAndDaysForTheLocale)
 {
     const TranslatedApplication application{german()};
     QWidget window;
