@@ -2,7 +2,7 @@
 
 #include <simdjson.h>
 
-#include <TallyfoxCore/Provider.h>
+#include <TallyfoxCore/Usage/Provider.h>
 #include <cstdint>
 #include <string_view>
 

@@ -7,8 +7,8 @@
 
 #include <benchmark/benchmark.h>
 
-#include <TallyfoxCore/LocalUsageScanner.h>
-#include <TallyfoxCore/TokenSum.h>
+#include <TallyfoxCore/Files/LocalUsageScanner.h>
+#include <TallyfoxCore/Usage/TokenSum.h>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>

@@ -2,55 +2,12 @@
 
 #include "TallyfoxCore/Files/FileDescriptor.h"
 #include "TallyfoxCore/Files/HistoryFiles.h"
-#include "TallyfoxCore/Usage/HistoryParser.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace tallyfox {
-
-namespace {
-
-struct SortKey {
-    Instant timestamp;
-    std::size_t index;
-    auto operator<=>(const SortKey&) const = default;
-};
-
-/// Moves each sample to the place of the key that names it, along the cycles of that permutation: a second list would
-/// be as much memory again.
-void arrange(std::vector<UsageSample>& samples, std::vector<SortKey>& keys)
-{
-    for (std::size_t begin = 0; begin < keys.size(); ++begin) {
-        if (keys[begin].index == begin)
-            continue;
-        UsageSample first = std::move(samples[begin]);
-        std::size_t hole = begin;
-        while (keys[hole].index != begin) {
-            const std::size_t next = std::exchange(keys[hole].index, hole);
-            samples[hole] = std::move(samples[next]);
-            hole = next;
-        }
-        samples[hole] = std::move(first);
-        keys[hole].index = hole;
-    }
-}
-
-/// Sorts by timestamp; equal ones keep their order. Moves each sample once: sorting the records themselves would move
-/// them over and over.
-void sortByTime(std::vector<UsageSample>& samples)
-{
-    if (std::ranges::is_sorted(samples, {}, &UsageSample::timestamp))
-        return;
-    std::vector<SortKey> keys;
-    keys.reserve(samples.size());
-    for (const UsageSample& sample : samples)
-        keys.push_back({sample.timestamp, keys.size()});
-    std::ranges::sort(keys);
-    arrange(samples, keys);
-}
-
-} // namespace
 
 std::variant<LocalUsageScanResult, FileError> LocalUsageScanner::scanResult(Provider provider,
                                                                             const std::filesystem::path& root)
@@ -61,7 +18,6 @@ std::variant<LocalUsageScanResult, FileError> LocalUsageScanner::scanResult(Prov
         return result;
     const HistoryFiles files = jsonlFiles(folder);
     result.isPartial = files.isPartial;
-    const auto parser = traitsOf(provider).makeParser();
     TailReader reader;
     for (const std::string& path : files.paths) {
         const auto tail = reader.tailLines(folder, path);
@@ -69,9 +25,10 @@ std::variant<LocalUsageScanResult, FileError> LocalUsageScanner::scanResult(Prov
             return *error;
         const HistoryTail& read = std::get<HistoryTail>(tail);
         result.isPartial |= read.isPartial;
-        parser->parse(read.lines, result.samples);
+        std::vector<UsageSample> samples = traitsOf(provider).parse(read.lines, LineSelection::mentioning);
+        std::ranges::move(samples, std::back_inserter(result.samples));
     }
-    sortByTime(result.samples);
+    std::ranges::stable_sort(result.samples, {}, &UsageSample::timestamp);
     return result;
 }
 

@@ -68,21 +68,6 @@ inline std::uint64_t nonDigits(const char* bytes)
 
 } // namespace byteScan
 
-/// Whether the first `size` of the `left` bytes of `text` are those of `wanted`, behind which sixteen more bytes,
-/// whatever they are, can be read. `left` is at least `size`.
-inline bool equalsPadded(const char* text, std::size_t left, const char* wanted, std::size_t size)
-{
-    using byteScan::width;
-    for (; size > width; text += width, wanted += width, left -= width, size -= width) {
-        if (byteScan::bits(byteScan::load(text) != byteScan::load(wanted)) != 0)
-            return false;
-    }
-    if (left < width)
-        return std::memcmp(text, wanted, size) == 0;
-    const std::uint64_t differences = byteScan::bits(byteScan::load(text) != byteScan::load(wanted));
-    return (differences & ((std::uint64_t{1} << size) - 1)) == 0;
-}
-
 /// How many bytes `jsonStringSpecials` looks at.
 inline constexpr std::size_t jsonStringBlock = 4 * byteScan::width;
 

@@ -53,19 +53,6 @@ template <typename Record> bool isComplete(const Record& record)
     return std::apply([&](const auto&... member) { return (isMet(member) && ...); }, Record::members());
 }
 
-/// Calls `visit` with each scalar field of the record and of the records in it, always in the same order.
-template <typename Record, typename Visit> constexpr void forEachScalar(Record& record, const Visit& visit)
-{
-    const auto visitField = [&visit](auto& field) {
-        if constexpr (requires { field.record; })
-            forEachScalar(field.record, visit);
-        else
-            visit(field);
-    };
-    std::apply([&](const auto&... member) { (visitField(record.*member.field), ...); },
-               std::remove_const_t<Record>::members());
-}
-
 /// Reads the object that comes next; members that the record does not want are passed over.
 template <typename Record> void readMembers(JsonReader& reader, Record& record)
 {
@@ -114,9 +101,6 @@ protected:
 
 /// A field that holds one value.
 struct ScalarField : JsonField {
-    /// Where the text has the value that the field was read from; null if that was not of the field's JSON type.
-    const char* source = nullptr;
-
     [[nodiscard]] bool hasRightTypes() const
     {
         return state != FieldState::wrongType;
@@ -133,19 +117,11 @@ struct StringField : ScalarField {
 
     void read(JsonReader& reader)
     {
-        source = nullptr;
         const JsonReader::Type type = reader.nextType();
         if (type != JsonReader::Type::string)
             return refuse(reader, type);
-        JsonString string;
-        if (reader.readString(string))
-            assign(string);
-    }
-    void assign(const JsonString& string)
-    {
-        source = string.raw.data();
-        state = FieldState::present;
-        value = string;
+        if (reader.readString(value))
+            state = FieldState::present;
     }
 };
 
@@ -155,18 +131,13 @@ template <typename Value, auto convert> struct NumberField : ScalarField {
 
     void read(JsonReader& reader)
     {
-        source = nullptr;
         const JsonReader::Type type = reader.nextType();
         if (type != JsonReader::Type::number)
             return refuse(reader, type);
         JsonNumber number;
-        if (reader.readNumber(number))
-            assign(number);
-    }
-    void assign(const JsonNumber& number)
-    {
+        if (!reader.readNumber(number))
+            return;
         const std::optional<Value> converted = (number.*convert)();
-        source = number.raw.data();
         state = converted ? FieldState::present : FieldState::wrongType;
         value = converted.value_or(0);
     }

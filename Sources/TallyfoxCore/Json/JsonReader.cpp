@@ -117,12 +117,6 @@ bool JsonReader::nextMember(JsonString& key)
     return take(':');
 }
 
-bool JsonReader::readNull()
-{
-    skipWhiteSpace();
-    return takeLiteral("null");
-}
-
 bool JsonReader::readString(JsonString& string)
 {
     skipWhiteSpace();

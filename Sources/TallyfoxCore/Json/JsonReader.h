@@ -36,7 +36,6 @@ public:
     /// of the object, which is left by that, and after an error.
     bool nextMember(JsonString& key);
 
-    bool readNull();
     bool readString(JsonString& string);
     bool readNumber(JsonNumber& number);
     /// Passes over any value without looking into it beyond its grammar.

@@ -1,15 +1,11 @@
 #include "TallyfoxCore/Usage/ClaudeUsageParser.h"
 
-#include "TallyfoxCore/Json/JsonRecordReader.h"
+#include "TallyfoxCore/Json/JsonFields.h"
 #include "TallyfoxCore/Time/Iso8601.h"
 #include "TallyfoxCore/Usage/TokenSum.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
-#include <deque>
-#include <memory_resource>
-#include <span>
 #include <string>
 #include <unordered_map>
 
@@ -85,13 +81,11 @@ std::optional<std::string> modelOf(const ClaudeMessage& message)
     return std::string(message.model.value.decoded(storage));
 }
 
-/// Appends the samples of one file, at most one for each key.
+/// The samples of one file, at most one for each key.
 class KeyedSamples {
 public:
-    KeyedSamples(const HistoryLines& lines, std::vector<UsageSample>& samples)
+    explicit KeyedSamples(const HistoryLines& lines)
         : m_lineCounter(lines)
-        , m_samples(samples)
-        , m_begin(samples.size())
     { }
 
     /// Adds what was read of `line`.
@@ -106,106 +100,58 @@ public:
             return;
         const ClaudeMessage& message = record.message.record;
         const UsageSample sample = sampleOf(message.usage.record, *timestamp);
-        const bool hasId = message.id.isPresent();
-        UsageSample* const place = placeFor(hasId ? keyOf(message.id.value) : keyOf(rawTimestamp, line), sample);
-        if (place == nullptr)
-            return;
-        *place = sample;
-        place->model = modelOf(message);
+        if (UsageSample* const place = placeFor(keyOf(message, rawTimestamp, line), sample)) {
+            *place = sample;
+            place->model = modelOf(message);
+        }
     }
 
-    void sort()
+    /// The samples, ascending by time; of equally old ones in the order of their lines. Once, in the end.
+    std::vector<UsageSample> takeSorted()
     {
-        const auto added = std::span(m_samples).subspan(m_begin);
-        if (!std::ranges::is_sorted(added, {}, &UsageSample::timestamp))
-            std::ranges::stable_sort(added, {}, &UsageSample::timestamp);
+        std::ranges::stable_sort(m_samples, {}, &UsageSample::timestamp);
+        return std::move(m_samples);
     }
 
 private:
-    std::string_view keyOf(const JsonString& id)
+    /// A message's id. A record without one is known by its timestamp and its place in the file, which no other shares.
+    std::string keyOf(const ClaudeMessage& message, std::string_view rawTimestamp, std::string_view line)
     {
-        std::string storage;
-        const std::string_view key = id.decoded(storage);
-        return key.data() == id.raw.data() ? key : std::string_view(m_ownedKeys.emplace_back(std::move(storage)));
-    }
-
-    /// The key of a record without an id: its timestamp and its place in the file, which no other record shares.
-    std::string_view keyOf(std::string_view rawTimestamp, std::string_view line)
-    {
-        return m_ownedKeys.emplace_back(std::string(rawTimestamp) + '-' + std::to_string(m_lineCounter.indexOf(line)));
+        if (message.id.isPresent())
+            return message.id.value.decoded();
+        return std::string(rawTimestamp) + '-' + std::to_string(m_lineCounter.indexOf(line));
     }
 
     /// Where the sample is to be kept; null when the key has one at least as large, or as its first a negative one.
-    UsageSample* placeFor(std::string_view key, const UsageSample& sample)
+    UsageSample* placeFor(const std::string& key, const UsageSample& sample)
     {
-        // Mostly the lines of a message stand one behind the other.
-        if (key != m_lastKey || m_lastKey.data() == nullptr) {
-            const auto known = m_indexes.find(key);
-            if (known == m_indexes.end())
-                return newPlaceFor(key, sample);
-            m_lastKey = key;
-            m_lastIndex = known->second;
+        const auto known = m_indexes.find(key);
+        if (known != m_indexes.end()) {
+            UsageSample& kept = m_samples[known->second];
+            return sample.totalTokens > kept.totalTokens ? &kept : nullptr;
         }
-        UsageSample& kept = m_samples[m_lastIndex];
-        return sample.totalTokens > kept.totalTokens ? &kept : nullptr;
-    }
-
-    UsageSample* newPlaceFor(std::string_view key, const UsageSample& sample)
-    {
         if (sample.totalTokens < 0)
             return nullptr;
-        m_lastKey = key;
-        m_lastIndex = m_samples.size();
-        m_indexes.emplace(key, m_lastIndex);
+        m_indexes.emplace(key, m_samples.size());
         return &m_samples.emplace_back();
     }
 
     LineCounter m_lineCounter;
-    std::array<std::byte, 32'768> m_firstMemory;
-    std::pmr::monotonic_buffer_resource m_memory{m_firstMemory.data(), m_firstMemory.size()};
-    std::deque<std::string> m_ownedKeys;
-    std::pmr::unordered_map<std::string_view, std::size_t> m_indexes{&m_memory};
-    std::string_view m_lastKey; ///< of the sample at `m_lastIndex`; null before the first one
-    std::size_t m_lastIndex = 0;
-    std::vector<UsageSample>& m_samples;
-    std::size_t m_begin; ///< of this file's samples
-};
-
-class ClaudeParser final : public HistoryParser {
-public:
-    explicit ClaudeParser(LineSelection selection)
-        : m_selection(selection)
-    { }
-
-    void parse(const HistoryLines& lines, std::vector<UsageSample>& samples) override
-    {
-        KeyedSamples keyed(lines, samples);
-        forEachLine(lines, m_selection, "usage", [&](std::string_view line) {
-            const ClaudeRecord* const record =
-                m_selection == LineSelection::all ? m_reader.readAlone(line) : m_reader.read(line);
-            if (record != nullptr)
-                keyed.add(line, *record);
-        });
-        keyed.sort();
-    }
-
-private:
-    LineSelection m_selection;
-    JsonRecordReader<ClaudeRecord> m_reader;
+    std::unordered_map<std::string, std::size_t> m_indexes; ///< in the list of samples, by key
+    std::vector<UsageSample> m_samples;
 };
 
 } // namespace
 
 std::vector<UsageSample> ClaudeUsageParser::parse(const HistoryLines& lines, LineSelection selection)
 {
-    std::vector<UsageSample> samples;
-    make(selection)->parse(lines, samples);
-    return samples;
-}
-
-std::unique_ptr<HistoryParser> ClaudeUsageParser::make(LineSelection selection)
-{
-    return std::make_unique<ClaudeParser>(selection);
+    KeyedSamples keyed(lines);
+    forEachLine(lines, selection, "usage", [&](std::string_view line) {
+        ClaudeRecord record;
+        if (readJsonObject(line, record))
+            keyed.add(line, record);
+    });
+    return keyed.takeSorted();
 }
 
 } // namespace tallyfox

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "TallyfoxCore/Usage/HistoryParser.h"
+#include "TallyfoxCore/Usage/HistoryLines.h"
+#include "TallyfoxCore/Usage/UsageSample.h"
 
-#include <memory>
 #include <vector>
 
 namespace tallyfox {
@@ -15,9 +15,6 @@ namespace ClaudeUsageParser {
 /// with usage and a timestamp are passed over. Message content is skipped, never decoded. A token sum beyond 64 bits
 /// ends the program (TokenSum.h).
 std::vector<UsageSample> parse(const HistoryLines& lines, LineSelection selection = LineSelection::mentioning);
-
-/// A parser that gives, file by file, the same samples.
-std::unique_ptr<HistoryParser> make(LineSelection selection = LineSelection::mentioning);
 
 } // namespace ClaudeUsageParser
 

@@ -1,6 +1,6 @@
 #include "TallyfoxCore/Usage/CodexUsageParser.h"
 
-#include "TallyfoxCore/Json/JsonRecordReader.h"
+#include "TallyfoxCore/Json/JsonFields.h"
 #include "TallyfoxCore/Time/Iso8601.h"
 #include "TallyfoxCore/Usage/TokenSum.h"
 
@@ -85,39 +85,19 @@ std::optional<UsageSample> sampleOf(const CodexRecord& record)
     return sample;
 }
 
-class CodexParser final : public HistoryParser {
-public:
-    explicit CodexParser(LineSelection selection)
-        : m_selection(selection)
-    { }
-
-    void parse(const HistoryLines& lines, std::vector<UsageSample>& samples) override
-    {
-        forEachLine(lines, m_selection, "last_token_usage", [&](std::string_view line) {
-            const CodexRecord* const record =
-                m_selection == LineSelection::all ? m_reader.readAlone(line) : m_reader.read(line);
-            if (const auto sample = record == nullptr ? std::nullopt : sampleOf(*record))
-                samples.push_back(*sample);
-        });
-    }
-
-private:
-    LineSelection m_selection;
-    JsonRecordReader<CodexRecord> m_reader;
-};
-
 } // namespace
 
 std::vector<UsageSample> CodexUsageParser::parse(const HistoryLines& lines, LineSelection selection)
 {
     std::vector<UsageSample> samples;
-    make(selection)->parse(lines, samples);
+    forEachLine(lines, selection, "last_token_usage", [&](std::string_view line) {
+        CodexRecord record;
+        if (!readJsonObject(line, record))
+            return;
+        if (const auto sample = sampleOf(record))
+            samples.push_back(*sample);
+    });
     return samples;
-}
-
-std::unique_ptr<HistoryParser> CodexUsageParser::make(LineSelection selection)
-{
-    return std::make_unique<CodexParser>(selection);
 }
 
 } // namespace tallyfox

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "TallyfoxCore/Usage/HistoryParser.h"
+#include "TallyfoxCore/Usage/HistoryLines.h"
+#include "TallyfoxCore/Usage/UsageSample.h"
 
-#include <memory>
 #include <vector>
 
 namespace tallyfox {
@@ -13,9 +13,6 @@ namespace CodexUsageParser {
 /// The samples of `lines`, one for each token-count event with a last usage and a timestamp, in the order of the
 /// lines. All other lines are passed over. A token sum beyond 64 bits ends the program (TokenSum.h).
 std::vector<UsageSample> parse(const HistoryLines& lines, LineSelection selection = LineSelection::mentioning);
-
-/// A parser that gives, file by file, the same samples.
-std::unique_ptr<HistoryParser> make(LineSelection selection = LineSelection::mentioning);
 
 } // namespace CodexUsageParser
 

@@ -12,14 +12,14 @@ constexpr std::array traits{
         .provider = Provider::claude,
         .title = "Claude",
         .historyFolder = ".claude/projects",
-        .makeParser = [] { return ClaudeUsageParser::make(); },
+        .parse = ClaudeUsageParser::parse,
         .hasQuota = false,
     },
     ProviderTraits{
         .provider = Provider::codex,
         .title = "Codex",
         .historyFolder = ".codex/sessions",
-        .makeParser = [] { return CodexUsageParser::make(); },
+        .parse = CodexUsageParser::parse,
         .hasQuota = true,
     },
 };

@@ -2,13 +2,15 @@
 
 #include <array>
 #include <cstddef>
-#include <memory>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 namespace tallyfox {
 
-class HistoryParser;
+class HistoryLines;
+enum class LineSelection;
+struct UsageSample;
 
 /// The assistant a measurement came from.
 enum class Provider { claude, codex };
@@ -48,7 +50,7 @@ struct ProviderTraits {
     Provider provider;
     std::string_view title; ///< in every view and print-out; a product's name, so never translated
     std::string_view historyFolder; ///< relative to the home folder
-    std::unique_ptr<HistoryParser> (*makeParser)(); ///< for the files of that folder
+    std::vector<UsageSample> (*parse)(const HistoryLines& lines, LineSelection selection); ///< of one of its files
     bool hasQuota; ///< whether a refresh fetches one
 };
 

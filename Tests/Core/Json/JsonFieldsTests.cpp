@@ -1,15 +1,26 @@
-#include "Support/NestedRecord.h"
+#include "TallyfoxCore/Json/JsonFields.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 #include <string_view>
+#include <tuple>
 
 namespace tallyfox::test {
 namespace {
 
-/// With a number of its own, too.
-struct Counted {
+struct Inner {
+    IntegerField count;
+    StringField name;
+
+    static constexpr auto members()
+    {
+        return std::tuple{optionalMember("count", &Inner::count), requiredMember("name", &Inner::name)};
+    }
+};
+
+/// A record with a field of each kind, as histories have them.
+struct Outer {
     StringField id;
     IntegerField count;
     DoubleField share;
@@ -17,22 +28,22 @@ struct Counted {
 
     static constexpr auto members()
     {
-        return std::tuple{requiredMember("id", &Counted::id), optionalMember("count", &Counted::count),
-                          optionalMember("share", &Counted::share), optionalMember("inner", &Counted::inner)};
+        return std::tuple{requiredMember("id", &Outer::id), optionalMember("count", &Outer::count),
+                          optionalMember("share", &Outer::share), optionalMember("inner", &Outer::inner)};
     }
 };
 
 /// What `text`, which must be a grammatical object, holds.
-Counted read(std::string_view text)
+Outer read(std::string_view text)
 {
-    Counted outer;
+    Outer outer;
     EXPECT_TRUE(readJsonObject(text, outer)) << text;
     return outer;
 }
 
 TEST(JsonFields, wantedMembersAreReadAmongOthers)
 {
-    const Counted outer = read(R"({"x":[1],"share":0.5,"id":"a","y":{"id":"no"},"count":5.0,"inner":{"count":7}})");
+    const Outer outer = read(R"({"x":[1],"share":0.5,"id":"a","y":{"id":"no"},"count":5.0,"inner":{"count":7}})");
     EXPECT_TRUE(hasRightTypes(outer));
     EXPECT_EQ(outer.id.value.raw, "a");
     EXPECT_EQ(outer.count.valueOr(-1), 5);
@@ -44,7 +55,7 @@ TEST(JsonFields, wantedMembersAreReadAmongOthers)
 
 TEST(JsonFields, membersOfTheSameNameElsewhereDoNotCount)
 {
-    const Counted outer = read(R"({"other":{"id":"no","count":"no"},"list":[{"id":1}],"inner":{"id":3,"share":"no"}})");
+    const Outer outer = read(R"({"other":{"id":"no","count":"no"},"list":[{"id":1}],"inner":{"id":3,"share":"no"}})");
     EXPECT_TRUE(hasRightTypes(outer));
     EXPECT_EQ(outer.id.state, FieldState::absent);
     EXPECT_EQ(outer.count.state, FieldState::absent);
@@ -53,7 +64,7 @@ TEST(JsonFields, membersOfTheSameNameElsewhereDoNotCount)
 
 TEST(JsonFields, escapedKeyIsTheSameKey)
 {
-    const Counted outer = read(R"({"\u0069\u0064":"a","c\u006Funt":2,"inn\u0065r":{"n\u0061me":"b"},"\\u0069d":3})");
+    const Outer outer = read(R"({"\u0069\u0064":"a","c\u006Funt":2,"inn\u0065r":{"n\u0061me":"b"},"\\u0069d":3})");
     EXPECT_TRUE(hasRightTypes(outer));
     EXPECT_EQ(outer.id.value.raw, "a");
     EXPECT_EQ(outer.count.valueOr(-1), 2);
@@ -62,7 +73,7 @@ TEST(JsonFields, escapedKeyIsTheSameKey)
 
 TEST(JsonFields, nullIsAbsent)
 {
-    const Counted outer = read(R"({"id":null,"count":null,"share":null,"inner":null})");
+    const Outer outer = read(R"({"id":null,"count":null,"share":null,"inner":null})");
     EXPECT_TRUE(hasRightTypes(outer));
     EXPECT_EQ(outer.id.state, FieldState::absent);
     EXPECT_EQ(outer.count.state, FieldState::absent);
@@ -105,7 +116,7 @@ TEST(JsonFields, unknownMembersMayHoldAnythingLegal)
           "\"" + std::string(100'000, 'x') + "\"", std::string(R"({"id":1,"count":"x","inner":[]})")})
     {
         const std::string text = R"({"id":"a","unknown":)" + value + R"(,"\ud800":)" + value + R"(,"count":1})";
-        const Counted outer = read(text);
+        const Outer outer = read(text);
         EXPECT_TRUE(hasRightTypes(outer)) << value.substr(0, 80);
         EXPECT_EQ(outer.id.value.raw, "a");
         EXPECT_EQ(outer.count.valueOr(-1), 1);
@@ -114,7 +125,7 @@ TEST(JsonFields, unknownMembersMayHoldAnythingLegal)
 
 TEST(JsonFields, lastOfDuplicateMembersCounts)
 {
-    const Counted outer = read(R"({"id":"a","count":1,"share":1,"id":"b","count":2,"share":2,"\u0069d":"c"})");
+    const Outer outer = read(R"({"id":"a","count":1,"share":1,"id":"b","count":2,"share":2,"\u0069d":"c"})");
     EXPECT_TRUE(hasRightTypes(outer));
     EXPECT_EQ(outer.id.value.raw, "c");
     EXPECT_EQ(outer.count.value, 2);
@@ -147,7 +158,7 @@ TEST(JsonFields, errorInTheLastDuplicateCounts)
 
 TEST(JsonFields, laterNullTakesAnEarlierValueAway)
 {
-    const Counted outer = read(R"({"id":"a","count":1,"inner":{"count":1},"id":null,"count":null,"inner":null})");
+    const Outer outer = read(R"({"id":"a","count":1,"inner":{"count":1},"id":null,"count":null,"inner":null})");
     EXPECT_TRUE(hasRightTypes(outer));
     EXPECT_EQ(outer.id.state, FieldState::absent);
     EXPECT_EQ(outer.count.valueOr(-1), -1);
@@ -156,7 +167,7 @@ TEST(JsonFields, laterNullTakesAnEarlierValueAway)
 
 TEST(JsonFields, duplicateObjectsAreNotMerged)
 {
-    const Counted outer = read(R"({"inner":{"count":1,"name":"a"},"inner":{"count":2}})");
+    const Outer outer = read(R"({"inner":{"count":1,"name":"a"},"inner":{"count":2}})");
     EXPECT_EQ(outer.inner.record.count.value, 2);
     EXPECT_EQ(outer.inner.record.name.state, FieldState::absent);
 }
@@ -166,7 +177,7 @@ TEST(JsonFields, onlyAnObjectIsRead)
     for (const std::string_view text : {"", "null", "true", "1", R"("id")", "[]", R"([{"id":"a"}])", "}",
                                         R"({"id":"a"}{"id":"b"})", R"({"id":"a"},)", R"({"id":"a")"})
     {
-        Counted outer;
+        Outer outer;
         EXPECT_FALSE(readJsonObject(text, outer)) << text;
     }
 }
@@ -175,7 +186,7 @@ TEST(JsonFields, errorAnywhereFailsTheWholeObject)
 {
     for (const char* broken : {"01", "tru", "\"\t\"", "\"\\x\"", "[1,]", "{\"a\"}", "1e", "\xFF"}) {
         for (const std::string place : {"first", "id", "count", "share", "inner", "unknown"}) {
-            Counted outer;
+            Outer outer;
             const std::string text = R"({"a":1,")" + place + R"(":)" + broken + R"(,"z":1})";
             EXPECT_FALSE(readJsonObject(text, outer)) << text;
             const std::string nested = R"({"inner":{")" + place + R"(":)" + broken + R"(},"z":1})";

@@ -23,7 +23,7 @@ using namespace std::string_view_literals;
 
 constexpr std::int64_t largest = std::numeric_limits<std::int64_t>::max();
 constexpr std::int64_t smallest = std::numeric_limits<std::int64_t>::min();
-constexpr std::size_t mebibyte = 1024 * 1024;
+constexpr std::size_t manyDigits = 1024 * 1024;
 
 /// The token of a text that is one number, taken by the reader so that it is a grammatical one.
 JsonNumber number(std::string_view text)
@@ -149,8 +149,8 @@ TEST(JsonNumber, exponentOfAnyLengthNeitherWrapsNorFits)
 
 TEST(JsonNumber, mebibyteOfDigitsIsStillTheValueItWrites)
 {
-    const std::string zeros(mebibyte, '0');
-    const std::string nines(mebibyte, '9');
+    const std::string zeros(manyDigits, '0');
+    const std::string nines(manyDigits, '9');
     EXPECT_EQ(number(nines).toInteger(), std::nullopt);
     EXPECT_EQ(number("0." + nines).toInteger(), std::nullopt);
     EXPECT_EQ(number("1" + zeros).toInteger(), std::nullopt);
@@ -258,12 +258,12 @@ TEST(JsonNumber, tooLargeForADoubleIsNone)
           "1000000000000000000e9223372036854775807"})
         EXPECT_EQ(number(text).toDouble(), std::nullopt) << text;
     EXPECT_EQ(number(std::string(400, '9')).toDouble(), std::nullopt);
-    EXPECT_EQ(number(std::string(mebibyte, '9') + ".5e-3").toDouble(), std::nullopt);
+    EXPECT_EQ(number(std::string(manyDigits, '9') + ".5e-3").toDouble(), std::nullopt);
 }
 
 TEST(JsonNumber, mebibyteOfDigitsRoundsAsOneNumber)
 {
-    const std::string zeros(mebibyte, '0');
+    const std::string zeros(manyDigits, '0');
     EXPECT_EQ(number("1." + zeros + "1").toDouble(), 1.0);
     EXPECT_EQ(number("1" + zeros + "e-1048576").toDouble(), 1.0);
     EXPECT_EQ(number("0." + zeros + "25e1048576").toDouble(), 0.25);
