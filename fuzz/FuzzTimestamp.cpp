@@ -2,7 +2,7 @@
 /// spaces, second 60, offsets of 99 hours), so what it may judge is checked by its shape first.
 
 #include "FuzzSupport.h"
-#include "TallyfoxCore/Time/Iso8601.h"
+#include "TallyfoxCore/Time/Instant.h"
 
 #include <date/date.h>
 

@@ -1,7 +1,7 @@
 #include "UsageOracle.h"
 
 #include "TallyfoxCore/Json/Utf8.h"
-#include "TallyfoxCore/Time/Iso8601.h"
+#include "TallyfoxCore/Time/Instant.h"
 
 #include <algorithm>
 #include <cmath>

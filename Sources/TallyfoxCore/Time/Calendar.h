@@ -1,16 +1,46 @@
 #pragma once
 
 #include "TallyfoxCore/Time/Instant.h"
-#include "TallyfoxCore/Time/ZoneOffset.h"
 
+#include <algorithm>
 #include <chrono>
+#include <cstddef>
 #include <filesystem>
 #include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tallyfox {
+
+/// A stretch of time during which a zone keeps one offset from UTC.
+struct ZoneOffset {
+    std::chrono::sys_seconds begin; ///< first second of the stretch
+    std::chrono::sys_seconds end; ///< first second after it
+    std::chrono::seconds offset{}; ///< local time minus UTC, between -`largest` and `largest`
+
+    /// No zone is further from UTC than this; data that say otherwise are refused.
+    static constexpr std::chrono::hours largest{26};
+    /// No stretch begins earlier or ends later. Two years more at each end than instants have, so that the
+    /// days of a year before and after every instant can be found.
+    static constexpr std::chrono::sys_seconds earliest{std::chrono::sys_days{std::chrono::year{-1} / 1 / 1}};
+    static constexpr std::chrono::sys_seconds latest{std::chrono::sys_days{std::chrono::year{10002} / 1 / 1}};
+
+    /// A stretch that lasts for ever.
+    static constexpr ZoneOffset always(std::chrono::seconds offset)
+    {
+        return {earliest, latest, offset};
+    }
+
+    /// The part of this stretch between two moments.
+    [[nodiscard]] constexpr ZoneOffset within(std::chrono::sys_seconds from, std::chrono::sys_seconds to) const
+    {
+        return {std::max(begin, from), std::min(end, to), offset};
+    }
+
+    friend bool operator==(const ZoneOffset&, const ZoneOffset&) = default;
+};
 
 /// The days of the proleptic Gregorian calendar in one time zone. A value: copies share nothing that changes, so one
 /// calendar may serve several threads.
@@ -60,6 +90,34 @@ public:
 private:
     std::string m_name;
     OffsetAt m_offsetAt;
+};
+
+/// Consecutive local days, laid out once so that an instant finds its day by binary search.
+class DayTable {
+public:
+    /// The days from `first` to `last` inclusive; days that the zone skipped are left out.
+    DayTable(const Calendar& calendar, std::chrono::local_days first, std::chrono::local_days last);
+
+    /// First instant of each day, strictly increasing.
+    [[nodiscard]] const std::vector<Instant>& starts() const
+    {
+        return m_starts;
+    }
+
+    /// Index into `starts` of the local day that holds the instant; nothing outside of the table. Exact also where
+    /// the clock falls back across midnight and a stretch of the day before comes again.
+    [[nodiscard]] std::optional<std::size_t> indexOf(Instant instant) const;
+
+private:
+    /// A stretch of one day; it lasts until the next span begins.
+    struct Span {
+        Instant begin;
+        std::optional<std::size_t> day; ///< nothing for the time before and after the days of the table
+    };
+    void addSpans(const Calendar& calendar, const std::vector<std::chrono::local_days>& days);
+
+    std::vector<Instant> m_starts;
+    std::vector<Span> m_spans; ///< sorted
 };
 
 } // namespace tallyfox

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstdint>
 #include <optional>
+#include <string_view>
 
 namespace tallyfox {
 
@@ -20,5 +21,13 @@ inline constexpr Instant distantFuture{Instant{std::chrono::sys_days{std::chrono
 /// The instant `seconds` after 1970-01-01T00:00:00Z, rounded to the nearest microsecond. Values outside of
 /// [`distantPast`, `distantFuture`], infinities included, saturate; not-a-number gives `distantPast`.
 Instant instantFromUnixSeconds(double seconds);
+
+/// The instant that an ISO 8601 timestamp names, in one of two forms:
+/// - "2025-03-04T05:06:07Z": without a fraction, and with a zone designator;
+/// - "2025-03-04T05:06:07.123Z": with a fraction of any number of digits (those beyond microseconds are cut off); the
+///   zone designator may be missing and then means UTC.
+/// A zone designator is "Z", or "+hh:mm", "-hh:mm", "+hhmm" or "-hhmm". Nothing for any other text, for dates and times
+/// that do not exist (30 February, 24:00, second 60), and for instants outside of the years 1 to 9999 (UTC).
+std::optional<Instant> parseISO8601(std::string_view text);
 
 } // namespace tallyfox

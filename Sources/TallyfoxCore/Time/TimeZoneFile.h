@@ -1,7 +1,7 @@
 #pragma once
 
+#include "TallyfoxCore/Time/Calendar.h"
 #include "TallyfoxCore/Time/TimeZoneRule.h"
-#include "TallyfoxCore/Time/ZoneOffset.h"
 
 #include <chrono>
 #include <filesystem>

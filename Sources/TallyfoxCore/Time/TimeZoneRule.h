@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TallyfoxCore/Time/ZoneOffset.h"
+#include "TallyfoxCore/Time/Calendar.h"
 
 #include <chrono>
 #include <optional>

@@ -1,7 +1,7 @@
 #include "TallyfoxCore/Usage/CodexUsageParser.h"
 
 #include "TallyfoxCore/Json/JsonFields.h"
-#include "TallyfoxCore/Time/Iso8601.h"
+#include "TallyfoxCore/Time/Instant.h"
 #include "TallyfoxCore/Usage/TokenSum.h"
 
 namespace tallyfox {

@@ -5,9 +5,9 @@
 
 namespace tallyfox {
 
-void stopBecauseTokenSumOverflows()
+void stopProgram(const char* why)
 {
-    std::fputs("tallyfox: stopped: the token counts of the history add up to more than 64 bits hold\n", stderr);
+    std::fprintf(stderr, "tallyfox: stopped: %s\n", why);
     std::_Exit(EXIT_FAILURE);
 }
 

@@ -1,6 +1,5 @@
 #include "TallyfoxCore/Usage/UsageSummary.h"
 
-#include "TallyfoxCore/Time/DayTable.h"
 #include "TallyfoxCore/Usage/TokenSum.h"
 
 #include <algorithm>

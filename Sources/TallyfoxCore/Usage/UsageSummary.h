@@ -1,7 +1,6 @@
 #pragma once
 
 #include "TallyfoxCore/Time/Calendar.h"
-#include "TallyfoxCore/Usage/DailyUsage.h"
 #include "TallyfoxCore/Usage/UsageSample.h"
 
 #include <cstdint>
@@ -9,6 +8,20 @@
 #include <vector>
 
 namespace tallyfox {
+
+/// The tokens of one calendar day.
+struct DailyUsage {
+    Instant date = distantPast; ///< first instant of the local day
+    std::int64_t tokens = 0; ///< sum of the totals of the day's samples
+
+    /// Identity among the days of one series, which never holds a day twice.
+    [[nodiscard]] Instant id() const
+    {
+        return date;
+    }
+
+    friend bool operator==(const DailyUsage&, const DailyUsage&) = default;
+};
 
 /// What a provider's samples add up to: a zero-filled daily series of the 365 local days that end today.
 struct UsageSummary {

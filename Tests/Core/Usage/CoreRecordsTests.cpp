@@ -1,7 +1,7 @@
 #include "Support/Moments.h"
 #include "TallyfoxCore/Files/LocalUsageScanner.h"
 #include "TallyfoxCore/TallyfoxCore.h"
-#include "TallyfoxCore/Time/ZoneOffset.h"
+#include "TallyfoxCore/Time/Calendar.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,5 @@
 #include "Tallyfox/Agent/Popover/DashboardModel.h"
 
-#include "TallyfoxCore/Usage/ProgrammingErrors.h"
 #include "TallyfoxCore/Usage/TokenSum.h"
 
 #include <algorithm>
@@ -61,7 +60,7 @@ std::vector<DailyUsage> combinedDays(std::span<const ProviderState> states)
     for (const ProviderState& state : states.subspan(1)) {
         const std::vector<DailyUsage> series = state.summary.series(daysOfYear);
         if (series.size() < days.size())
-            stopBecauseDailySeriesDiffer();
+            stopProgram("the daily series of the providers differ in length");
         for (std::size_t i = 0; i < days.size(); ++i)
             days[i].tokens = tokenSum(days[i].tokens, series[i].tokens);
     }

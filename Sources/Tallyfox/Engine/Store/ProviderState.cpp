@@ -1,6 +1,6 @@
 #include "Tallyfox/Engine/Store/ProviderState.h"
 
-#include "TallyfoxCore/Usage/ProgrammingErrors.h"
+#include "TallyfoxCore/Usage/TokenSum.h"
 
 #include <QtGlobal>
 
@@ -63,7 +63,7 @@ std::int64_t roundedPercent(double percent)
     constexpr double limit = 0x1p63; // the first double beyond the signed 64-bit integers
     const double rounded = std::round(percent);
     if (!(rounded >= -limit && rounded < limit))
-        stopBecausePercentIsNoInteger();
+        stopProgram("the quota percentage is no number that 64 bits hold");
     return static_cast<std::int64_t>(rounded);
 }
 
@@ -124,7 +124,7 @@ std::optional<std::int64_t> combinedPercent(const std::vector<ProviderState>& st
             continue;
         const double percent = state.quota->primary.usedPercent;
         if (std::isnan(percent)) // would lose every comparison, and with it be passed over in silence
-            stopBecausePercentIsNoInteger();
+            stopProgram("the quota percentage is no number that 64 bits hold");
         highest = highest ? std::max(*highest, percent) : percent;
     }
     return highest ? std::optional{roundedPercent(*highest)} : std::nullopt;

@@ -3,7 +3,7 @@
 #include "Tallyfox/Engine/Store/HomeFolderPicker.h"
 #include "Tallyfox/Engine/Store/RefreshRun.h"
 #include "Tallyfox/Engine/Store/RefreshTimer.h"
-#include "TallyfoxCore/Usage/ProgrammingErrors.h"
+#include "TallyfoxCore/Usage/TokenSum.h"
 
 #include <QEvent>
 
@@ -158,7 +158,7 @@ void UsageStore::setRefreshInterval(std::int64_t minutes)
     constexpr std::int64_t secondsPerMinute = 60;
     std::int64_t seconds = 0;
     if (__builtin_mul_overflow(std::max<std::int64_t>(minutes, 1), secondsPerMinute, &seconds))
-        stopBecauseRefreshIntervalOverflows();
+        stopProgram("the refresh interval has more seconds than 64 bits hold");
     m->m_interval = std::chrono::seconds{seconds};
     m->m_timer.arm(std::min(*m->m_interval, RefreshTimer::maximumInterval));
 }

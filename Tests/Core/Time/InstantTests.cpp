@@ -1,5 +1,5 @@
 #include "Support/Moments.h"
-#include "TallyfoxCore/Time/Iso8601.h"
+#include "TallyfoxCore/Time/Instant.h"
 
 #include <gtest/gtest.h>
 

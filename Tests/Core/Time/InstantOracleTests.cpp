@@ -1,4 +1,4 @@
-#include "TallyfoxCore/Time/Iso8601.h"
+#include "TallyfoxCore/Time/Instant.h"
 
 #include <gtest/gtest.h>
 
