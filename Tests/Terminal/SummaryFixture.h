@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Support/Moments.h"
-#include "Tallyfox/Engine/Store/SummaryFigures.h"
+#include "Tallyfox/Engine/Store/UsageSnapshot.h"
 
 #include <vector>
 
@@ -21,11 +21,12 @@ inline UsageSummary summaryOf(std::int64_t today, std::int64_t earlier, const Ca
 }
 
 /// Both providers after a refresh: Claude with local history, Codex connected with two quota windows.
-inline SummaryFigures connectedFigures()
+inline UsageSnapshot connectedFigures()
 {
-    SummaryFigures figures;
+    UsageSnapshot figures;
     figures.calendar = zone("Europe/Berlin");
     figures.lastUpdated = summaryNow;
+    figures.now = summaryNow;
     figures.combinedPercent = 43;
     figures.hasHomeAccess = true;
     figures.states = {initialState(Provider::claude, summaryNow, figures.calendar),

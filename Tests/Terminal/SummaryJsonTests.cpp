@@ -96,7 +96,7 @@ TEST(SummaryJson, quotaIsShownWithBothWindows)
 
 TEST(SummaryJson, missingValuesAreNull)
 {
-    SummaryFigures figures = connectedFigures();
+    UsageSnapshot figures = connectedFigures();
     figures.lastUpdated = std::nullopt;
     figures.combinedPercent = std::nullopt;
     figures.states[0].updatedAt = distantPast;
@@ -112,7 +112,7 @@ TEST(SummaryJson, missingValuesAreNull)
 
 TEST(SummaryJson, anotherReaderUnderstandsTheWholeDocument)
 {
-    SummaryFigures figures = connectedFigures();
+    UsageSnapshot figures = connectedFigures();
     figures.states[0].detail = "\"quoted\" \\ \n \x01";
     const std::string document = SummaryJson::document(figures);
     EXPECT_EQ(document.find('\n'), document.size() - 1);
@@ -130,7 +130,7 @@ TEST(SummaryJson, anotherReaderUnderstandsTheWholeDocument)
 
 TEST(SummaryJson, daysAreThoseOfTheCalendar)
 {
-    SummaryFigures figures = connectedFigures();
+    UsageSnapshot figures = connectedFigures();
     figures.calendar = zone("Pacific/Apia");
     figures.states = {initialState(Provider::claude, utcTime(2012, 1, 15), figures.calendar)};
     const std::string document = SummaryJson::document(figures);

@@ -15,9 +15,9 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
-std::string table(const SummaryFigures& figures, const TextStyle& style = {})
+std::string table(const UsageSnapshot& figures, const TextStyle& style = {})
 {
-    return SummaryTable::text(figures, summaryNow, style);
+    return SummaryTable::text(figures, style);
 }
 
 std::size_t widestLine(const std::string& text)
@@ -32,7 +32,7 @@ std::size_t widestLine(const std::string& text)
 /// The row of a table's only quota window.
 std::string quotaRow(double percent, std::optional<std::int64_t> minutes = {}, const TextStyle& style = {})
 {
-    SummaryFigures figures = connectedFigures();
+    UsageSnapshot figures = connectedFigures();
     figures.states.erase(figures.states.begin());
     QuotaSnapshot& quota = *figures.states[0].quota;
     quota.primary.usedPercent = percent;
@@ -84,7 +84,7 @@ TEST(SummaryTable, widthIsThatOfTheTerminalUpTo80Columns)
 
 TEST(SummaryTable, missingGrantShowsNoFigures)
 {
-    SummaryFigures figures = connectedFigures();
+    UsageSnapshot figures = connectedFigures();
     figures.states[0].health = SourceHealth::permissionRequired;
     figures.states[0].detail = "Home folder access required";
     const std::string text = table(figures);
@@ -97,7 +97,7 @@ TEST(SummaryTable, missingGrantShowsNoFigures)
 
 TEST(SummaryTable, partialHistoryIsSaid)
 {
-    SummaryFigures figures = connectedFigures();
+    UsageSnapshot figures = connectedFigures();
     figures.states[1].isPartialHistory = true;
     EXPECT_THAT(table(figures), HasSubstr("12,345 tokens at least, history read in part"));
     EXPECT_LE(widestLine(table(figures)), 80U);
@@ -105,7 +105,7 @@ TEST(SummaryTable, partialHistoryIsSaid)
 
 TEST(SummaryTable, beforeAnyRefreshNothingIsInvented)
 {
-    SummaryFigures figures;
+    UsageSnapshot figures;
     for (const Provider provider : allProviders)
         figures.states.push_back(initialState(provider, summaryNow, figures.calendar));
     const std::string text = table(figures);
@@ -116,7 +116,7 @@ TEST(SummaryTable, beforeAnyRefreshNothingIsInvented)
 
 TEST(SummaryTable, resetsThatAreUnknownOrPastAreSaid)
 {
-    SummaryFigures figures = connectedFigures();
+    UsageSnapshot figures = connectedFigures();
     figures.states[1].quota->primary.resetsAt = std::nullopt;
     figures.states[1].quota->secondary->resetsAt = summaryNow - std::chrono::minutes{5};
     EXPECT_THAT(table(figures), HasSubstr("reset not reported"));
@@ -143,7 +143,7 @@ TEST(SummaryTable, percentagesAreRoundedButNotClamped)
     EXPECT_EQ(figure(-0.5), "-1%");
     for (const double useless : {std::nan(""), HUGE_VAL, -HUGE_VAL, 1e300})
         EXPECT_EQ(figure(useless), "—");
-    SummaryFigures figures = connectedFigures();
+    UsageSnapshot figures = connectedFigures();
     for (const double percent : {-5.0, 250.0, 1e300, std::nan("")}) {
         figures.states[1].quota->primary.usedPercent = percent;
         EXPECT_LE(widestLine(table(figures)), 80U) << percent;
@@ -164,7 +164,7 @@ TEST(SummaryTable, colourFollowsHealthAndPressure)
 
 TEST(SummaryTable, controlCharactersNeverReachTheTerminal)
 {
-    SummaryFigures figures = connectedFigures();
+    UsageSnapshot figures = connectedFigures();
     figures.states[0].detail = "evil\x1b[2J\ntext\xC2\x9B\xFF";
     figures.calendar = Calendar{"Zone\x1b]0;title\x07", [](auto) { return ZoneOffset::always({}); }};
     const std::string text = table(figures);
@@ -175,7 +175,7 @@ TEST(SummaryTable, controlCharactersNeverReachTheTerminal)
 
 TEST(SummaryTable, largestCountsKeepTheColumns)
 {
-    SummaryFigures figures = connectedFigures();
+    UsageSnapshot figures = connectedFigures();
     figures.states[0].summary.totalTokens = std::numeric_limits<std::int64_t>::max();
     EXPECT_THAT(table(figures), HasSubstr("9223372036854.8M   9,223,372,036,854,775,807 tokens"));
     EXPECT_LE(widestLine(table(figures)), 80U);

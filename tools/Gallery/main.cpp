@@ -10,8 +10,7 @@
 #include "Tallyfox/Agent/Settings/SettingsView.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 #include "Tallyfox/Agent/Theme/Translations.h"
-#include "Tallyfox/Engine/Store/StoreEnvironment.h"
-#include "Tallyfox/Engine/System/SystemCalendar.h"
+#include "Tallyfox/Engine/Store/UsageStore.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -30,10 +29,7 @@ using tallyfox::gallery::GalleryState;
 /// The figures of real histories, with a quota as `codex` would report it.
 GalleryState stateOfHome(const QString& home)
 {
-    StoreEnvironmentOptions options;
-    options.home = home.toStdString();
-    options.fetchQuota = false;
-    UsageStoreEnvironment environment = systemEnvironment(options);
+    StoreEnvironment environment = systemEnvironment({}, home.toStdString());
     environment.fetchQuota = [now = environment.now](const std::stop_token&) {
         const auto states = gallery::galleryStates();
         const auto withQuota = std::find_if(states.begin(), states.end(), [](const GalleryState& state) {
@@ -52,7 +48,7 @@ GalleryState stateOfHome(const QString& home)
     });
     store.refresh();
     QCoreApplication::exec();
-    return {.name = QStringLiteral("home"), .usage = usageSnapshot(store, environment.now(), systemCalendar())};
+    return {.name = QStringLiteral("home"), .usage = store.snapshot()};
 }
 
 bool save(QWidget& widget, const QDir& folder, const QString& name)

@@ -1,9 +1,8 @@
 #include "Tallyfox/Terminal/CommandLineProgram.h"
 
 #include "Tallyfox/Engine/Preferences/UserDefaults.h"
-#include "Tallyfox/Engine/Store/StoreEnvironment.h"
+#include "Tallyfox/Engine/Store/UsageStore.h"
 #include "Tallyfox/Engine/System/StandardStreams.h"
-#include "Tallyfox/Engine/System/SystemCalendar.h"
 #include "Tallyfox/Engine/System/SystemPaths.h"
 #include "Tallyfox/Engine/System/TerminationSignals.h"
 #include "Tallyfox/Terminal/SummaryJson.h"
@@ -36,36 +35,21 @@ ExitStatus print(std::string_view text, ExitStatus status = ExitStatus::done)
     return ExitStatus::failure;
 }
 
-UsageStoreEnvironment environmentOf(const SummaryRequest& request)
+StoreEnvironment makeEnvironment(const SummaryRequest& request, const std::optional<std::filesystem::path>& home)
 {
-    StoreEnvironmentOptions options;
-    options.home = request.home;
-    options.fetchQuota = request.fetchesQuota;
-    options.userDefaults = UserDefaults::standardPath();
+    StoreEnvironment environment = systemEnvironment(UserDefaults::standardPath(), home);
     if (request.fetchesQuota)
-        options.reaper = std::make_shared<ChildReaper>();
-    UsageStoreEnvironment environment = systemEnvironment(options);
-    // One calendar for the whole run: the days are printed as they were counted.
-    environment.calendar = [calendar = systemCalendar()] { return calendar; };
+        addCodexQuota(environment);
     return environment;
-}
-
-SummaryFigures figuresOf(const UsageStore& store, const Calendar& calendar)
-{
-    return {.states = store.states(),
-            .lastUpdated = store.lastUpdated(),
-            .combinedPercent = store.combinedPercent(),
-            .hasHomeAccess = store.hasHomeAccess(),
-            .calendar = calendar};
 }
 
 /// One refresh of the application's own store, on its own event loop. A signal that ends the program ends it here,
 /// after the processes it has started.
-SummaryFigures figuresOfOneRefresh(const UsageStoreEnvironment& environment)
+UsageSnapshot refreshOnce(const StoreEnvironment& environment)
 {
     TerminationSignals signals;
     signals.watch();
-    SummaryFigures figures;
+    UsageSnapshot snapshot;
     {
         UsageStore store{environment};
         QObject::connect(&store, &UsageStore::isRefreshingPublished, &store, [](bool isRefreshing) {
@@ -79,10 +63,10 @@ SummaryFigures figuresOfOneRefresh(const UsageStoreEnvironment& environment)
         heartbeat.start(std::chrono::seconds{1});
         store.refresh();
         QCoreApplication::exec();
-        figures = figuresOf(store, environment.calendar());
+        snapshot = store.snapshot();
     }
     signals.dieOfReceived();
-    return figures;
+    return snapshot;
 }
 
 /// Replaces this process by the agent's program, with the same arguments: it loads the toolkit, which commands of a
@@ -144,17 +128,13 @@ ExitStatus CommandLineProgram::runRequest(const SummaryRequest& request)
     const auto home = checkedHome(request.home);
     if (const auto* error = std::get_if<UsageError>(&home))
         return runRequest(*error);
-    SummaryRequest checked = request;
-    checked.home = std::get<std::optional<std::filesystem::path>>(home);
     StandardStreams::silenceToolkit();
     const QCoreApplication application{m_argc, m_argv};
-    const UsageStoreEnvironment environment = environmentOf(checked);
-    const SummaryFigures figures = figuresOfOneRefresh(environment);
-
-    const ExitStatus status = figures.hasHomeAccess ? ExitStatus::done : ExitStatus::noHomeFolder;
-    const std::string text = checked.isJson
-        ? SummaryJson::document(figures)
-        : SummaryTable::text(figures, environment.now(), StandardStreams::outputStyle());
+    const UsageSnapshot snapshot =
+        refreshOnce(makeEnvironment(request, std::get<std::optional<std::filesystem::path>>(home)));
+    const ExitStatus status = snapshot.hasHomeAccess ? ExitStatus::done : ExitStatus::noHomeFolder;
+    const std::string text =
+        request.isJson ? SummaryJson::document(snapshot) : SummaryTable::text(snapshot, StandardStreams::outputStyle());
     const ExitStatus outcome = print(text, status);
     if (outcome == ExitStatus::noHomeFolder)
         StandardStreams::writeDiagnostic("no home folder has been granted; --home DIR uses one for this run");

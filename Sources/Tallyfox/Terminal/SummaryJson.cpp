@@ -107,19 +107,19 @@ void writeState(JsonWriter& json, const ProviderState& state, const Calendar& ca
 
 } // namespace
 
-std::string document(const SummaryFigures& figures)
+std::string document(const UsageSnapshot& snapshot)
 {
     JsonWriter json;
     json.beginObject();
     writeInteger(json, "schemaVersion", schemaVersion);
-    writeText(json, "timeZone", figures.calendar.timeZoneName());
-    writeFlag(json, "hasHomeAccess", figures.hasHomeAccess);
-    writeInstant(json, "lastUpdated", figures.lastUpdated);
-    writeInteger(json, "combinedPercent", figures.combinedPercent);
+    writeText(json, "timeZone", snapshot.calendar.timeZoneName());
+    writeFlag(json, "hasHomeAccess", snapshot.hasHomeAccess);
+    writeInstant(json, "lastUpdated", snapshot.lastUpdated);
+    writeInteger(json, "combinedPercent", snapshot.combinedPercent);
     json.name("states");
     json.beginArray();
-    for (const ProviderState& state : figures.states)
-        writeState(json, state, figures.calendar);
+    for (const ProviderState& state : snapshot.states)
+        writeState(json, state, snapshot.calendar);
     json.endArray();
     json.endObject();
     return json.text() + '\n';

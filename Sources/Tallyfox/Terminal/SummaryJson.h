@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Tallyfox/Engine/Store/SummaryFigures.h"
+#include "Tallyfox/Engine/Store/UsageSnapshot.h"
 
 #include <string>
 
@@ -11,6 +11,6 @@ inline constexpr int schemaVersion = 1;
 
 /// The figures as one JSON object in UTF-8 with a line feed at the end. A missing value is null, and so is the
 /// `updatedAt` of a state whose data were never obtained.
-std::string document(const SummaryFigures& figures);
+std::string document(const UsageSnapshot& snapshot);
 
 } // namespace tallyfox::SummaryJson

@@ -163,12 +163,12 @@ Tone toneOf(SourceHealth health)
     return Tone::quiet;
 }
 
-std::string headLine(const SummaryFigures& figures, const TextStyle& style)
+std::string headLine(const UsageSnapshot& snapshot, const TextStyle& style)
 {
     constexpr std::string_view name = "Tallyfox";
-    const std::string zone = withoutControls(figures.calendar.timeZoneName());
-    const std::string when = figures.lastUpdated
-        ? DateText::localDayAndTime(*figures.lastUpdated, figures.calendar) + " · " + zone
+    const std::string zone = withoutControls(snapshot.calendar.timeZoneName());
+    const std::string when = snapshot.lastUpdated
+        ? DateText::localDayAndTime(*snapshot.lastUpdated, snapshot.calendar) + " · " + zone
         : "not refreshed yet · " + zone;
     const std::size_t width = std::min(style.columns, widestTable);
     const std::size_t taken = name.size() + columnsOf(when);
@@ -196,9 +196,9 @@ std::string rowLine(const SummaryRow& row, const Columns& columns, const TextSty
     return line + '\n';
 }
 
-std::string footLine(const SummaryFigures& figures, const Columns& columns, const TextStyle& style)
+std::string footLine(const UsageSnapshot& snapshot, const Columns& columns, const TextStyle& style)
 {
-    const auto percent = figures.combinedPercent;
+    const auto percent = snapshot.combinedPercent;
     const std::string text = percent ? std::to_string(*percent) + '%' : std::string{missing};
     const Tone tone = percent ? toneOfPercent(static_cast<double>(*percent)) : Tone::quiet;
     return padRight("In use", indent.size() + columns.label) + std::string{gap}
@@ -208,24 +208,24 @@ std::string footLine(const SummaryFigures& figures, const Columns& columns, cons
 
 } // namespace
 
-std::string text(const SummaryFigures& figures, Instant now, const TextStyle& style)
+std::string text(const UsageSnapshot& snapshot, const TextStyle& style)
 {
     std::vector<std::vector<SummaryRow>> blocks;
     Columns columns;
-    for (const ProviderState& state : figures.states) {
-        blocks.push_back(summaryRows(state, now, figures.calendar));
+    for (const ProviderState& state : snapshot.states) {
+        blocks.push_back(summaryRows(state, snapshot.now, snapshot.calendar));
         for (const SummaryRow& row : blocks.back())
             columns.widenTo(row);
     }
     columns.fitBar(std::min(style.columns, widestTable));
 
-    std::string table = headLine(figures, style);
+    std::string table = headLine(snapshot, style);
     for (std::size_t index = 0; index < blocks.size(); ++index) {
-        table += '\n' + stateLine(figures.states[index], columns, style);
+        table += '\n' + stateLine(snapshot.states[index], columns, style);
         for (const SummaryRow& row : blocks[index])
             table += rowLine(row, columns, style);
     }
-    return table + '\n' + footLine(figures, columns, style);
+    return table + '\n' + footLine(snapshot, columns, style);
 }
 
 } // namespace tallyfox::SummaryTable

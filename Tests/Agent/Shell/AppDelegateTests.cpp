@@ -1,7 +1,10 @@
 #include "Engine/Store/StoreFixture.h"
 #include "Support/Agent/FakeDesktop.h"
+#include "Tallyfox/Agent/Charts/LineChart.h"
+#include "Tallyfox/Agent/Controls/AccessibleElements.h"
 #include "Tallyfox/Agent/Shell/AppDelegate.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QMouseEvent>
 
@@ -102,6 +105,24 @@ TEST_F(AppDelegateTest, clickOpensThePopoverAndRefreshes)
     ASSERT_NE(popover(), nullptr);
     EXPECT_EQ(popover()->size(), QSize(420, 680));
     EXPECT_TRUE(spinUntil([&] { return fetches == 2; }));
+}
+
+TEST_F(AppDelegateTest, daysAreLabelledAsTheyWereCountedUntilTheyAreCountedInAnotherZone)
+{
+    installAccessibleElements();
+    Calendar calendar = zone("Pacific/Auckland");
+    environment.calendar = [&calendar] { return calendar; };
+    const auto delegate = launched();
+    calendar = zone("America/Los_Angeles"); // where Auckland's 22 November begins on the 21st
+    delegate->togglePopover();
+    const auto lastDay = [] {
+        auto* const chart = popover()->findChild<LineChart*>();
+        QAccessibleInterface* const series = QAccessible::queryAccessibleInterface(chart)->child(0);
+        return series->child(series->childCount() - 1)->text(QAccessible::Name).section(QLatin1Char{':'}, 0, 0);
+    };
+    EXPECT_EQ(lastDay(), QStringLiteral("Nov 22, 2026"));
+    waitForRefresh(2);
+    EXPECT_TRUE(spinUntil([&] { return lastDay() == QStringLiteral("Nov 21, 2026"); }));
 }
 
 TEST_F(AppDelegateTest, secondClickClosesThePopover)

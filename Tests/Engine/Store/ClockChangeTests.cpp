@@ -14,6 +14,17 @@ protected:
         writeClaudeHistory(1200);
     }
 
+    /// The zone changes, and no refresh follows.
+    void changeZone(const Calendar& calendar)
+    {
+        m_calendar = calendar;
+    }
+
+    [[nodiscard]] UsageSnapshot snapshot() const
+    {
+        return m_store->snapshot();
+    }
+
     /// What a refresh at that moment, in that zone, says.
     const UsageSummary& summaryAt(Instant time, const Calendar& calendar = Calendar::utc())
     {
@@ -82,6 +93,35 @@ TEST_F(ClockChangeTest, zoneThatChangesMovesTheRecordToItsDayThere)
     EXPECT_EQ(inAuckland.todayTokens, 0);
     EXPECT_EQ(inAuckland.totalTokens, 1200);
     EXPECT_EQ(summaryAt(now, zone("America/Los_Angeles")).todayTokens, 1200);
+}
+
+TEST_F(ClockChangeTest, snapshotKeepsTheZoneThatItsDaysWereCountedIn)
+{
+    summaryAt(now, zone("Pacific/Auckland"));
+    changeZone(zone("America/Los_Angeles"));
+    const UsageSnapshot before = snapshot();
+    EXPECT_EQ(before.calendar.timeZoneName(), "Pacific/Auckland");
+    EXPECT_EQ(before.calendar.dayOf(before.states[0].summary.last365Days.back().date), localDay(2026, 11, 22));
+    EXPECT_EQ(before.now, now);
+    EXPECT_EQ(before.lastUpdated, now);
+    EXPECT_TRUE(before.hasHomeAccess);
+    EXPECT_FALSE(before.isRefreshing);
+    summaryAt(now, zone("America/Los_Angeles"));
+    EXPECT_EQ(snapshot().calendar.timeZoneName(), "America/Los_Angeles");
+}
+
+TEST_F(ClockChangeTest, zoneThatChangesDuringARefreshDoesNotSplitItsDays)
+{
+    summaryAt(now);
+    const auto calls = std::make_shared<int>(0);
+    environment.calendar = [calls] { return zone(++*calls == 2 ? "Pacific/Auckland" : "America/Los_Angeles"); };
+    UsageStore store{environment};
+    refresh(store);
+    EXPECT_EQ(*calls, 2) << "once for the new store, once for the refresh";
+    EXPECT_EQ(store.snapshot().calendar.timeZoneName(), "Pacific/Auckland");
+    for (const ProviderState& each : store.states())
+        EXPECT_EQ(each.summary.last365Days.size(), 365U);
+    EXPECT_EQ(store.states()[0].summary.last365Days.back().date, utcTime(2026, 11, 21, 11));
 }
 
 } // namespace tallyfox::test

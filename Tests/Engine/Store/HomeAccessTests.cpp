@@ -1,8 +1,7 @@
 #include "Engine/Store/StoreFixture.h"
 #include "Tallyfox/Engine/Preferences/HomeFolderGrant.h"
 #include "Tallyfox/Engine/Preferences/UserDefaults.h"
-#include "Tallyfox/Engine/Store/HistoryScan.h"
-#include "Tallyfox/Engine/Store/StoreEnvironment.h"
+#include "Tallyfox/Engine/Store/ProviderLoad.h"
 
 namespace tallyfox::test {
 
@@ -13,12 +12,8 @@ class HomeAccessTest : public StoreTest {
 protected:
     HomeAccessTest()
     {
-        environment = systemEnvironment(options());
-    }
-
-    StoreEnvironmentOptions options()
-    {
-        return {.home = {}, .fetchQuota = false, .userDefaults = file(), .reaper = {}, .picker = &picker};
+        environment = systemEnvironment(file(), std::nullopt);
+        environment.picker = &picker;
     }
 
     [[nodiscard]] std::filesystem::path file() const
@@ -198,9 +193,7 @@ TEST_F(HomeAccessTest, grantedFolderWithoutHistoriesIsValidAndHasNone)
 
 TEST_F(HomeAccessTest, folderHandedInReplacesTheGrantAndStoresNothing)
 {
-    StoreEnvironmentOptions handedIn = options();
-    handedIn.home = home();
-    UsageStore store{systemEnvironment(handedIn)};
+    UsageStore store{systemEnvironment(file(), home())};
     EXPECT_TRUE(store.hasHomeAccess());
     refresh(store);
     expectBadge(store.states()[0], "Unavailable", "Log in via CLI and refresh");

@@ -1,7 +1,7 @@
 #include "Engine/Store/StoreFixture.h"
 #include "Support/AnyHistory.h"
 #include "Support/HistoryRecords.h"
-#include "Tallyfox/Engine/Store/HistoryScan.h"
+#include "Tallyfox/Engine/Store/ProviderLoad.h"
 
 #include <optional>
 #include <rapidcheck/gtest.h>

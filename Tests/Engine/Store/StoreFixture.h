@@ -126,7 +126,7 @@ protected:
 
     const Instant now = utcTime(2026, 11, 21, 12);
     FakeHomeFolderPicker picker;
-    UsageStoreEnvironment environment;
+    StoreEnvironment environment;
 
 private:
     ScratchFolder m_home;

@@ -258,15 +258,10 @@ TEST_F(UsageStoreTest, loadsThatThrowBecomeUpdates)
         expectBadge(state, "Permission", "Home folder access required");
 }
 
-TEST_F(UsageStoreTest, calendarAndClockThatThrowInALoadLoseNoRefresh)
+TEST_F(UsageStoreTest, clockThatThrowsInALoadLosesNoRefresh)
 {
     writeClaudeHistory(5);
     const auto mainThread = std::this_thread::get_id();
-    environment.calendar = [mainThread] {
-        if (std::this_thread::get_id() != mainThread)
-            throw std::runtime_error{"no zone"};
-        return Calendar::utc();
-    };
     environment.now = [mainThread, time = now] {
         if (std::this_thread::get_id() != mainThread)
             throw std::runtime_error{"no clock"};

@@ -91,7 +91,7 @@ public:
 /// A desktop that writes down what the agent asks of it. The parts it has handed out are valid as long as the agent.
 class FakeDesktop {
 public:
-    AppDelegateEnvironment environment(const UsageStoreEnvironment& store)
+    AppDelegateEnvironment environment(const StoreEnvironment& store)
     {
         AppDelegateEnvironment result;
         result.store = store;

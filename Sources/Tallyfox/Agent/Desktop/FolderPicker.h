@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Tallyfox/Engine/Store/HomeFolderPicker.h"
+#include "Tallyfox/Engine/Store/StoreEnvironment.h"
 
 #include <QObject>
 

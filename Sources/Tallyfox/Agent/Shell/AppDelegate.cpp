@@ -96,7 +96,7 @@ void AppDelegate::closePopover()
 
 void AppDelegate::openPopover()
 {
-    m_popover.view().setUsage(snapshot());
+    m_popover.view().setUsage(m_store.snapshot());
     m_popover.open(m_lastClick);
     m_store.refresh();
 }
@@ -106,7 +106,7 @@ void AppDelegate::showSettings()
     closePopover();
     if (!m_settingsWindow)
         createSettingsWindow();
-    m_settingsWindow->setUsage(snapshot());
+    m_settingsWindow->setUsage(m_store.snapshot());
     m_settingsWindow->bringToFront();
 }
 
@@ -133,7 +133,7 @@ void AppDelegate::publishLater()
 
 void AppDelegate::publish()
 {
-    const UsageSnapshot usage = snapshot();
+    const UsageSnapshot usage = m_store.snapshot();
     if (m_popover.isVisible())
         m_popover.view().setUsage(usage);
     if (isSettingsVisible())
@@ -143,11 +143,6 @@ void AppDelegate::publish()
 bool AppDelegate::isSettingsVisible() const
 {
     return m_settingsWindow && m_settingsWindow->isVisible();
-}
-
-UsageSnapshot AppDelegate::snapshot() const
-{
-    return usageSnapshot(m_store, m_environment.store.now(), m_environment.store.calendar());
 }
 
 } // namespace tallyfox

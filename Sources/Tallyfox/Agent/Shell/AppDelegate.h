@@ -27,7 +27,7 @@ class SettingsWindow;
 
 /// The desktop as the agent sees it.
 struct AppDelegateEnvironment {
-    UsageStoreEnvironment store{};
+    StoreEnvironment store{};
     std::unique_ptr<SleepInhibitor> sleepInhibitor{};
     std::function<std::unique_ptr<StatusItem>()> makeStatusItem{};
     std::function<std::unique_ptr<GlobalShortcut>()> registerGlobalShortcut{};
@@ -74,7 +74,6 @@ private:
     void publishLater();
     void publish();
     [[nodiscard]] bool isSettingsVisible() const;
-    [[nodiscard]] UsageSnapshot snapshot() const;
 
     AppDelegateEnvironment m_environment;
     QString m_version;

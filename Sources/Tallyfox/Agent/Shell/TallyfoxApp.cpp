@@ -65,17 +65,17 @@ void introduce()
     QGuiApplication::setQuitOnLastWindowClosed(false);
 }
 
-AppDelegateEnvironment environmentOf(const StoreEnvironmentOptions& options)
+AppDelegateEnvironment makeEnvironment(StoreEnvironment store)
 {
     AppDelegateEnvironment environment;
-    environment.store = systemEnvironment(options);
+    environment.store = std::move(store);
     environment.sleepInhibitor = makeSleepInhibitor();
     environment.makeStatusItem = [] { return makeStatusItem(applicationId(), QStringLiteral("Tallyfox")); };
     environment.registerGlobalShortcut = &registerGlobalShortcut;
     environment.loginItem = makeLoginItem(commandPath(), applicationId().toStdString());
     environment.notificationCenter = makeNotificationCenter(QDBusConnection::sessionBus());
     environment.activationPolicy = makeActivationPolicySwitch();
-    environment.userDefaults = UserDefaults{options.userDefaults};
+    environment.userDefaults = UserDefaults{UserDefaults::standardPath()};
     return environment;
 }
 
@@ -160,14 +160,12 @@ void TallyfoxApp::runAgent(const AgentRequest& request, const std::optional<std:
     QGuiApplication::setWindowIcon(StatusIconPainter::icon(QString{}));
     installAccessibleElements();
     installAccessibleSettings();
-    StoreEnvironmentOptions options;
-    options.home = home;
-    options.fetchQuota = request.fetchesQuota;
-    options.userDefaults = UserDefaults::standardPath();
-    options.reaper = std::make_shared<ChildReaper>();
+    StoreEnvironment store = systemEnvironment(UserDefaults::standardPath(), home);
+    if (request.fetchesQuota)
+        addCodexQuota(store);
     FolderPicker picker;
-    options.picker = &picker;
-    AppDelegate delegate{environmentOf(options), QStringLiteral(TALLYFOX_VERSION)};
+    store.picker = &picker;
+    AppDelegate delegate{makeEnvironment(std::move(store)), QStringLiteral(TALLYFOX_VERSION)};
     QObject::connect(&picker, &FolderPicker::aboutToOpen, &delegate, &AppDelegate::closePopover);
     QObject::connect(&instance, &SingleInstance::requested, &delegate,
                      [&](InstanceRequest wish) { answer(delegate, wish); });

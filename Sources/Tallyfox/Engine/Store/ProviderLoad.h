@@ -1,23 +1,30 @@
 #pragma once
 
-#include "Tallyfox/Engine/Store/UsageStore.h"
+#include "Tallyfox/Engine/Store/ProviderState.h"
+#include "Tallyfox/Engine/Store/StoreEnvironment.h"
+#include "TallyfoxCore/Files/LocalUsageScanner.h"
 
 namespace tallyfox {
 
-/// What a load needs of the outside world: a copy of its own, so that it may outlive the store.
-struct LoadEnvironment {
-    decltype(UsageStoreEnvironment::now) now;
-    decltype(UsageStoreEnvironment::calendar) calendar;
-    decltype(UsageStoreEnvironment::authorizedHomeURL) authorizedHomeURL;
-    decltype(UsageStoreEnvironment::fetchQuota) fetchQuota;
+/// What reading one provider's history in the granted home folder brought.
+struct HistoryScan {
+    std::optional<LocalUsageScanResult> result; ///< absent when there was nothing to scan, or the scan failed
+    bool permissionRequired = false; ///< no folder has been granted
 };
 
-/// Loads one provider once: its history first, then its quota, if it has one. Every failure, also whatever is thrown,
-/// becomes part of the update. Any thread.
-ProviderUpdate loadProvider(Provider provider, const LoadEnvironment& environment,
+/// The folder of a provider's history below the granted home folder.
+std::filesystem::path historyRoot(Provider provider, const std::filesystem::path& home);
+
+/// Scans the provider's history below `home`; without a home it reads nothing and permission is required. A failed scan
+/// gives no result.
+HistoryScan scanHistory(Provider provider, const std::optional<std::filesystem::path>& home);
+
+/// Loads one provider once: its history first, then its quota, if it has one. The days are those of `calendar`. Every
+/// failure, including any exception, becomes part of the update. Any thread.
+ProviderUpdate loadProvider(Provider provider, const StoreEnvironment& environment, const Calendar& calendar,
                             const std::stop_token& stop) noexcept;
 
 /// The update of a load that could not even be started.
-ProviderUpdate failedLoad(Provider provider, const LoadEnvironment& environment) noexcept;
+ProviderUpdate failedLoad(Provider provider, const StoreEnvironment& environment) noexcept;
 
 } // namespace tallyfox

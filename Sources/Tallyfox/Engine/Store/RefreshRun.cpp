@@ -74,13 +74,14 @@ private:
     std::array<std::optional<ProviderUpdate>, allProviders.size()> m_updates;
 };
 
-RefreshRun::RefreshRun(const LoadEnvironment& environment, QObject* receiver)
-    : m_mailbox(std::make_shared<Mailbox>(receiver))
+RefreshRun::RefreshRun(const StoreEnvironment& environment, QObject* receiver)
+    : m_calendar(environment.calendar())
+    , m_mailbox(std::make_shared<Mailbox>(receiver))
 {
     for (const Provider provider : allProviders) {
-        auto load = [provider, own = LoadEnvironment{environment}, mailbox = m_mailbox,
+        auto load = [provider, own = StoreEnvironment{environment}, calendar = m_calendar, mailbox = m_mailbox,
                      stop = m_stop.get_token()]() mutable {
-            ProviderUpdate update = loadProvider(provider, own, stop);
+            ProviderUpdate update = loadProvider(provider, own, calendar, stop);
             own = {}; // nothing of the outside world is held any more when the update is out
             mailbox->deliver(std::move(update));
         };

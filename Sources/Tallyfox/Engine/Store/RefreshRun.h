@@ -20,11 +20,17 @@ class RefreshRun {
 public:
     using Updates = std::array<ProviderUpdate, allProviders.size()>;
 
-    RefreshRun(const LoadEnvironment& environment, QObject* receiver);
+    RefreshRun(const StoreEnvironment& environment, QObject* receiver);
     RefreshRun(const RefreshRun&) = delete;
     RefreshRun& operator=(const RefreshRun&) = delete;
     /// Abandons the loads unless they are done: as `abandon`, then waits a quarter of a second at most.
     ~RefreshRun();
+
+    /// The calendar of the moment of the start, which the days of all updates are counted with.
+    [[nodiscard]] const Calendar& calendar() const
+    {
+        return m_calendar;
+    }
 
     /// The updates in the order of `allProviders`. Only after the event.
     [[nodiscard]] Updates takeUpdates();
@@ -35,6 +41,7 @@ public:
 private:
     class Mailbox;
 
+    Calendar m_calendar;
     std::shared_ptr<Mailbox> m_mailbox;
     std::stop_source m_stop;
     std::array<std::thread, allProviders.size()> m_threads;

@@ -2,11 +2,13 @@
 
 #include "Tallyfox/Engine/Preferences/HomeFolderGrant.h"
 #include "Tallyfox/Engine/Preferences/UserDefaults.h"
-#include "Tallyfox/Engine/Quota/CodexQuotaFetcher.h"
-#include "Tallyfox/Engine/System/SystemCalendar.h"
+#include "Tallyfox/Engine/Quota/ChildReaper.h"
 #include "Tallyfox/Engine/System/SystemPaths.h"
 
+#include <QByteArray>
+
 #include <chrono>
+#include <memory>
 
 namespace tallyfox {
 
@@ -33,28 +35,48 @@ bool storeGrant(const std::filesystem::path& userDefaults, const std::filesystem
     return token && UserDefaults{userDefaults}.setHomeFolderBookmark(*token);
 }
 
+/// The folder of zones, which systems without a fixed place for it give in `TZDIR`.
+Calendar::Database systemDatabase()
+{
+    Calendar::Database database;
+    const QByteArray folder = qgetenv("TZDIR");
+    if (folder.startsWith('/'))
+        database.zones = folder.toStdString();
+    return database;
+}
+
 } // namespace
 
-UsageStoreEnvironment systemEnvironment(const StoreEnvironmentOptions& options)
+Calendar systemCalendar()
 {
-    UsageStoreEnvironment environment;
+    const Calendar::Database database = systemDatabase();
+    const bool isSet = qEnvironmentVariableIsSet("TZ");
+    const QByteArray timeZone = qgetenv("TZ");
+    const auto calendar = isSet ? Calendar::named(timeZone.toStdString(), database) : Calendar::ofSystem(database);
+    return calendar.value_or(Calendar::utc());
+}
+
+StoreEnvironment systemEnvironment(const std::filesystem::path& userDefaults,
+                                   const std::optional<std::filesystem::path>& home)
+{
+    StoreEnvironment environment;
     environment.now = systemNow;
     environment.calendar = systemCalendar;
-    environment.authorizedHomeURL = [home = options.home, file = options.userDefaults] {
-        return home ? home : grantedHome(file);
-    };
-    environment.grantHome = [file = options.userDefaults](const std::filesystem::path& folder) {
-        return storeGrant(file, folder);
+    environment.authorizedHomeURL = [home, userDefaults] { return home ? home : grantedHome(userDefaults); };
+    environment.grantHome = [userDefaults](const std::filesystem::path& folder) {
+        return storeGrant(userDefaults, folder);
     };
     environment.accountHome = accountHome;
-    environment.picker = options.picker;
-    if (options.fetchQuota) {
-        environment.fetchQuota = [reaper = options.reaper](const std::stop_token& stop) {
-            return CodexQuotaFetcher::fetch(CodexQuotaFetcher::candidates(accountHome()), *reaper, stop);
-        };
-        environment.endFetches = [reaper = options.reaper] { reaper->endAll(); };
-    }
     return environment;
+}
+
+void addCodexQuota(StoreEnvironment& environment)
+{
+    const auto reaper = std::make_shared<ChildReaper>();
+    environment.fetchQuota = [reaper](const std::stop_token& stop) {
+        return CodexQuotaFetcher::fetch(CodexQuotaFetcher::candidates(accountHome()), *reaper, stop);
+    };
+    environment.endFetches = [reaper] { reaper->endAll(); };
 }
 
 } // namespace tallyfox

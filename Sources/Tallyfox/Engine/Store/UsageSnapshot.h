@@ -8,20 +8,15 @@
 
 namespace tallyfox {
 
-class UsageStore;
-
-/// Everything that the views draw, as the store has published it, at one moment.
+/// Everything that views and summaries show: what the store has published, at one moment.
 struct UsageSnapshot {
-    std::vector<ProviderState> states{};
+    std::vector<ProviderState> states{}; ///< one per provider, in the order of `allProviders`
     bool isRefreshing = false;
     std::optional<Instant> lastUpdated{}; ///< nothing before the first refresh
     std::optional<std::int64_t> combinedPercent{};
     bool hasHomeAccess = false;
-    Instant now = distantPast; ///< that moment: what reset times are told from
-    Calendar calendar = Calendar::utc(); ///< the user's, for days and times of day
+    Instant now = distantPast; ///< that moment: times are shown relative to it
+    Calendar calendar = Calendar::utc(); ///< the one that the days of `states` were counted with
 };
-
-/// What `store` publishes now. Main thread.
-UsageSnapshot usageSnapshot(const UsageStore& store, Instant now, Calendar calendar);
 
 } // namespace tallyfox

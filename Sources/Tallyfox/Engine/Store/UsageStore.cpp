@@ -1,11 +1,11 @@
 #include "Tallyfox/Engine/Store/UsageStore.h"
 
-#include "Tallyfox/Engine/Store/HomeFolderPicker.h"
 #include "Tallyfox/Engine/Store/RefreshRun.h"
 #include "Tallyfox/Engine/Store/RefreshTimer.h"
 #include "TallyfoxCore/Usage/TokenSum.h"
 
 #include <QEvent>
+#include <QPointer>
 
 #include <algorithm>
 
@@ -28,13 +28,14 @@ const ProviderState* stateOf(Provider provider, const std::vector<ProviderState>
 /// Also the receiver of the refresh's event.
 class UsageStore::Private : public QObject {
 public:
-    Private(UsageStore* store, UsageStoreEnvironment environment)
+    Private(UsageStore* store, StoreEnvironment environment)
         : m_store(store)
         , m_environment(std::move(environment))
+        , m_calendar(m_environment.calendar())
         , m_hasHomeAccess(m_environment.authorizedHomeURL().has_value())
     {
         for (const Provider provider : allProviders)
-            m_states.push_back(initialState(provider, m_environment.now(), m_environment.calendar()));
+            m_states.push_back(initialState(provider, m_environment.now(), m_calendar));
     }
 
     ~Private() override
@@ -48,17 +49,14 @@ public:
     void customEvent(QEvent* /*event*/) override
     {
         const RefreshRun::Updates updates = m_run->takeUpdates();
+        m_calendar = m_run->calendar();
         m_run.reset();
         publish(merged(updates));
     }
 
     void startRun()
     {
-        m_run = std::make_unique<RefreshRun>(LoadEnvironment{.now = m_environment.now,
-                                                             .calendar = m_environment.calendar,
-                                                             .authorizedHomeURL = m_environment.authorizedHomeURL,
-                                                             .fetchQuota = m_environment.fetchQuota},
-                                             this);
+        m_run = std::make_unique<RefreshRun>(m_environment, this);
     }
 
     /// Assigns and tells. False when an observer has destroyed the store: there is nothing left to go on with.
@@ -82,7 +80,8 @@ public:
     }
 
     UsageStore* m_store;
-    UsageStoreEnvironment m_environment;
+    StoreEnvironment m_environment;
+    Calendar m_calendar; ///< the one that the days of `m_states` were counted with
     std::vector<ProviderState> m_states;
     bool m_isRefreshing = false;
     std::optional<Instant> m_lastUpdated;
@@ -97,8 +96,7 @@ private:
     {
         std::vector<ProviderState> states;
         for (const ProviderUpdate& update : updates) {
-            states.push_back(
-                merge(update, stateOf(update.provider, m_states), m_environment.now(), m_environment.calendar()));
+            states.push_back(merge(update, stateOf(update.provider, m_states), m_environment.now(), m_calendar));
         }
         return states;
     }
@@ -113,7 +111,7 @@ private:
     }
 };
 
-UsageStore::UsageStore(UsageStoreEnvironment environment, QObject* parent)
+UsageStore::UsageStore(StoreEnvironment environment, QObject* parent)
     : QObject(parent)
     , m(std::make_unique<Private>(this, std::move(environment)))
 { }
@@ -143,6 +141,17 @@ std::optional<std::int64_t> UsageStore::combinedPercent() const
 bool UsageStore::hasHomeAccess() const
 {
     return m->m_hasHomeAccess;
+}
+
+UsageSnapshot UsageStore::snapshot() const
+{
+    return {.states = m->m_states,
+            .isRefreshing = m->m_isRefreshing,
+            .lastUpdated = m->m_lastUpdated,
+            .combinedPercent = m->m_combinedPercent,
+            .hasHomeAccess = m->m_hasHomeAccess,
+            .now = m->m_environment.now(),
+            .calendar = m->m_calendar};
 }
 
 void UsageStore::refresh()

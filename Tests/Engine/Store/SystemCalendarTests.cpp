@@ -1,4 +1,4 @@
-#include "Tallyfox/Engine/System/SystemCalendar.h"
+#include "Tallyfox/Engine/Store/StoreEnvironment.h"
 
 #include <QByteArray>
 #include <gtest/gtest.h>
