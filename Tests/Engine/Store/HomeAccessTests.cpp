@@ -1,7 +1,7 @@
 #include "Engine/Store/StoreFixture.h"
 #include "Tallyfox/Engine/Preferences/HomeFolderGrant.h"
 #include "Tallyfox/Engine/Preferences/UserDefaults.h"
-#include "Tallyfox/Engine/Store/ProviderLoad.h"
+#include "Tallyfox/Engine/Store/RefreshRun.h"
 
 namespace tallyfox::test {
 

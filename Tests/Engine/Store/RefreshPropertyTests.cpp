@@ -1,7 +1,7 @@
 #include "Engine/Store/StoreFixture.h"
 #include "Support/AnyHistory.h"
 #include "Support/HistoryRecords.h"
-#include "Tallyfox/Engine/Store/ProviderLoad.h"
+#include "Tallyfox/Engine/Store/RefreshRun.h"
 
 #include <optional>
 #include <rapidcheck/gtest.h>

@@ -1,15 +1,32 @@
 #pragma once
 
-#include "Tallyfox/Engine/Store/ProviderLoad.h"
+#include "Tallyfox/Engine/Store/ProviderState.h"
+#include "Tallyfox/Engine/Store/StoreEnvironment.h"
+#include "TallyfoxCore/Files/LocalUsageScanner.h"
 
 #include <array>
+#include <filesystem>
 #include <memory>
+#include <optional>
 #include <stop_token>
 #include <thread>
 
 class QObject;
 
 namespace tallyfox {
+
+/// What reading one provider's history in the granted home folder brought.
+struct HistoryScan {
+    std::optional<LocalUsageScanResult> result; ///< absent when there was nothing to scan, or the scan failed
+    bool permissionRequired = false; ///< no folder has been granted
+};
+
+/// The folder of a provider's history below the granted home folder.
+std::filesystem::path historyRoot(Provider provider, const std::filesystem::path& home);
+
+/// Scans the provider's history below `home`; without a home it reads nothing and permission is required. A failed scan
+/// gives no result.
+HistoryScan scanHistory(Provider provider, const std::optional<std::filesystem::path>& home);
 
 /// The loads of one refresh, one for each provider, each on a thread of its own and all at the same time. When the
 /// last of them is done the receiver gets one custom event (`QEvent::User`) on its own thread. Main thread only.

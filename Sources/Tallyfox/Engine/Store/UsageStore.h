@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Tallyfox/Engine/Store/RefreshTimer.h"
 #include "Tallyfox/Engine/Store/StoreEnvironment.h"
 #include "Tallyfox/Engine/Store/UsageSnapshot.h"
 
@@ -13,6 +14,8 @@
 
 namespace tallyfox {
 
+class RefreshRun;
+
 /// The one observable store: loads both providers together on demand and on a timer, and publishes the results.
 /// Main thread only. Each assignment to a published property emits its signal, right after the assignment, also when
 /// the value is the same.
@@ -24,11 +27,26 @@ public:
     /// Never blocks on a load: asks both to stop and ends every child process they started.
     ~UsageStore() override;
 
-    [[nodiscard]] const std::vector<ProviderState>& states() const;
-    [[nodiscard]] bool isRefreshing() const;
-    [[nodiscard]] std::optional<Instant> lastUpdated() const;
-    [[nodiscard]] std::optional<std::int64_t> combinedPercent() const;
-    [[nodiscard]] bool hasHomeAccess() const;
+    [[nodiscard]] const std::vector<ProviderState>& states() const
+    {
+        return m_states;
+    }
+    [[nodiscard]] bool isRefreshing() const
+    {
+        return m_isRefreshing;
+    }
+    [[nodiscard]] std::optional<Instant> lastUpdated() const
+    {
+        return m_lastUpdated;
+    }
+    [[nodiscard]] std::optional<std::int64_t> combinedPercent() const
+    {
+        return m_combinedPercent;
+    }
+    [[nodiscard]] bool hasHomeAccess() const
+    {
+        return m_hasHomeAccess;
+    }
 
     /// All of these, with the calendar of the refresh that published them.
     [[nodiscard]] UsageSnapshot snapshot() const;
@@ -38,7 +56,10 @@ public:
     /// Refreshes every `minutes` minutes (at least 1), the first time one whole interval from now.
     void setRefreshInterval(std::int64_t minutes);
     /// The armed interval; nothing before `setRefreshInterval`.
-    [[nodiscard]] std::optional<std::chrono::seconds> refreshInterval() const;
+    [[nodiscard]] std::optional<std::chrono::seconds> refreshInterval() const
+    {
+        return m_interval;
+    }
     /// Lets the user choose the home folder; the outcome arrives through `hasHomeAccess` and a refresh.
     void requestHomeAccess();
 
@@ -49,9 +70,26 @@ Q_SIGNALS:
     void combinedPercentPublished();
     void hasHomeAccessPublished(bool hasHomeAccess);
 
+protected:
+    void customEvent(QEvent* event) override; ///< the loads of a refresh are done
+
 private:
-    class Private;
-    std::unique_ptr<Private> m;
+    void publish(std::vector<ProviderState> states);
+    bool setRefreshing(bool isRefreshing);
+    bool setHomeAccess(bool hasAccess);
+    template <typename Value, typename Signal, typename... Arguments>
+    bool assign(Value& property, Value value, Signal signal, Arguments... arguments);
+
+    StoreEnvironment m_environment;
+    Calendar m_calendar; ///< the one that the days of `m_states` were counted with
+    std::vector<ProviderState> m_states;
+    bool m_isRefreshing = false;
+    std::optional<Instant> m_lastUpdated;
+    std::optional<std::int64_t> m_combinedPercent;
+    bool m_hasHomeAccess;
+    std::optional<std::chrono::seconds> m_interval;
+    RefreshTimer m_timer{[this] { refresh(); }};
+    std::unique_ptr<RefreshRun> m_run; ///< set while refreshing
 };
 
 } // namespace tallyfox
