@@ -26,7 +26,7 @@ void checkResolution(std::string_view token)
 void checkRealToken(std::string_view bytes)
 {
     static const test::ScratchFolder folder;
-    static const std::string token = HomeFolderGrant::token(folder.path()).value();
+    static const std::string token = HomeFolderGrant::makeToken(folder.path()).value();
     const std::string withoutPath = token.substr(0, token.find("\n/") + 1);
     checkResolution(withoutPath + std::string{bytes});
     if (bytes.size() < 2)

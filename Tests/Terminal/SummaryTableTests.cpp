@@ -25,7 +25,7 @@ std::size_t widestLine(const std::string& text)
     std::istringstream stream{text};
     std::size_t widest = 0;
     for (std::string line; std::getline(stream, line);)
-        widest = std::max(widest, columnsOf(line));
+        widest = std::max(widest, countColumns(line));
     return widest;
 }
 

@@ -119,7 +119,7 @@ TEST(TextStyle, toneNeedsColour)
 
 TEST(TextStyle, paddingCountsCharactersAndNotBytes)
 {
-    EXPECT_EQ(columnsOf("—█ü"), 3U);
+    EXPECT_EQ(countColumns("—█ü"), 3U);
     EXPECT_EQ(padLeft("—", 3), "  —");
     EXPECT_EQ(padRight("ü", 3), "ü  ");
     EXPECT_EQ(padRight("long", 2), "long");
@@ -128,14 +128,14 @@ TEST(TextStyle, paddingCountsCharactersAndNotBytes)
 TEST(TextStyle, controlCharactersAreReplaced)
 {
     const std::string mark = "\xEF\xBF\xBD";
-    EXPECT_EQ(withoutControls("plain — ü 日"), "plain — ü 日");
-    EXPECT_EQ(withoutControls("a\x1b[31m\n\t\x7f"), "a" + mark + "[31m" + mark + mark + mark);
-    EXPECT_EQ(withoutControls("\xC2\x9B"
+    EXPECT_EQ(replaceControls("plain — ü 日"), "plain — ü 日");
+    EXPECT_EQ(replaceControls("a\x1b[31m\n\t\x7f"), "a" + mark + "[31m" + mark + mark + mark);
+    EXPECT_EQ(replaceControls("\xC2\x9B"
                               "31m"),
               mark + "31m")
         << "a control sequence of one character";
-    EXPECT_EQ(withoutControls("\xC2\xA0\xC2"), "\xC2\xA0" + mark);
-    EXPECT_EQ(withoutControls(std::string_view{"\0", 1}), mark);
+    EXPECT_EQ(replaceControls("\xC2\xA0\xC2"), "\xC2\xA0" + mark);
+    EXPECT_EQ(replaceControls(std::string_view{"\0", 1}), mark);
 }
 
 } // namespace

@@ -29,7 +29,7 @@ using tallyfox::gallery::GalleryState;
 /// The figures of real histories, with a quota as `codex` would report it.
 GalleryState stateOfHome(const QString& home)
 {
-    StoreEnvironment environment = systemEnvironment({}, home.toStdString());
+    StoreEnvironment environment = makeStoreEnvironment({}, home.toStdString());
     environment.fetchQuota = [now = environment.now](const std::stop_token&) {
         const auto states = gallery::galleryStates();
         const auto withQuota = std::find_if(states.begin(), states.end(), [](const GalleryState& state) {

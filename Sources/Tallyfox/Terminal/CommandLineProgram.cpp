@@ -37,7 +37,7 @@ ExitStatus print(std::string_view text, ExitStatus status = ExitStatus::done)
 
 StoreEnvironment makeEnvironment(const SummaryRequest& request, const std::optional<std::filesystem::path>& home)
 {
-    StoreEnvironment environment = systemEnvironment(UserDefaults::standardPath(), home);
+    StoreEnvironment environment = makeStoreEnvironment(UserDefaults::standardPath(), home);
     if (request.fetchesQuota)
         addCodexQuota(environment);
     return environment;
@@ -65,7 +65,7 @@ UsageSnapshot refreshOnce(const StoreEnvironment& environment)
         QCoreApplication::exec();
         snapshot = store.snapshot();
     }
-    signals.dieOfReceived();
+    signals.raiseReceived();
     return snapshot;
 }
 
@@ -125,7 +125,7 @@ ExitStatus CommandLineProgram::runRequest(const UsageError& error)
 
 ExitStatus CommandLineProgram::runRequest(const SummaryRequest& request)
 {
-    const auto home = checkedHome(request.home);
+    const auto home = checkHome(request.home);
     if (const auto* error = std::get_if<UsageError>(&home))
         return runRequest(*error);
     StandardStreams::silenceToolkit();

@@ -38,7 +38,7 @@ std::string percentText(double percent)
 }
 
 /// How pressing a percentage is.
-Tone toneOfPercent(double percent)
+Tone toTone(double percent)
 {
     constexpr double highFrom = 70;
     constexpr double nearlyUsedUpFrom = 90;
@@ -47,7 +47,7 @@ Tone toneOfPercent(double percent)
     return percent >= highFrom ? Tone::notice : Tone::good;
 }
 
-SummaryRow tokenRow(std::string label, std::int64_t tokens, const ProviderState& state)
+SummaryRow makeTokenRow(std::string label, std::int64_t tokens, const ProviderState& state)
 {
     SummaryRow row{.label = std::move(label), .tone = Tone::strong};
     if (state.health == SourceHealth::permissionRequired) {
@@ -86,28 +86,28 @@ std::string resetNote(const QuotaWindow& window, Instant now, const Calendar& ca
     return (*window.resetsAt < now ? "reset was due " : "resets ") + when;
 }
 
-SummaryRow windowRow(const QuotaWindow& window, Instant now, const Calendar& calendar)
+SummaryRow makeWindowRow(const QuotaWindow& window, Instant now, const Calendar& calendar)
 {
     return {.label = windowLabel(window),
             .figure = percentText(window.usedPercent),
             .exact = {},
             .share = window.usedPercent,
             .note = resetNote(window, now, calendar),
-            .tone = toneOfPercent(window.usedPercent)};
+            .tone = toTone(window.usedPercent)};
 }
 
 /// The rows of one provider: today, 30 days, and one per quota window.
-std::vector<SummaryRow> summaryRows(const ProviderState& state, Instant now, const Calendar& calendar)
+std::vector<SummaryRow> makeRows(const ProviderState& state, Instant now, const Calendar& calendar)
 {
-    std::vector<SummaryRow> rows{tokenRow("Today", state.summary.todayTokens, state),
-                                 tokenRow("30 days", state.summary.totalTokens, state)};
+    std::vector<SummaryRow> rows{makeTokenRow("Today", state.summary.todayTokens, state),
+                                 makeTokenRow("30 days", state.summary.totalTokens, state)};
     if (!state.quota) {
         rows.push_back({.label = "Quota", .figure = std::string{missing}, .tone = Tone::quiet});
         return rows;
     }
-    rows.push_back(windowRow(state.quota->primary, now, calendar));
+    rows.push_back(makeWindowRow(state.quota->primary, now, calendar));
     if (state.quota->secondary)
-        rows.push_back(windowRow(*state.quota->secondary, now, calendar));
+        rows.push_back(makeWindowRow(*state.quota->secondary, now, calendar));
     return rows;
 }
 
@@ -121,11 +121,11 @@ struct Columns {
 
     void widenTo(const SummaryRow& row)
     {
-        label = std::max(label, columnsOf(row.label));
-        figure = std::max(figure, columnsOf(row.figure));
-        exact = std::max(exact, columnsOf(row.exact));
+        label = std::max(label, countColumns(row.label));
+        figure = std::max(figure, countColumns(row.figure));
+        exact = std::max(exact, countColumns(row.exact));
         if (row.share)
-            note = std::max(note, columnsOf(row.note));
+            note = std::max(note, countColumns(row.note));
     }
 
     void fitBar(std::size_t columns)
@@ -148,7 +148,7 @@ std::string bar(double percent, std::size_t cells)
     return text;
 }
 
-Tone toneOf(SourceHealth health)
+Tone toTone(SourceHealth health)
 {
     switch (health) {
     case SourceHealth::connected:
@@ -166,12 +166,12 @@ Tone toneOf(SourceHealth health)
 std::string headLine(const UsageSnapshot& snapshot, const TextStyle& style)
 {
     constexpr std::string_view name = "Tallyfox";
-    const std::string zone = withoutControls(snapshot.calendar.timeZoneName());
+    const std::string zone = replaceControls(snapshot.calendar.timeZoneName());
     const std::string when = snapshot.lastUpdated
         ? DateText::localDayAndTime(*snapshot.lastUpdated, snapshot.calendar) + " · " + zone
         : "not refreshed yet · " + zone;
     const std::size_t width = std::min(style.columns, widestTable);
-    const std::size_t taken = name.size() + columnsOf(when);
+    const std::size_t taken = name.size() + countColumns(when);
     const std::size_t blanks = std::max(gap.size(), width > taken ? width - taken : 0);
     return style.paint(Tone::strong, name) + std::string(blanks, ' ') + style.paint(Tone::quiet, when) + '\n';
 }
@@ -180,7 +180,7 @@ std::string stateLine(const ProviderState& state, const Columns& columns, const 
 {
     const std::string title = padRight(traitsOf(state.provider).title, indent.size() + columns.label);
     return style.paint(Tone::strong, title) + std::string{gap}
-    + style.paint(toneOf(state.health), rawValue(state.health)) + " · " + withoutControls(state.detail) + '\n';
+    + style.paint(toTone(state.health), rawValue(state.health)) + " · " + replaceControls(state.detail) + '\n';
 }
 
 std::string rowLine(const SummaryRow& row, const Columns& columns, const TextStyle& style)
@@ -200,7 +200,7 @@ std::string footLine(const UsageSnapshot& snapshot, const Columns& columns, cons
 {
     const auto percent = snapshot.combinedPercent;
     const std::string text = percent ? std::to_string(*percent) + '%' : std::string{missing};
-    const Tone tone = percent ? toneOfPercent(static_cast<double>(*percent)) : Tone::quiet;
+    const Tone tone = percent ? toTone(static_cast<double>(*percent)) : Tone::quiet;
     return padRight("In use", indent.size() + columns.label) + std::string{gap}
     + style.paint(tone, padLeft(text, columns.figure)) + std::string{gap}
     + style.paint(Tone::quiet, percent ? "of the quota that is used most" : "no quota is known") + '\n';
@@ -213,7 +213,7 @@ std::string text(const UsageSnapshot& snapshot, const TextStyle& style)
     std::vector<std::vector<SummaryRow>> blocks;
     Columns columns;
     for (const ProviderState& state : snapshot.states) {
-        blocks.push_back(summaryRows(state, snapshot.now, snapshot.calendar));
+        blocks.push_back(makeRows(state, snapshot.now, snapshot.calendar));
         for (const SummaryRow& row : blocks.back())
             columns.widenTo(row);
     }

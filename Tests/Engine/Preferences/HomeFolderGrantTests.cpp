@@ -16,7 +16,7 @@ constexpr std::string_view formatLine = "tallyfox-folder-grant 2\n";
 
 std::string tokenOf(const std::filesystem::path& folder)
 {
-    return token(folder).value();
+    return makeToken(folder).value();
 }
 
 /// The location, or the name of the other outcome.
@@ -148,7 +148,7 @@ TEST_F(HomeFolderGrantTest, whatIsNotAFolderHasNoToken)
     const auto folder = makeFolder("home");
     writeFile(folder / "file", "");
     for (const std::filesystem::path& path : {folder / "file", folder / "missing", std::filesystem::path{}})
-        EXPECT_EQ(token(path), std::nullopt) << path;
+        EXPECT_EQ(makeToken(path), std::nullopt) << path;
 }
 
 TEST_F(HomeFolderGrantTest, tokenOfTheFirstVersionStillGrantsItsFolder)

@@ -12,7 +12,7 @@ class HomeAccessTest : public StoreTest {
 protected:
     HomeAccessTest()
     {
-        environment = systemEnvironment(file(), std::nullopt);
+        environment = makeStoreEnvironment(file(), std::nullopt);
         environment.picker = &picker;
     }
 
@@ -193,7 +193,7 @@ TEST_F(HomeAccessTest, grantedFolderWithoutHistoriesIsValidAndHasNone)
 
 TEST_F(HomeAccessTest, folderHandedInReplacesTheGrantAndStoresNothing)
 {
-    UsageStore store{systemEnvironment(file(), home())};
+    UsageStore store{makeStoreEnvironment(file(), home())};
     EXPECT_TRUE(store.hasHomeAccess());
     refresh(store);
     expectBadge(store.states()[0], "Unavailable", "Log in via CLI and refresh");

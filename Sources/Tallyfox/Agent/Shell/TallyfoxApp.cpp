@@ -112,7 +112,7 @@ ExitStatus TallyfoxApp::run()
 
 ExitStatus TallyfoxApp::perform(const AgentRequest& request)
 {
-    const auto home = checkedHome(request.home);
+    const auto home = checkHome(request.home);
     if (const auto* error = std::get_if<UsageError>(&home))
         return fail(error->message, ExitStatus::wrongUsage);
     if (request.action == AgentAction::toggle)
@@ -143,7 +143,7 @@ ExitStatus TallyfoxApp::start(const AgentRequest& request, const std::optional<s
     const std::unique_ptr<SingleInstance> instance = makeSingleInstance(applicationId());
     if (instance->claim() != SingleInstance::Claim::other) {
         runAgent(request, home, *instance);
-        signals.dieOfReceived();
+        signals.raiseReceived();
         return ExitStatus::done;
     }
     if (instance->send(requestOf(request.action)))
@@ -160,7 +160,7 @@ void TallyfoxApp::runAgent(const AgentRequest& request, const std::optional<std:
     QGuiApplication::setWindowIcon(StatusIconPainter::icon(QString{}));
     installAccessibleElements();
     installAccessibleSettings();
-    StoreEnvironment store = systemEnvironment(UserDefaults::standardPath(), home);
+    StoreEnvironment store = makeStoreEnvironment(UserDefaults::standardPath(), home);
     if (request.fetchesQuota)
         addCodexQuota(store);
     FolderPicker picker;

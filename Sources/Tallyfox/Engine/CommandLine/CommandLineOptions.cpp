@@ -29,7 +29,7 @@ constexpr std::array options{
 std::string quoted(std::string_view text)
 {
     constexpr std::size_t longest = 64;
-    const std::string shown = withoutControls(text.substr(0, longest));
+    const std::string shown = replaceControls(text.substr(0, longest));
     return "'" + shown + (text.size() > longest ? "…'" : "'");
 }
 
@@ -70,8 +70,8 @@ public:
             return HelpRequest{};
         if (isGiven(Meaning::version))
             return VersionRequest{};
-        if (const auto both = firstTwoOf({Meaning::toggle, Meaning::settings, Meaning::summary}))
-            return usageError(nameOf(both->first) + " and " + nameOf(both->second) + " exclude each other");
+        if (const auto both = findFirstTwo({Meaning::toggle, Meaning::settings, Meaning::summary}))
+            return usageError(findName(both->first) + " and " + findName(both->second) + " exclude each other");
         if (isGiven(Meaning::summary))
             return SummaryRequest{m_home, !isGiven(Meaning::noQuota), isGiven(Meaning::json)};
         if (isGiven(Meaning::json))
@@ -101,7 +101,7 @@ private:
         }
         for (const Meaning meaning : {Meaning::home, Meaning::noQuota}) {
             if (isGiven(meaning))
-                return usageError(nameOf(meaning) + " means nothing with --toggle");
+                return usageError(findName(meaning) + " means nothing with --toggle");
         }
         return AgentRequest{.action = AgentAction::toggle};
     }
@@ -119,7 +119,7 @@ private:
     }
 
     /// The first two that are given, when two are.
-    [[nodiscard]] std::optional<std::pair<Meaning, Meaning>> firstTwoOf(std::initializer_list<Meaning> meanings) const
+    [[nodiscard]] std::optional<std::pair<Meaning, Meaning>> findFirstTwo(std::initializer_list<Meaning> meanings) const
     {
         std::optional<Meaning> first;
         for (const Meaning meaning : meanings) {
@@ -132,7 +132,7 @@ private:
         return std::nullopt;
     }
 
-    static std::string nameOf(Meaning meaning)
+    static std::string findName(Meaning meaning)
     {
         const auto* const found = std::find_if(
             options.begin(), options.end(), [&](const CommandLineOption& option) { return option.meaning == meaning; });
@@ -159,14 +159,14 @@ CommandLineRequest parseCommandLine(std::span<const std::string_view> arguments)
 }
 
 std::variant<std::optional<std::filesystem::path>, UsageError>
-checkedHome(const std::optional<std::filesystem::path>& home)
+checkHome(const std::optional<std::filesystem::path>& home)
 {
     if (!home)
         return std::optional<std::filesystem::path>{};
     std::error_code error;
     std::filesystem::path folder = std::filesystem::absolute(*home, error);
     if (error || !std::filesystem::is_directory(folder, error))
-        return UsageError{"--home is no folder: '" + withoutControls(home->native()) + "'"};
+        return UsageError{"--home is no folder: '" + replaceControls(home->native()) + "'"};
     return std::optional{std::move(folder)};
 }
 

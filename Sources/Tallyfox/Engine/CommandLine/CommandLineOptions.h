@@ -70,7 +70,7 @@ CommandLineRequest parseCommandLine(std::span<const std::string_view> arguments)
 
 /// The folder that `--home` names, absolute; nothing where the option was not given; an error where it is not a folder.
 std::variant<std::optional<std::filesystem::path>, UsageError>
-checkedHome(const std::optional<std::filesystem::path>& home);
+checkHome(const std::optional<std::filesystem::path>& home);
 
 /// The text of `--help`.
 std::string helpText();

@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::string_view replacement = "\xEF\xBF\xBD";
 
-std::string_view codeOf(Tone tone)
+std::string_view colourCode(Tone tone)
 {
     switch (tone) {
     case Tone::strong:
@@ -50,27 +50,27 @@ std::string TextStyle::paint(Tone tone, std::string_view text) const
 {
     if (!hasColour || tone == Tone::plain || text.empty())
         return std::string{text};
-    return std::string{"\x1b["}.append(codeOf(tone)).append("m").append(text).append("\x1b[0m");
+    return std::string{"\x1b["}.append(colourCode(tone)).append("m").append(text).append("\x1b[0m");
 }
 
-std::size_t columnsOf(std::string_view text)
+std::size_t countColumns(std::string_view text)
 {
     return text.size() - static_cast<std::size_t>(std::count_if(text.begin(), text.end(), continuesCharacter));
 }
 
 std::string padRight(std::string_view text, std::size_t columns)
 {
-    const std::size_t used = columnsOf(text);
+    const std::size_t used = countColumns(text);
     return std::string{text}.append(used < columns ? columns - used : 0, ' ');
 }
 
 std::string padLeft(std::string_view text, std::size_t columns)
 {
-    const std::size_t used = columnsOf(text);
+    const std::size_t used = countColumns(text);
     return std::string(used < columns ? columns - used : 0, ' ').append(text);
 }
 
-std::string withoutControls(std::string_view text)
+std::string replaceControls(std::string_view text)
 {
     const std::string valid = repairedUtf8(text);
     std::string clean;

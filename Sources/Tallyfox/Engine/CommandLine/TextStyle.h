@@ -19,13 +19,13 @@ struct TextStyle {
 };
 
 /// The number of characters in UTF-8 text, none of which is wider than a column.
-std::size_t columnsOf(std::string_view text);
+std::size_t countColumns(std::string_view text);
 
 /// The text with blanks behind it, or before it, up to a number of columns.
 std::string padRight(std::string_view text, std::size_t columns);
 std::string padLeft(std::string_view text, std::size_t columns);
 
 /// The text as a terminal may see it: valid UTF-8, and U+FFFD for every control character, line feeds included.
-std::string withoutControls(std::string_view text);
+std::string replaceControls(std::string_view text);
 
 } // namespace tallyfox

@@ -90,7 +90,7 @@ std::optional<Content> decode(std::string_view token)
 
 /// Asks the open folder, so that it cannot be exchanged meanwhile. O_PATH needs no permission to read the folder: one
 /// that nobody may list can be granted as well.
-std::optional<Identity> identityOf(const std::filesystem::path& folder)
+std::optional<Identity> readIdentity(const std::filesystem::path& folder)
 {
     const FileDescriptor handle{open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC)};
     struct statx status { };
@@ -106,18 +106,18 @@ std::optional<Identity> identityOf(const std::filesystem::path& folder)
 
 } // namespace
 
-std::optional<std::string> token(const std::filesystem::path& folder)
+std::optional<std::string> makeToken(const std::filesystem::path& folder)
 {
     std::error_code error;
     const std::filesystem::path canonical = std::filesystem::canonical(folder, error);
-    const auto identity = error ? std::nullopt : identityOf(canonical);
+    const auto identity = error ? std::nullopt : readIdentity(canonical);
     return identity ? std::optional{encode({.path = canonical.native(), .identity = *identity})} : std::nullopt;
 }
 
 Resolution resolve(std::string_view token)
 {
     const auto content = decode(token);
-    const auto identity = content ? identityOf(content->path) : std::nullopt;
+    const auto identity = content ? readIdentity(content->path) : std::nullopt;
     if (!identity)
         return Absent{};
     if (*identity != content->identity)

@@ -21,7 +21,7 @@ struct Stale { }; ///< another folder has taken the path
 using Resolution = std::variant<Location, Absent, Stale>;
 
 /// A token for `folder`; nothing when it cannot be resolved or is not a folder.
-std::optional<std::string> token(const std::filesystem::path& folder);
+std::optional<std::string> makeToken(const std::filesystem::path& folder);
 
 /// What a token grants now. Accepts any bytes; a damaged token is `Absent` or `Stale`.
 Resolution resolve(std::string_view token);

@@ -37,6 +37,21 @@ constexpr std::tuple entries{
     Entry<bool>{"newsNotifications", &Preferences::newsNotifications},
 };
 
+/// Converts to the type of whichever member it initialises.
+struct AnyValue {
+    template <typename Value> operator Value() const;
+};
+
+template <typename Record, typename... Values> consteval std::size_t countMembers()
+{
+    if constexpr (requires { Record{Values{}..., AnyValue{}}; })
+        return countMembers<Record, Values..., AnyValue>();
+    else
+        return sizeof...(Values);
+}
+
+static_assert(std::tuple_size_v<decltype(entries)> == countMembers<Preferences>(), "a preference has no entry");
+
 template <typename Action> void forEachEntry(const Action& action)
 {
     std::apply([&](const auto&... entry) { (action(entry), ...); }, entries);

@@ -17,7 +17,7 @@ std::error_code systemError(int number)
 }
 
 /// Moves a descriptor out of the range of the standard ones, which the child's own would overwrite.
-FileDescriptor aboveStandardDescriptors(FileDescriptor descriptor)
+FileDescriptor moveAboveStandardDescriptors(FileDescriptor descriptor)
 {
     if (descriptor.get() > STDERR_FILENO)
         return descriptor;
@@ -91,8 +91,8 @@ std::variant<Pipe, std::error_code> Pipe::open()
     if (pipe2(ends.data(), O_CLOEXEC) != 0)
         return systemError(errno);
     Pipe made{.reader = FileDescriptor{ends[0]}, .writer = FileDescriptor{ends[1]}};
-    made.reader = aboveStandardDescriptors(std::move(made.reader));
-    made.writer = aboveStandardDescriptors(std::move(made.writer));
+    made.reader = moveAboveStandardDescriptors(std::move(made.reader));
+    made.writer = moveAboveStandardDescriptors(std::move(made.writer));
     if (!made.reader.isOpen() || !made.writer.isOpen())
         return systemError(EMFILE);
     return made;

@@ -10,9 +10,9 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr auto patience = 1s; ///< from the request to terminate until the group is killed
-constexpr auto grace = 250ms; ///< for the rest of the group, after its leader has exited
-constexpr auto lastPatience = 100ms; ///< when everything has to end at once
+constexpr auto terminationTimeout = 1s; ///< from the request to terminate until the group is killed
+constexpr auto groupTimeout = 250ms; ///< for the rest of the group, after its leader has exited
+constexpr auto finalTimeout = 100ms; ///< when everything has to end at once
 constexpr auto pollInterval = 10ms;
 
 enum class LeaderState { running, exited, gone };
@@ -161,8 +161,9 @@ bool ChildReaper::isGone(Group& group, Clock::time_point now)
         return true;
     if (state == LeaderState::exited && !group.leaderExitedAt)
         group.leaderExitedAt = now;
-    const auto killAt = group.leaderExitedAt ? std::min(*group.leaderExitedAt + grace, *group.terminatedAt + patience)
-                                             : *group.terminatedAt + patience;
+    const auto killAt = group.leaderExitedAt
+        ? std::min(*group.leaderExitedAt + groupTimeout, *group.terminatedAt + terminationTimeout)
+        : *group.terminatedAt + terminationTimeout;
     if (now >= killAt && !group.isKilled) {
         killpg(group.leader, SIGKILL);
         group.isKilled = true;
@@ -183,7 +184,7 @@ void ChildReaper::endAll()
     m_closed.notify_all();
     for (const Group& group : groups)
         signalGroup(group.leader, SIGTERM);
-    waitAtMost(lastPatience, [&] {
+    waitAtMost(finalTimeout, [&] {
         return std::all_of(groups.begin(), groups.end(), [](const Group& group) { return hasExited(group.leader); });
     });
     endNow(std::move(groups));
@@ -196,7 +197,7 @@ void ChildReaper::endNow(std::vector<Group> groups)
 {
     for (const Group& group : groups)
         signalGroup(group.leader, SIGKILL);
-    waitAtMost(lastPatience, [&] {
+    waitAtMost(finalTimeout, [&] {
         std::erase_if(groups, [](const Group& group) { return reap(group.leader); });
         return groups.empty();
     });

@@ -107,7 +107,7 @@ bool isExecutableFile(const std::filesystem::path& path)
 }
 
 /// The outcome if `line` is the wanted reply. A byte that is no UTF-8 spoils its line alone.
-std::optional<Outcome> outcomeOf(std::string_view line)
+std::optional<Outcome> readReply(std::string_view line)
 {
     std::string repaired;
     if (!isValidUtf8(line)) {
@@ -136,20 +136,20 @@ public:
         if (count < 0)
             return errno == EAGAIN || errno == EINTR ? std::nullopt : std::optional<Outcome>{lastError()};
         if (count == 0)
-            return outcomeAtEnd();
+            return readEnd();
         std::string_view input{m_piece.data(), static_cast<std::size_t>(count)};
         while (const auto line = m_lines.next(input)) {
-            if (auto outcome = outcomeOf(*line))
+            if (auto outcome = readReply(*line))
                 return outcome;
         }
         return std::nullopt;
     }
 
 private:
-    Outcome outcomeAtEnd()
+    Outcome readEnd()
     {
         const auto line = m_lines.last();
-        return (line ? outcomeOf(*line) : std::nullopt).value_or(SourceError::unavailable);
+        return (line ? readReply(*line) : std::nullopt).value_or(SourceError::unavailable);
     }
 
     const FileDescriptor& m_output;

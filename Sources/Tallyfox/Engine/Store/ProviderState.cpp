@@ -11,7 +11,7 @@ namespace tallyfox {
 
 namespace {
 
-UsageSummary chosenSummary(const ProviderUpdate& update, const ProviderState* previous, Instant now,
+UsageSummary chooseSummary(const ProviderUpdate& update, const ProviderState* previous, Instant now,
                            const Calendar& calendar)
 {
     if (update.summary)
@@ -19,7 +19,7 @@ UsageSummary chosenSummary(const ProviderUpdate& update, const ProviderState* pr
     return previous ? previous->summary : UsageSummary{{}, now, calendar};
 }
 
-std::optional<QuotaSnapshot> chosenQuota(const ProviderUpdate& update, const ProviderState* previous)
+std::optional<QuotaSnapshot> chooseQuota(const ProviderUpdate& update, const ProviderState* previous)
 {
     if (update.quota || !previous)
         return update.quota;
@@ -37,13 +37,13 @@ bool hasHistory(const UsageSummary& summary)
                        [](const DailyUsage& day) { return day.tokens > 0; });
 }
 
-struct Verdict {
+struct Badge {
     SourceHealth health;
     std::string_view detail;
 };
 
 /// The first row that applies wins. A kept quota that is not stale connects nothing: only a fresh one does.
-Verdict verdict(const ProviderUpdate& update, const ProviderState& next)
+Badge chooseBadge(const ProviderUpdate& update, const ProviderState& next)
 {
     if (next.isQuotaStale)
         return {SourceHealth::stale, QT_TRANSLATE_NOOP("UsageStore", "Showing last successful quota")};
@@ -99,10 +99,10 @@ ProviderState merge(const ProviderUpdate& update, const ProviderState* previous,
 {
     ProviderState next;
     next.provider = update.provider;
-    next.summary = chosenSummary(update, previous, now, calendar);
-    next.quota = chosenQuota(update, previous);
+    next.summary = chooseSummary(update, previous, now, calendar);
+    next.quota = chooseQuota(update, previous);
     next.isQuotaStale = outlivedFailure(update, previous);
-    const auto [health, detail] = verdict(update, next);
+    const auto [health, detail] = chooseBadge(update, next);
     next.health = health;
     next.detail = detail;
     if (update.summary || update.quota)

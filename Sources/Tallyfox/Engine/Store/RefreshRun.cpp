@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::chrono::milliseconds partingTime{250}; ///< for loads that are asked to stop
 
-std::size_t placeOf(Provider provider)
+std::size_t toIndex(Provider provider)
 {
     return static_cast<std::size_t>(provider);
 }
@@ -105,7 +105,7 @@ public:
     void deliver(ProviderUpdate update)
     {
         const std::lock_guard lock{m_mutex};
-        m_updates.at(placeOf(update.provider)) = std::move(update);
+        m_updates.at(toIndex(update.provider)) = std::move(update);
         if (!isComplete())
             return;
         m_completed.notify_all();
@@ -160,7 +160,7 @@ RefreshRun::RefreshRun(const StoreEnvironment& environment, QObject* receiver)
             mailbox->deliver(std::move(update));
         };
         try {
-            m_threads.at(placeOf(provider)) = std::thread{std::move(load)};
+            m_threads.at(toIndex(provider)) = std::thread{std::move(load)};
         } catch (const std::system_error&) {
             m_mailbox->deliver(failedLoad(provider, environment));
         }

@@ -31,7 +31,7 @@ std::optional<std::filesystem::path> grantedHome(const std::filesystem::path& us
 
 bool storeGrant(const std::filesystem::path& userDefaults, const std::filesystem::path& folder)
 {
-    const auto token = HomeFolderGrant::token(folder);
+    const auto token = HomeFolderGrant::makeToken(folder);
     return token && UserDefaults{userDefaults}.setHomeFolderBookmark(*token);
 }
 
@@ -56,8 +56,8 @@ Calendar systemCalendar()
     return calendar.value_or(Calendar::utc());
 }
 
-StoreEnvironment systemEnvironment(const std::filesystem::path& userDefaults,
-                                   const std::optional<std::filesystem::path>& home)
+StoreEnvironment makeStoreEnvironment(const std::filesystem::path& userDefaults,
+                                      const std::optional<std::filesystem::path>& home)
 {
     StoreEnvironment environment;
     environment.now = systemNow;

@@ -60,8 +60,8 @@ Calendar systemCalendar();
 
 /// The store's environment on the real machine: system clock and zone, and the grant in the preferences file
 /// `userDefaults`, or `home` in its place, which is not stored. Without quota and without picker.
-StoreEnvironment systemEnvironment(const std::filesystem::path& userDefaults,
-                                   const std::optional<std::filesystem::path>& home);
+StoreEnvironment makeStoreEnvironment(const std::filesystem::path& userDefaults,
+                                      const std::optional<std::filesystem::path>& home);
 
 /// Adds the quota that the user's own `codex` reports. Once in a program: it owns all child processes.
 void addCodexQuota(StoreEnvironment& environment);

@@ -15,7 +15,7 @@ namespace {
 constexpr std::string_view accessMessage =
     QT_TRANSLATE_NOOP("UsageStore", "Choose your home folder to read Claude and Codex usage metadata.");
 
-const ProviderState* stateOf(Provider provider, const std::vector<ProviderState>& states)
+const ProviderState* findState(Provider provider, const std::vector<ProviderState>& states)
 {
     const auto state = std::find_if(states.begin(), states.end(),
                                     [&](const ProviderState& each) { return each.provider == provider; });
@@ -60,7 +60,7 @@ void UsageStore::customEvent(QEvent* /*event*/)
     m_run.reset();
     std::vector<ProviderState> states;
     for (const ProviderUpdate& update : updates)
-        states.push_back(merge(update, stateOf(update.provider, m_states), m_environment.now(), m_calendar));
+        states.push_back(merge(update, findState(update.provider, m_states), m_environment.now(), m_calendar));
     publish(std::move(states));
 }
 

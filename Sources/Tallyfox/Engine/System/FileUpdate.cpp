@@ -27,14 +27,14 @@ void makeFolders(const std::filesystem::path& folder)
 }
 
 /// The file itself where `file` is a link to it, so that the link is not what is replaced.
-std::filesystem::path behindLinks(const std::filesystem::path& file)
+std::filesystem::path resolveLinks(const std::filesystem::path& file)
 {
     std::error_code error;
     const auto target = std::filesystem::canonical(file, error);
     return error ? file : target;
 }
 
-std::optional<std::string> contentOf(const FileDescriptor& file)
+std::optional<std::string> readContent(const FileDescriptor& file)
 {
     std::string content(maximumSize + 1, '\0'); // the one byte more tells a file that is too large
     std::size_t size = 0;
@@ -71,7 +71,7 @@ class Draft {
 public:
     explicit Draft(const std::filesystem::path& file)
         : m_name(file.native() + ".new")
-        , m_file(locked(m_name))
+        , m_file(openLocked(m_name))
     { }
     Draft(const Draft&) = delete;
     Draft& operator=(const Draft&) = delete;
@@ -81,12 +81,12 @@ public:
             unlink(m_name.c_str());
     }
 
-    [[nodiscard]] bool isOurs() const
+    [[nodiscard]] bool isLocked() const
     {
         return m_file.isOpen();
     }
 
-    bool becomes(const std::filesystem::path& file, std::string_view content)
+    bool moveTo(const std::filesystem::path& file, std::string_view content)
     {
         m_isMoved =
             ftruncate(m_file.get(), 0) == 0 && writeAll(m_file, content) && rename(m_name.c_str(), file.c_str()) == 0;
@@ -95,7 +95,7 @@ public:
 
 private:
     /// A file that was renamed or removed while this process waited for it is no draft any more.
-    static bool bearsName(const FileDescriptor& file, const std::string& name)
+    static bool hasName(const FileDescriptor& file, const std::string& name)
     {
         struct stat opened { };
         struct stat named { };
@@ -103,13 +103,13 @@ private:
             && opened.st_ino == named.st_ino;
     }
 
-    static FileDescriptor locked(const std::string& name)
+    static FileDescriptor openLocked(const std::string& name)
     {
         const auto deadline = std::chrono::steady_clock::now() + longestWait;
         while (true) {
             FileDescriptor file{open(name.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR)};
             const bool isLocked = file.isOpen() && flock(file.get(), LOCK_EX | LOCK_NB) == 0;
-            if (!file.isOpen() || (isLocked && bearsName(file, name)))
+            if (!file.isOpen() || (isLocked && hasName(file, name)))
                 return file;
             if (std::chrono::steady_clock::now() >= deadline)
                 return FileDescriptor{};
@@ -125,7 +125,7 @@ private:
 bool store(const std::filesystem::path& file, std::string_view content)
 {
     Draft draft{file};
-    return draft.isOurs() && draft.becomes(file, content);
+    return draft.isLocked() && draft.moveTo(file, content);
 }
 
 } // namespace
@@ -139,23 +139,23 @@ std::variant<std::string, Absent, Unreadable> read(const std::filesystem::path& 
     struct stat status { };
     if (!opened.isOpen() || fstat(opened.get(), &status) != 0 || !S_ISREG(status.st_mode))
         return Unreadable{};
-    auto content = contentOf(opened);
+    auto content = readContent(opened);
     if (!content)
         return Unreadable{};
     return std::move(*content);
 }
 
-std::filesystem::path backupOf(const std::filesystem::path& file)
+std::filesystem::path backupPath(const std::filesystem::path& file)
 {
     return file.native() + ".backup";
 }
 
 bool apply(const std::filesystem::path& file, const Change& change)
 {
-    const auto target = behindLinks(file);
+    const auto target = resolveLinks(file);
     makeFolders(target.parent_path());
     Draft draft{target};
-    if (!draft.isOurs())
+    if (!draft.isLocked())
         return false;
     const auto before = read(target);
     if (std::holds_alternative<Unreadable>(before))
@@ -164,9 +164,9 @@ bool apply(const std::filesystem::path& file, const Change& change)
     const auto wanted = change(content ? *content : std::string{});
     if (!wanted)
         return true;
-    if (wanted->keepsBackup && content && !store(backupOf(target), *content))
+    if (wanted->keepsBackup && content && !store(backupPath(target), *content))
         return false;
-    return draft.becomes(target, wanted->content);
+    return draft.moveTo(target, wanted->content);
 }
 
 } // namespace tallyfox::FileUpdate

@@ -20,13 +20,13 @@ std::variant<std::string, Absent, Unreadable> read(const std::filesystem::path& 
 /// What is to become of a file.
 struct Replacement {
     std::string content;
-    bool keepsBackup = false; ///< whether the content before is to stay beside it, under `backupOf(file)`
+    bool keepsBackup = false; ///< whether the content before is to stay beside it, under `backupPath(file)`
 };
 
 /// Makes the new content out of the one before (empty for a file that does not exist yet), or nothing to leave it.
 using Change = std::function<std::optional<Replacement>(const std::string& before)>;
 
-std::filesystem::path backupOf(const std::filesystem::path& file);
+std::filesystem::path backupPath(const std::filesystem::path& file);
 
 /// Reads, changes and replaces a file as one step: it is exchanged whole or left untouched, whatever happens meanwhile,
 /// and two processes that change it at the same time do so one after the other. The file and missing folders are made

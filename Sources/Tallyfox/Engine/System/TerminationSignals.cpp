@@ -56,7 +56,7 @@ void TerminationSignals::watch()
     });
 }
 
-void TerminationSignals::dieOfReceived() const
+void TerminationSignals::raiseReceived() const
 {
     if (!m_received)
         return;

@@ -22,7 +22,7 @@ public:
     void watch();
 
     /// Ends the program as the signal that has come would have done; returns when none has.
-    void dieOfReceived() const;
+    void raiseReceived() const;
 
 Q_SIGNALS:
     void received();
