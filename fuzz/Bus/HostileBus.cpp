@@ -2,8 +2,8 @@
 
 #include "Bus/WireWriter.h"
 #include "FuzzSupport.h"
-#include "Tallyfox/Agent/Bus/BusEnd.h"
 #include "Tallyfox/Agent/Bus/LocalSocket.h"
+#include "Tallyfox/Agent/Bus/ServiceCall.h"
 
 #include <QtCore/qtestsupport_core.h>
 
@@ -260,9 +260,9 @@ int HostileBus::namesHeld()
 void HostileBus::hangUp()
 {
     m_hasHungUp = true;
-    const BusEnd end{m_connection, nullptr};
+    const BusDisconnectWatcher watcher{m_connection};
     bool isKnown = false;
-    QObject::connect(&end, &BusEnd::happened, &end, [&isKnown] { isKnown = true; });
+    QObject::connect(&watcher, &BusDisconnectWatcher::disconnected, &watcher, [&isKnown] { isKnown = true; });
     shutdown(m_peer.get(), SHUT_RDWR);
     require(QTest::qWaitFor([&isKnown] { return isKnown; }, hangGuard), "the program hears of the end of its bus");
     passEvents();

@@ -50,7 +50,7 @@ QString newPortalToken()
     return QStringLiteral("tallyfox") + QUuid::createUuid().toString(QUuid::Id128);
 }
 
-PortalRequest::PortalRequest(QObject& keeper, const QDBusConnection& bus, const QString& method,
+PortalRequest::PortalRequest(QObject& context, const QDBusConnection& bus, const QString& method,
                              const QVariantList& arguments, const QVariantMap& options)
     : m_bus(bus)
 {
@@ -70,7 +70,7 @@ PortalRequest::PortalRequest(QObject& keeper, const QDBusConnection& bus, const 
         else if (!reply.isError())
             closeRequest(bus, reply.reply().service(), reply.value().path());
     };
-    callService(keeper, bus, call, handle);
+    callService(context, bus, call, handle);
 }
 
 PortalRequest::~PortalRequest()

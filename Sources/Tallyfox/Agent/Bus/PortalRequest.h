@@ -23,8 +23,8 @@ class PortalRequest : public QObject {
 
 public:
     /// Asks at once. `method` is "Interface.Method" below org.freedesktop.portal; `arguments` are those before the
-    /// options. `keeper` outlives the object: a handle that comes when the object is gone is closed.
-    PortalRequest(QObject& keeper, const QDBusConnection& bus, const QString& method, const QVariantList& arguments,
+    /// options. `context` must outlive the object: a handle that comes after its destruction is closed.
+    PortalRequest(QObject& context, const QDBusConnection& bus, const QString& method, const QVariantList& arguments,
                   const QVariantMap& options = {});
     /// Closes the request, which withdraws it, or ends what it stands for.
     ~PortalRequest() override;

@@ -1,43 +1,49 @@
 #include "Tallyfox/Agent/Bus/ServiceCall.h"
 
-#include "Tallyfox/Agent/Bus/BusEnd.h"
-
 #include <QDBusPendingCallWatcher>
 #include <QDBusServiceWatcher>
 
-#include <limits>
-
 namespace tallyfox {
 
-void callService(QObject& keeper, const QDBusConnection& bus, const QDBusMessage& call,
-                 const std::function<void(const QDBusPendingCall&)>& handle)
+BusDisconnectWatcher::BusDisconnectWatcher(QDBusConnection bus, QObject* parent)
+    : QObject(parent)
 {
-    if (!bus.isConnected()) { // nobody would ever hear of such a call
-        const QDBusError error{QDBusError::Disconnected, QStringLiteral("no bus")};
-        QMetaObject::invokeMethod(
-            &keeper, [handle, error] { handle(QDBusPendingCall::fromError(error)); }, Qt::QueuedConnection);
-        return;
-    }
-    auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(call, std::numeric_limits<int>::max()), &keeper);
-    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, &keeper, [handle](QDBusPendingCallWatcher* finished) {
-        finished->deleteLater(); // it is at work still, and would otherwise stay as long as its keeper
-        handle(*finished);
-    });
+    // The bus library emits this signal itself: no message comes from the bus.
+    bus.connect(QString{}, QStringLiteral("/org/freedesktop/DBus/Local"), QStringLiteral("org.freedesktop.DBus.Local"),
+                QStringLiteral("Disconnected"), this, SIGNAL(disconnected()));
 }
 
-void watchService(QObject& owner, const QDBusConnection& bus, const QString& service, const std::function<void()>& lost)
+void callService(QObject& context, const QDBusConnection& bus, const QDBusMessage& call,
+                 const std::function<void(const QDBusPendingCall&)>& handle, std::chrono::milliseconds timeout)
 {
-    // All of it queued: whoever is told may delete the owner, and the watchers with it.
-    const auto* watcher = new QDBusServiceWatcher(service, bus, QDBusServiceWatcher::WatchForOwnerChange, &owner);
+    if (!bus.isConnected()) { // such a call would never finish
+        const QDBusError error{QDBusError::Disconnected, QStringLiteral("no bus")};
+        QMetaObject::invokeMethod(
+            &context, [handle, error] { handle(QDBusPendingCall::fromError(error)); }, Qt::QueuedConnection);
+        return;
+    }
+    auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(call, static_cast<int>(timeout.count())), &context);
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, &context,
+                     [handle](QDBusPendingCallWatcher* finished) {
+                         finished->deleteLater(); // not at once: it is emitting this signal
+                         handle(*finished);
+                     });
+}
+
+void watchService(QObject& context, const QDBusConnection& bus, const QString& service,
+                  const std::function<void()>& lost)
+{
+    // Queued, because `lost` may delete the context, and the watchers with it.
+    const auto* watcher = new QDBusServiceWatcher(service, bus, QDBusServiceWatcher::WatchForOwnerChange, &context);
     QObject::connect(
-        watcher, &QDBusServiceWatcher::serviceOwnerChanged, &owner,
+        watcher, &QDBusServiceWatcher::serviceOwnerChanged, &context,
         [lost](const QString&, const QString& before) {
             if (!before.isEmpty()) // else it has just been started, perhaps by the call itself
                 lost();
         },
         Qt::QueuedConnection);
-    const auto* end = new BusEnd(bus, &owner);
-    QObject::connect(end, &BusEnd::happened, &owner, lost, Qt::QueuedConnection);
+    const auto* disconnectWatcher = new BusDisconnectWatcher(bus, &context);
+    QObject::connect(disconnectWatcher, &BusDisconnectWatcher::disconnected, &context, lost, Qt::QueuedConnection);
 }
 
 } // namespace tallyfox

@@ -5,18 +5,35 @@
 #include <QDBusPendingCall>
 #include <QObject>
 
+#include <chrono>
 #include <functional>
+#include <limits>
 
 namespace tallyfox {
 
-/// Asks a service without waiting, however long it takes: an answer that comes after all may hold something that must
-/// be given back, and a call that is bounded by the bus library loses it. `handle` is called once from the event loop
-/// with the answer or the error; never when `keeper` goes first.
-void callService(QObject& keeper, const QDBusConnection& bus, const QDBusMessage& call,
-                 const std::function<void(const QDBusPendingCall&)>& handle);
+/// Emits `disconnected` when the bus connection is lost.
+class BusDisconnectWatcher : public QObject {
+    Q_OBJECT
 
-/// Calls `lost` when `service` changes hands or ends, and when the bus goes. From the event loop, while `owner` lives.
-void watchService(QObject& owner, const QDBusConnection& bus, const QString& service,
+public:
+    explicit BusDisconnectWatcher(QDBusConnection bus, QObject* parent = nullptr);
+
+Q_SIGNALS:
+    void disconnected();
+};
+
+inline constexpr std::chrono::milliseconds noTimeout{std::numeric_limits<int>::max()};
+
+/// Calls a service asynchronously. `handle` is called once, from the event loop, with the reply or the error; not if
+/// `context` is destroyed first. A call whose reply may hold something that must be given back needs `noTimeout`: the
+/// bus library discards a reply that comes after the timeout.
+void callService(QObject& context, const QDBusConnection& bus, const QDBusMessage& call,
+                 const std::function<void(const QDBusPendingCall&)>& handle,
+                 std::chrono::milliseconds timeout = noTimeout);
+
+/// Calls `lost`, from the event loop, when `service` changes its owner or ends, and when the bus connection is lost;
+/// not if `context` is destroyed first.
+void watchService(QObject& context, const QDBusConnection& bus, const QString& service,
                   const std::function<void()>& lost);
 
 } // namespace tallyfox

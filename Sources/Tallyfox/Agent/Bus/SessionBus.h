@@ -1,10 +1,19 @@
 #pragma once
 
+#include <QDBusConnection>
+
+#include <chrono>
+
 namespace tallyfox {
 
-/// Finds out whether this session has a bus, and whether it answers; when not, the process and its children do without
-/// one from now on. To be called before the application object is made: Qt itself goes to the bus for screen readers,
-/// and would wait for a silent one for ever. Takes a moment, and 2 seconds at most.
+/// Finds out whether this session has a bus that answers; if not, makes this process and its children run without one.
+/// Must be called before the application object is made: Qt connects to the bus for screen readers, and would wait for
+/// a silent one for ever. Blocks for 2 seconds at most.
 bool chooseSessionBus();
+
+/// This process's connection to the bus; not connected when the bus does not answer within `timeout`. Blocks as long:
+/// Qt's own connection attempt waits 25 seconds for a silent bus. A session bus that is not running is not started.
+QDBusConnection answeringSessionBus(std::chrono::milliseconds timeout);
+QDBusConnection answeringSystemBus(std::chrono::milliseconds timeout);
 
 } // namespace tallyfox

@@ -1,6 +1,6 @@
 #include "Tallyfox/Agent/Instance/SingleInstance.h"
 
-#include "Tallyfox/Agent/Bus/MessageBus.h"
+#include "Tallyfox/Agent/Bus/SessionBus.h"
 #include "Tallyfox/Agent/Instance/BusInstance.h"
 #include "Tallyfox/Agent/Instance/SocketInstance.h"
 

@@ -1,6 +1,6 @@
 #include "Tallyfox/Agent/KeepAwake/SleepInhibitor.h"
 
-#include "Tallyfox/Agent/Bus/MessageBus.h"
+#include "Tallyfox/Agent/Bus/SessionBus.h"
 #include "Tallyfox/Agent/KeepAwake/CookieInhibition.h"
 #include "Tallyfox/Agent/KeepAwake/DesktopSleepInhibitor.h"
 #include "Tallyfox/Agent/KeepAwake/LoginInhibition.h"

@@ -1,6 +1,6 @@
 #include "Tallyfox/Agent/Shortcut/GlobalShortcut.h"
 
-#include "Tallyfox/Agent/Bus/MessageBus.h"
+#include "Tallyfox/Agent/Bus/SessionBus.h"
 #include "Tallyfox/Agent/Shortcut/PortalShortcut.h"
 #include "Tallyfox/Agent/Shortcut/ShortcutWays.h"
 #include "Tallyfox/Agent/Shortcut/X11Shortcut.h"

@@ -43,6 +43,7 @@ bool saysNotThereYet(const QDBusError& error)
 StatusNotifierWatch::StatusNotifierWatch(const QDBusConnection& bus, QObject* parent)
     : QObject{parent}
     , m_bus{bus}
+    , m_disconnectWatcher{bus}
     , m_host{bus.isConnected() ? StatusNotifierHost::unknown : StatusNotifierHost::absent}
 {
     m_nextTry.setSingleShot(true);
@@ -54,11 +55,6 @@ StatusNotifierWatch::StatusNotifierWatch(const QDBusConnection& bus, QObject* pa
     askForOwner();
 }
 
-StatusNotifierHost StatusNotifierWatch::host() const
-{
-    return m_host;
-}
-
 /// Without a sender's name in them: the library would look its owner up, and wait. The slots look who has sent.
 void StatusNotifierWatch::connectSignals()
 {
@@ -67,8 +63,7 @@ void StatusNotifierWatch::connectSignals()
     for (const auto& signal :
          {QStringLiteral("StatusNotifierHostRegistered"), QStringLiteral("StatusNotifierHostUnregistered")})
         m_bus.connect({}, watcherPath(), watcherName(), signal, this, SLOT(hostsChanged(QDBusMessage)));
-    m_bus.connect({}, QStringLiteral("/org/freedesktop/DBus/Local"), QStringLiteral("org.freedesktop.DBus.Local"),
-                  QStringLiteral("Disconnected"), this, SLOT(disconnected()));
+    connect(&m_disconnectWatcher, &BusDisconnectWatcher::disconnected, this, [this] { setOwner({}); });
 }
 
 void StatusNotifierWatch::askForOwner()
@@ -92,11 +87,6 @@ void StatusNotifierWatch::ownerChanged(const QDBusMessage& signal)
     const QList<QVariant> arguments = signal.arguments();
     if (signal.service() == busName() && arguments.size() == 3 && arguments.first().toString() == watcherName())
         setOwner(arguments.last().toString());
-}
-
-void StatusNotifierWatch::disconnected()
-{
-    setOwner({});
 }
 
 void StatusNotifierWatch::setOwner(const QString& owner)

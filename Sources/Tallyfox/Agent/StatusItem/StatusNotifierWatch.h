@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Tallyfox/Agent/Bus/ServiceCall.h"
+
 #include <QDBusConnection>
 #include <QDBusPendingCallWatcher>
 #include <QObject>
@@ -28,7 +30,10 @@ class StatusNotifierWatch : public QObject {
 public:
     explicit StatusNotifierWatch(const QDBusConnection& bus, QObject* parent = nullptr);
 
-    [[nodiscard]] StatusNotifierHost host() const;
+    [[nodiscard]] StatusNotifierHost host() const
+    {
+        return m_host;
+    }
 
 Q_SIGNALS:
     void hostChanged();
@@ -36,7 +41,6 @@ Q_SIGNALS:
 private Q_SLOTS: // called by the bus
     void ownerChanged(const QDBusMessage& signal);
     void hostsChanged(const QDBusMessage& signal);
-    void disconnected();
 
 private:
     void connectSignals();
@@ -50,6 +54,7 @@ private:
     void setHost(StatusNotifierHost host);
 
     QDBusConnection m_bus;
+    BusDisconnectWatcher m_disconnectWatcher;
     QString m_owner; ///< unique name of the watcher, empty without one
     StatusNotifierHost m_host = StatusNotifierHost::unknown;
     bool m_isRegistered = false;
