@@ -29,15 +29,9 @@ public:
         return m_service;
     }
 
-    /// The calls of one method so far.
     [[nodiscard]] QList<QDBusMessage> callsOf(const char* method) const
     {
-        QList<QDBusMessage> found;
-        for (const QDBusMessage& message : m_service.messages()) {
-            if (message.member() == QLatin1StringView{method})
-                found += message;
-        }
-        return found;
+        return m_service.callsOf(method);
     }
 
     /// Where the portal has the request that a call has made.

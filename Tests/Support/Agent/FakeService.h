@@ -41,6 +41,16 @@ public:
     {
         return m_messages;
     }
+    /// The calls of one method so far.
+    [[nodiscard]] QList<QDBusMessage> callsOf(const char* method) const
+    {
+        QList<QDBusMessage> found;
+        for (const QDBusMessage& message : m_messages) {
+            if (message.member() == QLatin1StringView{method})
+                found += message;
+        }
+        return found;
+    }
     [[nodiscard]] QDBusConnection& bus()
     {
         return m_bus;

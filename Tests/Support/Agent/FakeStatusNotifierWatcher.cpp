@@ -1,108 +1,62 @@
 #include "Support/Agent/FakeStatusNotifierWatcher.h"
 
 #include <QDBusError>
-#include <QDBusMessage>
 #include <QDBusVariant>
 
 namespace tallyfox::test {
 
 namespace {
 
-QString name()
-{
-    return QStringLiteral("org.kde.StatusNotifierWatcher");
-}
-
-QString path()
-{
-    return QStringLiteral("/StatusNotifierWatcher");
-}
+const QString watcherName = QStringLiteral("org.kde.StatusNotifierWatcher");
 
 } // namespace
 
 FakeStatusNotifierWatcher::FakeStatusNotifierWatcher(const QDBusConnection& bus, Manner manner)
-    : m_bus{bus}
-    , m_manner{manner}
-{
-    m_bus.registerVirtualObject(path(), this);
-    m_bus.registerService(name());
-}
+    : m_manner{manner}
+    , m_service{bus, watcherName, [this](const QDBusMessage& call) { return answerTo(call); }}
+{ }
 
 FakeStatusNotifierWatcher::~FakeStatusNotifierWatcher()
 {
-    QDBusConnection::disconnectFromBus(m_bus.name());
-}
-
-void FakeStatusNotifierWatcher::setManner(Manner manner)
-{
-    m_manner = manner;
+    QDBusConnection::disconnectFromBus(m_service.bus().name());
 }
 
 void FakeStatusNotifierWatcher::setHost(bool isThere)
 {
     m_hasHost = isThere;
-    m_bus.send(QDBusMessage::createSignal(path(), name(),
-                                          isThere ? QStringLiteral("StatusNotifierHostRegistered")
-                                                  : QStringLiteral("StatusNotifierHostUnregistered")));
+    m_service.bus().send(QDBusMessage::createSignal(QStringLiteral("/StatusNotifierWatcher"), watcherName,
+                                                    isThere ? QStringLiteral("StatusNotifierHostRegistered")
+                                                            : QStringLiteral("StatusNotifierHostUnregistered")));
 }
 
-QStringList FakeStatusNotifierWatcher::registered() const
+qsizetype FakeStatusNotifierWatcher::registrationCalls() const
 {
-    return m_registered;
+    return m_service.callsOf("RegisterStatusNotifierItem").size();
 }
 
-int FakeStatusNotifierWatcher::registrationCalls() const
+qsizetype FakeStatusNotifierWatcher::hostQuestions() const
 {
-    return m_registrationCalls;
+    return m_service.callsOf("Get").size();
 }
 
-int FakeStatusNotifierWatcher::hostQuestions() const
+std::optional<QDBusMessage> FakeStatusNotifierWatcher::answerTo(const QDBusMessage& call)
 {
-    return m_hostQuestions;
-}
-
-bool FakeStatusNotifierWatcher::handleMessage(const QDBusMessage& message, const QDBusConnection& /*connection*/)
-{
-    if (message.member() == QStringLiteral("RegisterStatusNotifierItem"))
-        answerRegistration(message);
-    if (message.member() == QStringLiteral("Get")) {
-        ++m_hostQuestions;
-        answer(message, QVariant::fromValue(QDBusVariant{m_hasHost}));
-    }
-    return true;
-}
-
-QString FakeStatusNotifierWatcher::introspect(const QString& /*path*/) const
-{
-    return {};
-}
-
-void FakeStatusNotifierWatcher::answerRegistration(const QDBusMessage& message)
-{
-    ++m_registrationCalls;
-    if (m_manner == Manner::takesItems || m_manner == Manner::answersNonsense)
-        m_registered += message.arguments().value(0).toString();
-    answer(message, {});
-}
-
-void FakeStatusNotifierWatcher::answer(const QDBusMessage& message, const QVariant& value)
-{
+    const bool isRegistration = call.member() == QStringLiteral("RegisterStatusNotifierItem");
+    if (isRegistration && (m_manner == Manner::takesItems || m_manner == Manner::answersNonsense))
+        m_registered += call.arguments().value(0).toString();
     switch (m_manner) {
     case Manner::takesItems:
-        m_bus.send(value.isValid() ? message.createReply(value) : message.createReply());
-        break;
+        return isRegistration ? call.createReply() : call.createReply(QVariant::fromValue(QDBusVariant{m_hasHost}));
     case Manner::refuses:
-        m_bus.send(message.createErrorReply(QDBusError::AccessDenied, QStringLiteral("no")));
-        break;
+        return call.createErrorReply(QDBusError::AccessDenied, QStringLiteral("no"));
     case Manner::isSilent:
-        break;
+        return std::nullopt;
     case Manner::answersNonsense:
-        m_bus.send(message.createReply({QStringList{QStringLiteral("nonsense")}, 42}));
-        break;
+        return call.createReply({QStringList{QStringLiteral("nonsense")}, 42});
     case Manner::knowsNoCalls:
-        m_bus.send(message.createErrorReply(QDBusError::UnknownObject, QStringLiteral("not yet")));
-        break;
+        return call.createErrorReply(QDBusError::UnknownObject, QStringLiteral("not yet"));
     }
+    return std::nullopt;
 }
 
 } // namespace tallyfox::test

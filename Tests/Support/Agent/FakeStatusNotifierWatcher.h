@@ -1,46 +1,50 @@
 #pragma once
 
-#include <QDBusConnection>
-#include <QDBusVirtualObject>
-#include <QStringList>
+#include "Support/Agent/FakeService.h"
 
 namespace tallyfox::test {
 
-/// Keeps the list of status notifier items on a bus, as panels do. A peer of its own, which dies with the object.
-class FakeStatusNotifierWatcher : public QDBusVirtualObject {
+/// The list of status notifier items on a bus, as panels keep it. `bus` must be a connection of its own, which is
+/// closed with the object.
+class FakeStatusNotifierWatcher {
 public:
     enum class Manner {
         takesItems,
         refuses,
-        isSilent, ///< never answers
+        isSilent, ///< never replies
         answersNonsense, ///< in types that nobody expects
         knowsNoCalls, ///< has its name, and nothing behind it yet
     };
 
     explicit FakeStatusNotifierWatcher(const QDBusConnection& bus, Manner manner = Manner::takesItems);
-    ~FakeStatusNotifierWatcher() override;
+    ~FakeStatusNotifierWatcher();
+    FakeStatusNotifierWatcher(const FakeStatusNotifierWatcher&) = delete;
+    FakeStatusNotifierWatcher& operator=(const FakeStatusNotifierWatcher&) = delete;
 
-    void setManner(Manner manner);
+    void setManner(Manner manner)
+    {
+        m_manner = manner;
+    }
     /// Whether a panel shows what is registered; announced when it comes or goes.
     void setHost(bool isThere);
 
-    [[nodiscard]] QStringList registered() const; ///< by every call, in order
-    [[nodiscard]] int registrationCalls() const; ///< with those that were not taken
-    [[nodiscard]] int hostQuestions() const; ///< how often it was asked whether there is a panel
-
-    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
-    [[nodiscard]] QString introspect(const QString& path) const override;
+    /// By every call, in order.
+    [[nodiscard]] const QStringList& registered() const
+    {
+        return m_registered;
+    }
+    /// With those that were not taken.
+    [[nodiscard]] qsizetype registrationCalls() const;
+    /// How often it was asked whether there is a panel.
+    [[nodiscard]] qsizetype hostQuestions() const;
 
 private:
-    void answer(const QDBusMessage& message, const QVariant& value);
-    void answerRegistration(const QDBusMessage& message);
+    [[nodiscard]] std::optional<QDBusMessage> answerTo(const QDBusMessage& call);
 
-    QDBusConnection m_bus;
     Manner m_manner;
     bool m_hasHost = true;
-    int m_registrationCalls = 0;
-    int m_hostQuestions = 0;
     QStringList m_registered;
+    FakeService m_service;
 };
 
 } // namespace tallyfox::test
