@@ -1,7 +1,7 @@
 #include "Bus/BusClient.h"
 
 #include "FuzzSupport.h"
-#include "Tallyfox/Agent/Desktop/BusNotificationCenter.h"
+#include "Tallyfox/Agent/Desktop/NotificationCenter.h"
 #include "Tallyfox/Agent/KeepAwake/CookieInhibition.h"
 #include "Tallyfox/Agent/KeepAwake/LoginInhibition.h"
 #include "Tallyfox/Agent/KeepAwake/PortalInhibition.h"
@@ -79,7 +79,7 @@ void BusClient::make(const QDBusConnection& bus)
         });
         break;
     case BusClientKind::notificationCenter:
-        m_center = &keep(std::make_unique<BusNotificationCenter>(bus));
+        m_center = makeNotificationCenter(bus);
         ask();
         break;
     }
@@ -89,7 +89,7 @@ void BusClient::end()
 {
     m_shortcut = nullptr;
     m_watch = nullptr;
-    m_center = nullptr;
+    m_center.reset();
     m_object.reset();
 }
 

@@ -9,7 +9,7 @@
 
 namespace tallyfox {
 
-class BusNotificationCenter;
+class NotificationCenter;
 class PortalShortcut;
 
 enum class BusClientKind {
@@ -37,7 +37,7 @@ public:
     void end();
     [[nodiscard]] bool isThere() const
     {
-        return m_object != nullptr;
+        return m_object || m_center;
     }
     [[nodiscard]] BusClientKind kind() const
     {
@@ -84,7 +84,7 @@ private:
     std::unique_ptr<QObject> m_object;
     PortalShortcut* m_shortcut = nullptr;
     StatusNotifierWatch* m_watch = nullptr;
-    BusNotificationCenter* m_center = nullptr;
+    std::unique_ptr<NotificationCenter> m_center;
     int m_granted = 0;
     int m_failed = 0;
     int m_activated = 0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 
@@ -28,7 +29,10 @@ public:
     virtual void requestAuthorization(NotificationOptions options, Completion completion) = 0;
 };
 
-/// The notifications of the desktop on this session bus, connected or not.
-std::unique_ptr<NotificationCenter> makeNotificationCenter(const QDBusConnection& bus);
+/// The notifications of the desktop on this session bus, connected or not. Granted means that there is a notification
+/// service and that it answers within `timeout`: desktops ask the user nothing, and decide by their own settings what
+/// to show of an alert and its sound. A service that is not running is started by the bus.
+std::unique_ptr<NotificationCenter> makeNotificationCenter(const QDBusConnection& bus,
+                                                           std::chrono::milliseconds timeout = std::chrono::seconds{5});
 
 } // namespace tallyfox

@@ -1,6 +1,6 @@
 #include "Tallyfox/Agent/Shell/PopoverWindow.h"
 
-#include "Tallyfox/Agent/Desktop/Compositing.h"
+#include "Tallyfox/Agent/Desktop/Display.h"
 #include "Tallyfox/Agent/Shell/PopoverPlacement.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 
@@ -68,7 +68,7 @@ void PopoverWindow::open(std::optional<QPoint> click)
     m_isClickedOutside = false;
     m_click = click;
     move(positionFor(click, size()));
-    const bool fades = desktopComposes();
+    const bool fades = desktopComposites();
     setWindowOpacity(fades ? 0 : 1);
     show();
     // A popup is on top and has the keyboard as it is. Activating it makes the toolkit take the late news of an earlier

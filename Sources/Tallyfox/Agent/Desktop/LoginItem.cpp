@@ -1,4 +1,4 @@
-#include "Tallyfox/Agent/Desktop/AutostartLoginItem.h"
+#include "Tallyfox/Agent/Desktop/LoginItem.h"
 
 #include "Tallyfox/Agent/Desktop/DesktopEntry.h"
 #include "Tallyfox/Engine/System/FileUpdate.h"
@@ -53,15 +53,8 @@ void setWhereAbsent(DesktopEntry& entry, std::string_view key, std::string_view 
         entry.set(key, value);
 }
 
-} // namespace
-
-AutostartLoginItem::AutostartLoginItem(std::filesystem::path entry, std::filesystem::path program)
-    : m_entry(std::move(entry))
-    , m_program(std::move(program))
-{ }
-
 /// Each desktop has a key of its own for the switch in its settings, besides the one that all know.
-bool AutostartLoginItem::isSwitchedOff(const DesktopEntry& entry) const
+bool isSwitchedOff(const DesktopEntry& entry)
 {
     const bool isHidden = entry.isTrue(hidden) && !entry.isTrue(hiddenByUs);
     return isHidden || entry.value("X-GNOME-Autostart-enabled") == "false"
@@ -70,19 +63,37 @@ bool AutostartLoginItem::isSwitchedOff(const DesktopEntry& entry) const
 
 /// Makes an entry start this program, and changes nothing else. A command line that starts it already keeps its
 /// arguments.
-void AutostartLoginItem::complete(DesktopEntry& entry) const
+void complete(DesktopEntry& entry, const std::filesystem::path& program)
 {
     setWhereAbsent(entry, "Type", "Application");
     setWhereAbsent(entry, "Name", "Tallyfox");
     setWhereAbsent(entry, "Icon", "org.tallyfox.tallyfox");
-    if (programOf(entry.value(exec).value_or(std::string{})) != m_program.native())
-        entry.set(exec, execValue(m_program));
-    entry.set(tryExec, m_program.native());
+    if (programOf(entry.value(exec).value_or(std::string{})) != program.native())
+        entry.set(exec, execValue(program));
+    entry.set(tryExec, program.native());
     if (isHiddenByUs(entry)) {
         entry.remove(hidden);
         entry.remove(hiddenByUs);
     }
 }
+
+/// An entry of the user's autostart folder. One that this class has created is removed again; one that somebody else
+/// has created stays, and is hidden and shown by keys of ours.
+class AutostartLoginItem : public LoginItem {
+public:
+    AutostartLoginItem(std::filesystem::path entry, std::filesystem::path program)
+        : m_entry(std::move(entry))
+        , m_program(std::move(program))
+    { }
+
+    bool registerItem() override;
+    bool unregisterItem() override;
+    [[nodiscard]] LoginItemStatus status() const override;
+
+private:
+    std::filesystem::path m_entry;
+    std::filesystem::path m_program;
+};
 
 bool AutostartLoginItem::registerItem()
 {
@@ -91,7 +102,7 @@ bool AutostartLoginItem::registerItem()
             DesktopEntry entry{before};
             if (isSwitchedOff(entry))
                 return std::nullopt;
-            complete(entry);
+            complete(entry, m_program);
             if (before.empty())
                 entry.set(madeByUs, "true");
             const bool isComplete = entry.text() == before;
@@ -127,6 +138,8 @@ LoginItemStatus AutostartLoginItem::status() const
         return LoginItemStatus::requiresApproval;
     return findsProgram(*entry) ? LoginItemStatus::enabled : LoginItemStatus::notFound;
 }
+
+} // namespace
 
 std::unique_ptr<LoginItem> makeLoginItem(const std::filesystem::path& program, const std::string& id)
 {

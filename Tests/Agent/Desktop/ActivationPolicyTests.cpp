@@ -1,21 +1,15 @@
 #include "Support/Agent/PrivateDisplay.h"
-#include "Tallyfox/Agent/Desktop/WindowListing.h"
+#include "Tallyfox/Agent/Desktop/ActivationPolicy.h"
+#include "Tallyfox/Agent/Desktop/Display.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <cstring>
-#include <memory>
-#include <string>
 #include <vector>
+#include <xcb/xcb.h>
 
 namespace tallyfox::test {
 namespace {
-
-template <typename Reply> std::unique_ptr<Reply, decltype(&std::free)> owned(Reply* reply)
-{
-    return {reply, &std::free};
-}
 
 /// An X server of its own without a window manager, and a client of it.
 class WindowListingTest : public testing::Test {
@@ -36,16 +30,15 @@ protected:
             xcb_disconnect(m_connection);
     }
 
-    xcb_atom_t atom(const std::string& name) const
+    xcb_atom_t atom(const char* name) const
     {
-        const auto cookie = xcb_intern_atom(m_connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
-        return owned(xcb_intern_atom_reply(m_connection, cookie, nullptr))->atom;
+        return x11Atom(m_connection, name);
     }
 
     [[nodiscard]] std::vector<xcb_atom_t> states() const
     {
         const auto cookie = xcb_get_property(m_connection, 0, m_window, atom("_NET_WM_STATE"), XCB_ATOM_ATOM, 0, 1024);
-        const auto reply = owned(xcb_get_property_reply(m_connection, cookie, nullptr));
+        const XcbReply<xcb_get_property_reply_t> reply{xcb_get_property_reply(m_connection, cookie, nullptr)};
         const auto* const first = static_cast<const xcb_atom_t*>(xcb_get_property_value(reply.get()));
         return {first, first + reply->value_len};
     }
@@ -65,11 +58,11 @@ private:
 
 TEST_F(WindowListingTest, hiddenWindowSaysOfItselfWhetherItIsListed)
 {
-    WindowListing::setListed(*m_connection, m_window, false, false);
+    setWindowListed(m_connection, m_window, false, false);
     EXPECT_EQ(states(), unlisted());
-    WindowListing::setListed(*m_connection, m_window, false, false);
+    setWindowListed(m_connection, m_window, false, false);
     EXPECT_EQ(states(), unlisted());
-    WindowListing::setListed(*m_connection, m_window, true, false);
+    setWindowListed(m_connection, m_window, true, false);
     EXPECT_EQ(states(), std::vector<xcb_atom_t>{});
 }
 
@@ -78,9 +71,9 @@ TEST_F(WindowListingTest, otherStatesOfAHiddenWindowStay)
     const xcb_atom_t above = atom("_NET_WM_STATE_ABOVE");
     xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, m_window, atom("_NET_WM_STATE"), XCB_ATOM_ATOM, 32, 1,
                         &above);
-    WindowListing::setListed(*m_connection, m_window, false, false);
+    setWindowListed(m_connection, m_window, false, false);
     EXPECT_EQ(states(), (std::vector<xcb_atom_t>{above, unlisted()[0], unlisted()[1]}));
-    WindowListing::setListed(*m_connection, m_window, true, false);
+    setWindowListed(m_connection, m_window, true, false);
     EXPECT_EQ(states(), std::vector<xcb_atom_t>{above});
 }
 
@@ -89,8 +82,8 @@ TEST_F(WindowListingTest, windowManagerIsAskedForAShownWindow)
     const std::uint32_t events = XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT;
     xcb_change_window_attributes(m_connection, m_root, XCB_CW_EVENT_MASK, &events); // this test is the manager
     for (const bool isListed : {false, true}) {
-        WindowListing::setListed(*m_connection, m_window, isListed, true);
-        const auto event = owned(xcb_wait_for_event(m_connection));
+        setWindowListed(m_connection, m_window, isListed, true);
+        const XcbReply<xcb_generic_event_t> event{xcb_wait_for_event(m_connection)};
         ASSERT_TRUE(event);
         ASSERT_EQ(event->response_type & 0x7F, XCB_CLIENT_MESSAGE);
         xcb_client_message_event_t message{};
@@ -107,8 +100,8 @@ TEST_F(WindowListingTest, windowManagerIsAskedForAShownWindow)
 TEST_F(WindowListingTest, windowThatIsGoneIsNoHarm)
 {
     xcb_destroy_window(m_connection, m_window);
-    WindowListing::setListed(*m_connection, m_window, false, true);
-    WindowListing::setListed(*m_connection, m_window, false, false);
+    setWindowListed(m_connection, m_window, false, true);
+    setWindowListed(m_connection, m_window, false, false);
     EXPECT_EQ(xcb_connection_has_error(m_connection), 0);
 }
 
