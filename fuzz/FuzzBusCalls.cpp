@@ -6,6 +6,7 @@
 #include "FuzzSupport.h"
 #include "Support/Agent/StatusNotifierProperties.h"
 #include "Tallyfox/Agent/Instance/BusInstance.h"
+#include "Tallyfox/Agent/StatusItem/StatusIconPainter.h"
 #include "Tallyfox/Agent/StatusItem/StatusNotifierItem.h"
 
 #include <QGuiApplication>
@@ -175,13 +176,14 @@ private:
 class Bench {
 public:
     Bench()
-        : m_item{std::make_unique<StatusNotifierItem>(QStringLiteral("org.tallyfox.tallyfox"), m_content,
-                                                      m_bus.connection())}
+        : m_item{std::make_unique<StatusNotifierItem>(QStringLiteral("org.tallyfox.tallyfox"), m_bus.connection())}
     {
+        m_item->setContent(m_content);
         QObject::connect(m_item.get(), &StatusNotifierItem::activated, m_item.get(),
                          [this](QPoint position) { m_effects.push_back(effect(position)); });
         claim(1);
         m_bus.settle();
+        m_bus.taken(); // what panels were told of the content
         m_matches = m_bus.matches();
     }
 
@@ -212,8 +214,8 @@ private:
             break;
         case 2:
             judge();
-            setContent(
-                {input.below(8) == 7 ? QString{} : m_content.title, QString::fromStdString(AnyValues::text(input))});
+            setContent(input.below(8) == 7 ? StatusItemContent{}
+                                           : StatusItemContent{static_cast<std::int64_t>(input.number())});
             break;
         case 3:
             sendNoCall(input);
@@ -371,15 +373,12 @@ private:
     void setContent(const StatusItemContent& content)
     {
         std::vector<std::string> expected;
-        const bool isOtherTitle = content.title != m_content.title;
-        if (content.accessibilityLabel != m_content.accessibilityLabel)
-            expected = {"NewTitle", "NewToolTip"};
-        if (isOtherTitle) {
-            expected.emplace_back("XAyatanaNewLabel");
-            expected.emplace_back("NewIcon");
-        }
-        if (!expected.empty())
+        if (content != m_content) {
+            expected = {"NewTitle", "NewToolTip", "XAyatanaNewLabel"};
+            if (StatusIconPainter::number(content.percent) != StatusIconPainter::number(m_content.percent))
+                expected.emplace_back("NewIcon");
             expected.emplace_back("PropertiesChanged");
+        }
         m_content = content;
         m_item->setContent(content);
         m_bus.settle();
@@ -408,7 +407,7 @@ private:
     }
 
     HostileBus m_bus;
-    StatusItemContent m_content{QStringLiteral(" 42%"), QStringLiteral("Tallyfox")};
+    StatusItemContent m_content{42};
     std::unique_ptr<StatusNotifierItem> m_item;
     std::unique_ptr<BusInstance> m_instance;
     bool m_isFirst = false;

@@ -84,9 +84,8 @@ TEST_F(AppDelegateTest, statusItemFollowsTheCombinedPercentage)
 {
     const auto delegate = launched();
     const auto& contents = desktop.statusItem->contents;
-    EXPECT_EQ(contents.front(), (StatusItemContent{QString{}, QStringLiteral("Tallyfox")}));
-    EXPECT_EQ(contents.back(),
-              (StatusItemContent{QStringLiteral(" 43%"), QStringLiteral("Tallyfox, 43 percent used")}));
+    EXPECT_EQ(contents.front(), StatusItemContent{});
+    EXPECT_EQ(contents.back(), StatusItemContent{43});
 }
 
 TEST_F(AppDelegateTest, refreshesAtTheStoredIntervalOrEachFiveMinutes)

@@ -5,7 +5,7 @@
 #include "Tallyfox/Agent/Popover/ProviderCardModel.h"
 #include "Tallyfox/Agent/Popover/RefreshFooter.h"
 #include "Tallyfox/Agent/Settings/NotificationSettingsView.h"
-#include "Tallyfox/Agent/Shell/StatusItemText.h"
+#include "Tallyfox/Agent/StatusItem/StatusItem.h"
 #include "Tallyfox/Agent/Theme/DateFormats.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 #include "Tallyfox/Agent/Theme/Translations.h"
@@ -145,7 +145,7 @@ TEST(GermanTexts, sentencesIncludeTheirFigures)
     EXPECT_EQ(model.quota->weekly->used, QStringLiteral("Woche: 61% genutzt"));
     EXPECT_EQ(model.quota->weekly->reset, QStringLiteral("Reset in 3 Tagen"));
     EXPECT_EQ(refreshStatusText(now, Calendar::utc(), QLocale{}), QStringLiteral("Aktualisiert um 14:05"));
-    EXPECT_EQ(statusItemContent(42).accessibilityLabel, QStringLiteral("Tallyfox, 42 Prozent genutzt"));
+    EXPECT_EQ(StatusItemContent{42}.fullText(), QStringLiteral("Tallyfox, 42 Prozent genutzt"));
 }
 
 TEST(GermanFormats, relativePhrasesFollowTheLocale)

@@ -4,7 +4,6 @@
 #include "Tallyfox/Agent/Desktop/LoginItem.h"
 #include "Tallyfox/Agent/Desktop/NotificationCenter.h"
 #include "Tallyfox/Agent/Settings/SettingsWindow.h"
-#include "Tallyfox/Agent/Shell/StatusItemText.h"
 #include "Tallyfox/Engine/System/StandardStreams.h"
 
 #include <chrono>
@@ -37,10 +36,10 @@ void AppDelegate::applicationDidFinishLaunching()
 void AppDelegate::configureStatusItem()
 {
     m_statusItem = m_environment.makeStatusItem();
-    const auto update = [this] { m_statusItem->setContent(statusItemContent(m_store.combinedPercent())); };
+    const auto update = [this] { m_statusItem->setContent({.percent = m_store.combinedPercent()}); };
     connect(&m_store, &UsageStore::combinedPercentPublished, this, update);
     connect(m_statusItem.get(), &StatusItem::activated, this, &AppDelegate::activateStatusItem);
-    connect(m_statusItem.get(), &StatusItem::isUnavailable, this, [] {
+    connect(m_statusItem.get(), &StatusItem::unavailable, this, [] {
         StandardStreams::writeDiagnostic("this desktop shows no status icons; tallyfox --toggle opens the window");
     });
     update();

@@ -70,7 +70,7 @@ AppDelegateEnvironment makeEnvironment(StoreEnvironment store)
     AppDelegateEnvironment environment;
     environment.store = std::move(store);
     environment.sleepInhibitor = makeSleepInhibitor();
-    environment.makeStatusItem = [] { return makeStatusItem(applicationId(), QStringLiteral("Tallyfox")); };
+    environment.makeStatusItem = [] { return makeStatusItem(applicationId()); };
     environment.registerGlobalShortcut = &registerGlobalShortcut;
     environment.loginItem = makeLoginItem(commandPath(), applicationId().toStdString());
     environment.notificationCenter = makeNotificationCenter(QDBusConnection::sessionBus());

@@ -49,18 +49,13 @@ void drawNumber(QPainter& painter, const QString& number, int side)
 
 } // namespace
 
-// Not with a regular expression: the toolkit compiles those to code, in memory that it can write and execute.
-QString number(const QString& title)
+QString number(std::optional<std::int64_t> percent)
 {
-    const auto isDigit = [](QChar character) { return character >= u'0' && character <= u'9'; };
-    const auto* begin = std::find_if(title.begin(), title.end(), isDigit);
-    const auto* const end = std::find_if_not(begin, title.end(), isDigit);
-    const bool isNegative = begin != title.begin() && *(begin - 1) == u'-';
-    if (isNegative && begin != end)
-        --begin;
-    if (end - begin <= 3)
-        return QString{begin, end - begin};
-    return isNegative ? QStringLiteral("<0") : QStringLiteral("99+");
+    if (!percent)
+        return {};
+    if (*percent > 999)
+        return QStringLiteral("99+");
+    return *percent < -99 ? QStringLiteral("<0") : QString::number(*percent);
 }
 
 QImage image(const QString& number, int side)

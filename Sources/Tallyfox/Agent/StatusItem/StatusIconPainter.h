@@ -5,6 +5,8 @@
 #include <QString>
 
 #include <array>
+#include <cstdint>
+#include <optional>
 
 /// The status item's icon, painted by the program itself: a tile in the accent colour, which stands out on dark and on
 /// light panels alike, with the number in it. Panels that show no text beside an icon are many, and none says so.
@@ -13,10 +15,10 @@ namespace tallyfox::StatusIconPainter {
 /// Sides of the icons that panels ask for, in pixels.
 inline constexpr std::array sides{16, 22, 24, 32, 48};
 
-/// What of the item's title is painted: its number without sign of percent, which leaves room for two digits that can
-/// be read at 16 pixels. Three characters at most: "99+" stands for more than 999, "<0" for less than -99. Empty when
-/// the title has no number.
-QString number(const QString& title);
+/// How a percentage is painted: without the percent sign, which leaves room for two digits that can be read at 16
+/// pixels. Three characters at most: "99+" stands for more than 999, "<0" for less than -99. Empty without a
+/// percentage.
+QString number(std::optional<std::int64_t> percent);
 
 /// The icon with that number; with the program's symbol when it is empty. `side` is in pixels, at least 1.
 QImage image(const QString& number, int side);

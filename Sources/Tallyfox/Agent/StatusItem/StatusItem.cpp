@@ -1,12 +1,145 @@
 #include "Tallyfox/Agent/StatusItem/StatusItem.h"
 
-#include "Tallyfox/Agent/StatusItem/PanelStatusItem.h"
+#include "Tallyfox/Agent/StatusItem/StatusIconPainter.h"
+#include "Tallyfox/Agent/StatusItem/StatusNotifierItem.h"
+#include "Tallyfox/Agent/StatusItem/StatusNotifierWatch.h"
+#include "Tallyfox/Agent/StatusItem/TrayManagerWatch.h"
+
+#include <QCoreApplication>
+#include <QCursor>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QSystemTrayIcon>
+#include <QTimer>
 
 namespace tallyfox {
 
 namespace {
 
-/// A connection to the session bus that ends with the object, and whatever was registered on it.
+using namespace std::chrono_literals;
+
+/// Panels with both kinds of tray announce one after the other.
+constexpr auto trayToSettle = 300ms;
+
+constexpr int iconLength = 64; // logical pixels; panels are rarely thicker
+
+std::optional<QPoint> fromDevicePixels(QPoint position, const std::vector<ScaledScreen>& screens)
+{
+    for (const ScaledScreen& screen : screens) {
+        const QPoint origin = screen.logical.topLeft();
+        const QRect inPixels{origin, (QSizeF{screen.logical.size()} * screen.scale).toSize()};
+        if (inPixels.contains(position))
+            return origin + (QPointF{position - origin} / screen.scale).toPoint();
+    }
+    return std::nullopt;
+}
+
+/// Any panel's numbers may come here: none overflows.
+bool isNear(QPoint position, QPoint pointer)
+{
+    const QPoint reach{iconLength, iconLength};
+    return QRect{pointer - reach, pointer + reach}.contains(position);
+}
+
+/// A client of a Wayland compositor, through its X server too, knows the pointer only over its own windows.
+std::optional<QPoint> knownPointer()
+{
+    const bool isX11 = QGuiApplication::platformName() == QStringLiteral("xcb");
+    return isX11 && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ? std::optional{QCursor::pos()} : std::nullopt;
+}
+
+/// The same with this desktop's pointer and screens.
+std::optional<QPoint> clickPosition(QPoint reported)
+{
+    std::vector<ScaledScreen> screens;
+    for (const QScreen* screen : QGuiApplication::screens())
+        screens.push_back({screen->geometry(), screen->devicePixelRatio()});
+    return clickPosition(reported, knownPointer(), screens);
+}
+
+/// On the bus where a panel reads it there, else in the X11 tray, whichever comes first.
+class PanelStatusItem : public StatusItem {
+public:
+    PanelStatusItem(const QString& id, const QDBusConnection& bus, std::chrono::milliseconds grace)
+        : m_item{id, bus}
+        , m_watch{bus}
+    {
+        connect(&m_item, &StatusNotifierItem::activated, this,
+                [this](QPoint reported) { Q_EMIT activated(clickPosition(reported)); });
+        connect(&m_watch, &StatusNotifierWatch::hostChanged, this, &PanelStatusItem::update);
+        connect(&m_trayWatch, &TrayManagerWatch::managerChanged, this, [this] {
+            m_trayIcon.reset(); // it was in the previous tray
+            update();
+        });
+        m_traySettles.setSingleShot(true);
+        m_traySettles.setInterval(trayToSettle);
+        connect(&m_traySettles, &QTimer::timeout, this, &PanelStatusItem::placeTrayIcon);
+        m_grace.setSingleShot(true);
+        connect(&m_grace, &QTimer::timeout, this, &PanelStatusItem::checkAvailability);
+        m_grace.start(grace);
+        update();
+    }
+
+    void setContent(const StatusItemContent& content) override
+    {
+        const QString before = StatusIconPainter::number(m_item.content().percent);
+        m_item.setContent(content);
+        if (!m_trayIcon)
+            return;
+        m_trayIcon->setToolTip(content.fullText());
+        if (const QString number = StatusIconPainter::number(content.percent); number != before)
+            m_trayIcon->setIcon(StatusIconPainter::icon(number));
+    }
+
+private:
+    void update()
+    {
+        const bool wantsTrayIcon = m_watch.host() == StatusNotifierHost::absent && m_trayWatch.manager() != 0;
+        if (!wantsTrayIcon) {
+            m_traySettles.stop();
+            m_trayIcon.reset();
+        } else if (!m_trayIcon) {
+            m_traySettles.start();
+        }
+        checkAvailability();
+    }
+
+    /// Only while no panel reads the item on the bus: Qt would put this icon onto the bus as well.
+    void placeTrayIcon()
+    {
+        const StatusItemContent& content = m_item.content();
+        m_trayIcon =
+            std::make_unique<QSystemTrayIcon>(StatusIconPainter::icon(StatusIconPainter::number(content.percent)));
+        m_trayIcon->setToolTip(content.fullText());
+        connect(m_trayIcon.get(), &QSystemTrayIcon::activated, this, [this] {
+            const QRect geometry = m_trayIcon->geometry();
+            Q_EMIT activated(geometry.isValid() ? geometry.center() : QCursor::pos());
+        });
+        m_trayIcon->show();
+    }
+
+    void checkAvailability()
+    {
+        const StatusNotifierHost host = m_watch.host();
+        const bool isThere = host == StatusNotifierHost::present || m_trayWatch.manager() != 0;
+        const bool isUndecided = m_grace.isActive() || host == StatusNotifierHost::unknown;
+        if (m_isChecked || (!isThere && isUndecided))
+            return;
+        m_isChecked = true;
+        if (!isThere)
+            Q_EMIT unavailable();
+    }
+
+    StatusNotifierItem m_item;
+    StatusNotifierWatch m_watch;
+    TrayManagerWatch m_trayWatch;
+    std::unique_ptr<QSystemTrayIcon> m_trayIcon;
+    QTimer m_traySettles;
+    QTimer m_grace;
+    bool m_isChecked = false; ///< a panel has been there, or the lack of one has been reported
+};
+
+/// A connection to the session bus that is closed, with whatever was registered on it, when the object is destroyed.
 class OwnConnection {
 public:
     explicit OwnConnection(const QString& name)
@@ -28,20 +161,48 @@ private:
     QDBusConnection m_bus;
 };
 
-/// The connection is a base class so that it ends after the item.
+/// The connection is a base class so that it outlives the item.
 class SessionStatusItem : private OwnConnection, public PanelStatusItem {
 public:
-    SessionStatusItem(const QString& id, const QString& title)
+    explicit SessionStatusItem(const QString& id)
         : OwnConnection{id + QStringLiteral(".status-item")}
-        , PanelStatusItem{id, {{}, title}, bus()}
+        , PanelStatusItem{id, bus(), 5s}
     { }
 };
 
 } // namespace
 
-std::unique_ptr<StatusItem> makeStatusItem(const QString& id, const QString& title)
+QString StatusItemContent::shortText() const
 {
-    return std::make_unique<SessionStatusItem>(id, title);
+    return percent ? QStringLiteral(" %1%").arg(*percent) : QString{};
+}
+
+QString StatusItemContent::fullText() const
+{
+    return percent ? QCoreApplication::translate("StatusItem", "Tallyfox, %1 percent used").arg(*percent)
+                   : QStringLiteral("Tallyfox");
+}
+
+std::unique_ptr<StatusItem> makeStatusItem(const QString& id)
+{
+    return std::make_unique<SessionStatusItem>(id);
+}
+
+std::unique_ptr<StatusItem> makeStatusItem(const QString& id, const QDBusConnection& bus,
+                                           std::chrono::milliseconds grace)
+{
+    return std::make_unique<PanelStatusItem>(id, bus, grace);
+}
+
+std::optional<QPoint> clickPosition(QPoint reported, std::optional<QPoint> pointer,
+                                    const std::vector<ScaledScreen>& screens)
+{
+    const std::optional<QPoint> logical = fromDevicePixels(reported, screens);
+    if (!pointer)
+        return reported.isNull() ? std::nullopt : logical;
+    if (logical && isNear(*logical, *pointer))
+        return logical;
+    return isNear(reported, *pointer) ? reported : *pointer;
 }
 
 } // namespace tallyfox

@@ -2,23 +2,33 @@
 
 #include <QObject>
 #include <QPoint>
+#include <QRect>
 #include <QString>
 
+#include <chrono>
+#include <cstdint>
 #include <memory>
 #include <optional>
+#include <vector>
+
+class QDBusConnection;
 
 namespace tallyfox {
 
 /// What the status item shows.
 struct StatusItemContent {
-    QString title; ///< stands beside the symbol, with its leading space: " 42%"; empty for the symbol alone
-    QString accessibilityLabel; ///< what a screen reader and the tooltip say: "Tallyfox, 42 percent used"
+    std::optional<std::int64_t> percent{}; ///< the combined usage, any number; without one the symbol stands alone
+
+    /// The text beside the symbol: " 42%", with its leading space; empty without a percentage.
+    [[nodiscard]] QString shortText() const;
+    /// What screen readers and tooltips say: "Tallyfox, 42 percent used"; "Tallyfox" without a percentage.
+    [[nodiscard]] QString fullText() const;
 
     friend bool operator==(const StatusItemContent&, const StatusItemContent&) = default;
 };
 
 /// The program's item in the desktop's status area. It appears in whatever panel there is, whenever one appears, until
-/// the object ends. Main thread; nothing blocks on a panel.
+/// the object is destroyed. Main thread; nothing blocks on a panel.
 class StatusItem : public QObject {
     Q_OBJECT
 
@@ -28,15 +38,35 @@ public:
     virtual void setContent(const StatusItemContent& content) = 0;
 
 Q_SIGNALS:
-    /// The user has clicked the item, with any button. `position` is where, in the desktop's logical coordinates, or
-    /// nothing when the panel does not say anything to be believed.
+    /// The user has clicked the item, with any button. `position` is where, in the desktop's logical coordinates;
+    /// nothing when the panel reports nothing plausible.
     void activated(std::optional<QPoint> position);
-    /// Emitted at most once, when it is certain that this desktop has no place for status items: none 5 s after the
-    /// start. The item stays ready for a panel that comes later all the same.
-    void isUnavailable();
+    /// Emitted at most once, when it is certain that this desktop has no place for status items. The item still appears
+    /// in a panel that starts later.
+    void unavailable();
 };
 
-/// The status item as this desktop understands it. `id` is the application's, "org.tallyfox.tallyfox".
-std::unique_ptr<StatusItem> makeStatusItem(const QString& id, const QString& title);
+/// The status item of this desktop: on the session bus where a panel reads it there, else as an icon in the X11 tray.
+/// Never both. `id` is the application's, "org.tallyfox.tallyfox".
+std::unique_ptr<StatusItem> makeStatusItem(const QString& id);
+
+/// The same on `bus`, which should be a connection of the item's own: panels identify an item by its connection.
+/// `grace` is the time without any panel after which the item is unavailable: desktops that start the program and the
+/// panel together need a few seconds to bring the panel up.
+std::unique_ptr<StatusItem> makeStatusItem(const QString& id, const QDBusConnection& bus,
+                                           std::chrono::milliseconds grace = std::chrono::seconds{5});
+
+/// A screen, as far as positions are concerned.
+struct ScaledScreen {
+    QRect logical; ///< where it is in logical coordinates; its top left corner is the same in device pixels
+    double scale = 1; ///< device pixels in a logical one
+};
+
+/// Where the user has clicked, in logical coordinates, when a panel reports `reported`. Panels report device pixels or
+/// logical ones, the pointer or the icon's corner; some report the position inside of the panel, or nothing but zeros.
+/// So the report counts when it is an icon's length from the pointer at most, in either measure; else the pointer
+/// does. Where the pointer is unknown, as under Wayland, a report that is on a screen must do; zeros are none.
+std::optional<QPoint> clickPosition(QPoint reported, std::optional<QPoint> pointer,
+                                    const std::vector<ScaledScreen>& screens);
 
 } // namespace tallyfox

@@ -1,43 +1,82 @@
 #pragma once
 
 #include "Tallyfox/Agent/StatusItem/StatusItem.h"
-#include "Tallyfox/Agent/StatusItem/StatusNotifierTypes.h"
 
+#include <QByteArray>
 #include <QDBusConnection>
+#include <QList>
+#include <QMetaType>
 #include <QObject>
 #include <QPoint>
+#include <QString>
+
+class QDBusArgument;
+class QImage;
 
 namespace tallyfox {
 
+/// One picture as status notifiers exchange it: `(iiay)`.
+struct StatusNotifierPixmap {
+    int width = 0; ///< pixels
+    int height = 0; ///< pixels
+    QByteArray argb; ///< rows from the top, 4 bytes a pixel, alpha first, colours not multiplied by it
+
+    friend bool operator==(const StatusNotifierPixmap&, const StatusNotifierPixmap&) = default;
+};
+
+using StatusNotifierPixmaps = QList<StatusNotifierPixmap>;
+
+/// `(sa(iiay)ss)`.
+struct StatusNotifierToolTip {
+    QString iconName;
+    StatusNotifierPixmaps icon;
+    QString title;
+    QString text;
+
+    friend bool operator==(const StatusNotifierToolTip&, const StatusNotifierToolTip&) = default;
+};
+
+StatusNotifierPixmap statusNotifierPixmap(const QImage& image);
+
+QDBusArgument& operator<<(QDBusArgument& argument, const StatusNotifierPixmap& pixmap);
+const QDBusArgument& operator>>(const QDBusArgument& argument, StatusNotifierPixmap& pixmap);
+QDBusArgument& operator<<(QDBusArgument& argument, const StatusNotifierToolTip& toolTip);
+const QDBusArgument& operator>>(const QDBusArgument& argument, StatusNotifierToolTip& toolTip);
+
 class StatusNotifierItemAdaptor;
 
-/// The status item as an object on the bus, where panels read it. Panels must be told of it: see StatusNotifierWatch.
+/// The status item as an object on the bus, where panels read it. StatusNotifierWatch makes it known to panels.
 class StatusNotifierItem : public QObject {
     Q_OBJECT
 
 public:
-    /// `bus` should be a connection of the item's own: panels know the item by it.
-    StatusNotifierItem(const QString& id, const StatusItemContent& content, const QDBusConnection& bus,
-                       QObject* parent = nullptr);
+    /// `bus` should be a connection of the item's own: panels identify the item by it.
+    StatusNotifierItem(const QString& id, const QDBusConnection& bus, QObject* parent = nullptr);
     ~StatusNotifierItem() override;
 
-    [[nodiscard]] const StatusItemContent& content() const;
-    [[nodiscard]] const StatusNotifierPixmaps& icon() const;
-    /// Tells the panels what has changed, and nothing when nothing has.
+    [[nodiscard]] const StatusItemContent& content() const
+    {
+        return m_content;
+    }
+    [[nodiscard]] const StatusNotifierPixmaps& icon() const
+    {
+        return m_icon;
+    }
+    /// Tells panels what has changed, and nothing when nothing has.
     void setContent(const StatusItemContent& content);
 
 Q_SIGNALS:
-    /// The user has clicked, with any button; `position` is what the panel says of it.
+    /// The user has clicked, with any button; `position` is what the panel reports.
     void activated(QPoint position);
 
 private:
-    void tellProperties(const QVariantMap& changed);
-
     QDBusConnection m_bus;
     StatusItemContent m_content;
-    QString m_number;
     StatusNotifierPixmaps m_icon;
     StatusNotifierItemAdaptor* m_adaptor;
 };
 
 } // namespace tallyfox
+
+Q_DECLARE_METATYPE(tallyfox::StatusNotifierPixmap)
+Q_DECLARE_METATYPE(tallyfox::StatusNotifierToolTip)

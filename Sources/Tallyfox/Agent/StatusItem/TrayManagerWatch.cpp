@@ -1,30 +1,16 @@
 #include "Tallyfox/Agent/StatusItem/TrayManagerWatch.h"
 
+#include "Tallyfox/Agent/Desktop/Display.h"
+
 #include <QByteArray>
 #include <QGuiApplication>
 
 #include <cstdlib>
-#include <memory>
 #include <xcb/xcb.h>
 
 namespace tallyfox {
 
 namespace {
-
-struct FreeMemory {
-    void operator()(void* memory) const
-    {
-        std::free(memory);
-    }
-};
-
-template <typename Reply> using XcbReply = std::unique_ptr<Reply, FreeMemory>;
-
-xcb_connection_t* toolkitConnection()
-{
-    const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    return x11 != nullptr ? x11->connection() : nullptr;
-}
 
 QByteArray selectionName()
 {
@@ -34,13 +20,6 @@ QByteArray selectionName()
     if (xcb_parse_display(nullptr, &host, &display, &screen) != 0)
         std::free(host);
     return QByteArrayLiteral("_NET_SYSTEM_TRAY_S") + QByteArray::number(screen);
-}
-
-xcb_atom_t atom(xcb_connection_t* connection, const QByteArray& name)
-{
-    const auto cookie = xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.constData());
-    const XcbReply<xcb_intern_atom_reply_t> reply{xcb_intern_atom_reply(connection, cookie, nullptr)};
-    return reply ? reply->atom : 0;
 }
 
 /// Whether the end of `window` will be told; not when it has ended already.
@@ -56,21 +35,16 @@ bool watchEndOf(xcb_connection_t* connection, xcb_window_t window)
 
 TrayManagerWatch::TrayManagerWatch(QObject* parent)
     : QObject{parent}
-    , m_connection{toolkitConnection()}
+    , m_connection{x11Connection()}
 {
     if (m_connection == nullptr)
         return;
     m_news.setSingleShot(true);
     connect(&m_news, &QTimer::timeout, this, &TrayManagerWatch::managerChanged);
-    m_selection = atom(m_connection, selectionName());
-    m_announcement = atom(m_connection, QByteArrayLiteral("MANAGER"));
+    m_selection = x11Atom(m_connection, selectionName());
+    m_announcement = x11Atom(m_connection, QByteArrayLiteral("MANAGER"));
     qGuiApp->installNativeEventFilter(this); // removed by its destructor
     findManager();
-}
-
-quint32 TrayManagerWatch::manager() const
-{
-    return m_manager;
 }
 
 void TrayManagerWatch::findManager()

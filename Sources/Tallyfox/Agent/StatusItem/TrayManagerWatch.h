@@ -17,7 +17,10 @@ public:
     explicit TrayManagerWatch(QObject* parent = nullptr);
 
     /// The tray's window; 0 when there is no tray.
-    [[nodiscard]] quint32 manager() const;
+    [[nodiscard]] quint32 manager() const
+    {
+        return m_manager;
+    }
 
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
 

@@ -1,0 +1,195 @@
+#include "Support/Agent/FakeStatusNotifierWatcher.h"
+#include "Support/Agent/PrivateBus.h"
+#include "Support/SpinUntil.h"
+#include "Tallyfox/Agent/StatusItem/StatusItem.h"
+
+#include <gmock/gmock.h>
+
+#include <limits>
+#include <memory>
+
+namespace tallyfox::test {
+namespace {
+
+using namespace std::chrono_literals;
+using Manner = FakeStatusNotifierWatcher::Manner;
+
+struct ClickCase {
+    const char* what;
+    QPoint reported;
+    std::optional<QPoint> pointer;
+    std::vector<ScaledScreen> screens;
+    std::optional<QPoint> position;
+};
+
+void PrintTo(const ClickCase& click, std::ostream* out)
+{
+    *out << click.what;
+}
+
+class ClickPosition : public testing::TestWithParam<ClickCase> { };
+
+TEST_P(ClickPosition, isTheOneToBelieve)
+{
+    const ClickCase& click = GetParam();
+    const std::optional<QPoint> position = clickPosition(click.reported, click.pointer, click.screens);
+    ASSERT_EQ(position.has_value(), click.position.has_value());
+    if (position) {
+        EXPECT_EQ(position->x(), click.position->x());
+        EXPECT_EQ(position->y(), click.position->y());
+    }
+}
+
+const std::vector<ScaledScreen> plain{{QRect{0, 0, 1920, 1080}, 1}};
+const std::vector<ScaledScreen> doubled{{QRect{0, 0, 960, 540}, 2}};
+const std::vector<ScaledScreen> mixed{{QRect{0, 0, 1920, 1080}, 1}, {QRect{1920, 0, 1536, 864}, 1.25}};
+constexpr int least = std::numeric_limits<int>::min();
+constexpr int most = std::numeric_limits<int>::max();
+
+INSTANTIATE_TEST_SUITE_P(
+    Reports, ClickPosition,
+    testing::Values(
+        ClickCase{"the pointer itself", {1800, 10}, QPoint{1800, 10}, plain, QPoint{1800, 10}},
+        ClickCase{"the icon's corner", {1790, 0}, QPoint{1800, 10}, plain, QPoint{1790, 0}},
+        ClickCase{"inside of the panel", {30, 10}, QPoint{1800, 10}, plain, QPoint{1800, 10}},
+        ClickCase{"zeros", {0, 0}, QPoint{1800, 1070}, plain, QPoint{1800, 1070}},
+        ClickCase{"off every screen", {5000, 10}, QPoint{1800, 10}, plain, QPoint{1800, 10}},
+        ClickCase{"device pixels", {1800, 20}, QPoint{900, 10}, doubled, QPoint{900, 10}},
+        ClickCase{"logical pixels", {900, 10}, QPoint{900, 10}, doubled, QPoint{900, 10}},
+        ClickCase{"device pixels of a second screen", {1920 + 1250, 25}, QPoint{2920, 20}, mixed, QPoint{2920, 20}},
+        ClickCase{"least numbers", {least, least}, QPoint{1800, 10}, plain, QPoint{1800, 10}},
+        ClickCase{"greatest numbers", {most, most}, QPoint{1800, 10}, doubled, QPoint{1800, 10}},
+        ClickCase{"no screens", {1800, 10}, QPoint{1800, 10}, {}, QPoint{1800, 10}},
+        ClickCase{"no pointer", {1800, 10}, std::nullopt, plain, QPoint{1800, 10}},
+        ClickCase{"no pointer, device pixels", {1800, 20}, std::nullopt, doubled, QPoint{900, 10}},
+        ClickCase{"no pointer, zeros", {0, 0}, std::nullopt, plain, std::nullopt},
+        ClickCase{"no pointer, off every screen", {5000, 10}, std::nullopt, plain, std::nullopt},
+        ClickCase{"no pointer, least numbers", {least, most}, std::nullopt, mixed, std::nullopt}));
+
+TEST(StatusItemContent, withoutAPercentageThereIsTheSymbolAlone)
+{
+    EXPECT_EQ(StatusItemContent{}.shortText(), QString{});
+    EXPECT_EQ(StatusItemContent{}.fullText(), QStringLiteral("Tallyfox"));
+}
+
+TEST(StatusItemContent, percentageStandsBehindOneSpace)
+{
+    const auto expectTexts = [](std::int64_t percent, const QString& shortText, const QString& fullText) {
+        EXPECT_EQ(StatusItemContent{percent}.shortText(), shortText);
+        EXPECT_EQ(StatusItemContent{percent}.fullText(), fullText);
+    };
+    expectTexts(42, QStringLiteral(" 42%"), QStringLiteral("Tallyfox, 42 percent used"));
+    expectTexts(0, QStringLiteral(" 0%"), QStringLiteral("Tallyfox, 0 percent used"));
+    expectTexts(100, QStringLiteral(" 100%"), QStringLiteral("Tallyfox, 100 percent used"));
+}
+
+TEST(StatusItemContent, numberIsNeitherPaddedNorClamped)
+{
+    EXPECT_EQ(StatusItemContent{-3}.shortText(), QStringLiteral(" -3%"));
+    EXPECT_EQ(StatusItemContent{1234}.shortText(), QStringLiteral(" 1234%"));
+    EXPECT_EQ(StatusItemContent{std::numeric_limits<std::int64_t>::min()}.shortText(),
+              QStringLiteral(" -9223372036854775808%"));
+}
+
+struct StatusItemTest : testing::Test {
+    void start(std::chrono::milliseconds grace, std::optional<QDBusConnection> connection = std::nullopt)
+    {
+        item = makeStatusItem(QStringLiteral("org.tallyfox.tallyfox"), connection.value_or(itemBus), grace);
+        QObject::connect(item.get(), &StatusItem::unavailable, item.get(), [this] { ++complaints; });
+        QObject::connect(item.get(), &StatusItem::activated, item.get(),
+                         [this](std::optional<QPoint> position) { clicks.push_back(position); });
+    }
+    void startWatcher(Manner manner = Manner::takesItems)
+    {
+        watcher = std::make_unique<FakeStatusNotifierWatcher>(bus.connect(), manner);
+    }
+    void click(int x, int y)
+    {
+        QDBusMessage call =
+            QDBusMessage::createMethodCall(itemBus.baseService(), QStringLiteral("/StatusNotifierItem"),
+                                           QStringLiteral("org.kde.StatusNotifierItem"), QStringLiteral("Activate"));
+        call << x << y;
+        panelBus.send(call);
+    }
+
+    PrivateBus bus;
+    QDBusConnection itemBus = bus.connect();
+    QDBusConnection panelBus = bus.connect();
+    std::unique_ptr<FakeStatusNotifierWatcher> watcher;
+    int complaints = 0;
+    std::vector<std::optional<QPoint>> clicks;
+    std::unique_ptr<StatusItem> item;
+};
+
+TEST_F(StatusItemTest, withoutABusItSaysOnceThatItIsUnavailable)
+{
+    start(10ms, QDBusConnection{QStringLiteral("never opened")});
+    item->setContent({.percent = 42});
+    EXPECT_TRUE(spinUntil([&] { return complaints == 1; }));
+    spinFor(50ms);
+    EXPECT_EQ(complaints, 1);
+}
+
+TEST_F(StatusItemTest, withoutAPanelItSaysSoOnceAndStaysReady)
+{
+    start(10ms);
+    ASSERT_TRUE(spinUntil([&] { return complaints == 1; }));
+    for (int life = 0; life < 3; ++life) {
+        startWatcher();
+        EXPECT_TRUE(spinUntil([&] { return watcher->registered().size() == 1; }));
+        watcher.reset();
+        spinFor(20ms);
+    }
+    EXPECT_EQ(complaints, 1);
+}
+
+TEST_F(StatusItemTest, panelThatComesInTimeLeavesNothingToSay)
+{
+    start(2s);
+    startWatcher();
+    ASSERT_TRUE(spinUntil([&] { return watcher->registered().size() == 1; }));
+    spinFor(50ms);
+    watcher.reset();
+    spinFor(2500ms);
+    EXPECT_EQ(complaints, 0) << "a panel that has crashed comes back";
+}
+
+TEST_F(StatusItemTest, panelThatDoesNotAnswerIsNoCertainty)
+{
+    startWatcher(Manner::isSilent);
+    start(10ms);
+    spinFor(300ms);
+    EXPECT_EQ(complaints, 0);
+    watcher.reset();
+    EXPECT_TRUE(spinUntil([&] { return complaints == 1; }));
+}
+
+TEST_F(StatusItemTest, panelThatRefusesIsNone)
+{
+    startWatcher(Manner::refuses);
+    start(10ms);
+    EXPECT_TRUE(spinUntil([&] { return complaints == 1; }));
+}
+
+TEST_F(StatusItemTest, clickTellsItsPlaceUnlessThePanelSaysNone)
+{
+    start(1min);
+    click(100, 20);
+    click(0, 0);
+    ASSERT_TRUE(spinUntil([&] { return clicks.size() == 2; }));
+    EXPECT_EQ(clicks[0], (QPoint{100, 20}));
+    EXPECT_EQ(clicks[1], std::nullopt);
+}
+
+TEST_F(StatusItemTest, endsWithItsPanelAsking)
+{
+    startWatcher();
+    start(1min);
+    click(100, 20);
+    item.reset();
+    spinFor(50ms);
+    EXPECT_TRUE(clicks.empty());
+}
+
+} // namespace
+} // namespace tallyfox::test
