@@ -68,7 +68,7 @@ void BusClient::make(const QDBusConnection& bus)
     case BusClientKind::portalShortcut:
         m_shortcut = &keep(std::make_unique<PortalShortcut>(bus));
         QObject::connect(m_shortcut, &PortalShortcut::activated, m_shortcut, [this] { ++m_activated; });
-        QObject::connect(m_shortcut, &PortalShortcut::isBoundChanged, m_shortcut, [this](bool isBound) {
+        QObject::connect(m_shortcut, &PortalShortcut::boundChanged, m_shortcut, [this](bool isBound) {
             require(isBound != std::exchange(m_wasBound, isBound), "a change of the binding is one");
         });
         break;
@@ -112,7 +112,7 @@ std::string_view BusClient::service() const
 
 bool BusClient::isBound() const
 {
-    return m_shortcut && m_shortcut->isBound();
+    return m_shortcut && m_wasBound;
 }
 
 StatusNotifierHost BusClient::host() const

@@ -1,5 +1,4 @@
 #include "Tallyfox/Agent/Shortcut/ShortcutKeys.h"
-#include "Tallyfox/Agent/Shortcut/ShortcutWays.h"
 
 #include <gmock/gmock.h>
 
@@ -116,15 +115,6 @@ TEST(ShortcutKeys, matchLooksAtKeyAndModifiersOnly)
     EXPECT_FALSE(keys.match(56, 0x49)) << "Shift";
     EXPECT_FALSE(keys.match(56, 0x40));
     EXPECT_FALSE(keys.match(56, 0));
-}
-
-TEST(ShortcutWays, followTheSession)
-{
-    EXPECT_EQ(shortcutWays(u"xcb", false), (ShortcutWays{true, false}));
-    EXPECT_EQ(shortcutWays(u"xcb", true), (ShortcutWays{true, true}));
-    EXPECT_EQ(shortcutWays(u"wayland", true), (ShortcutWays{false, true}));
-    EXPECT_EQ(shortcutWays(u"wayland-egl", true), (ShortcutWays{false, true}));
-    EXPECT_EQ(shortcutWays(u"offscreen", true), (ShortcutWays{false, false}));
 }
 
 } // namespace

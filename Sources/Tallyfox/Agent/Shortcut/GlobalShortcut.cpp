@@ -1,8 +1,8 @@
 #include "Tallyfox/Agent/Shortcut/GlobalShortcut.h"
 
 #include "Tallyfox/Agent/Bus/SessionBus.h"
+#include "Tallyfox/Agent/Desktop/Display.h"
 #include "Tallyfox/Agent/Shortcut/PortalShortcut.h"
-#include "Tallyfox/Agent/Shortcut/ShortcutWays.h"
 #include "Tallyfox/Agent/Shortcut/X11Shortcut.h"
 
 #include <QGuiApplication>
@@ -10,8 +10,6 @@
 namespace tallyfox {
 
 namespace {
-
-constexpr std::chrono::milliseconds busLimit{200};
 
 bool isWaylandSession()
 {
@@ -21,41 +19,56 @@ bool isWaylandSession()
 class DesktopShortcut : public GlobalShortcut {
 public:
     DesktopShortcut()
-        : m_ways(shortcutWays(QGuiApplication::platformName(), isWaylandSession()))
     {
+        for (const ShortcutBackEnd backEnd : shortcutBackEnds(QGuiApplication::platformName(), isWaylandSession())) {
+            switch (backEnd) {
+            case ShortcutBackEnd::portal:
+                askPortal();
+                break;
+            case ShortcutBackEnd::keyGrab:
+                m_connection = x11Connection();
+                break;
+            }
+        }
         grabUnless(false);
-        if (m_ways.isPortals)
-            askPortal();
     }
 
 private:
     void askPortal()
     {
-        const QDBusConnection bus = answeringSessionBus(busLimit);
+        const QDBusConnection bus = answeringSessionBus(std::chrono::milliseconds{200});
         if (!bus.isConnected())
             return;
         m_portal = std::make_unique<PortalShortcut>(bus);
         connect(m_portal.get(), &GlobalShortcut::activated, this, &GlobalShortcut::activated);
-        connect(m_portal.get(), &PortalShortcut::isBoundChanged, this, &DesktopShortcut::grabUnless);
+        connect(m_portal.get(), &PortalShortcut::boundChanged, this, &DesktopShortcut::grabUnless);
     }
 
-    /// With the portal's shortcut in force a grab would report the same keys for a second time.
+    /// While the portal's shortcut is bound, a grab would report the same keys a second time.
     void grabUnless(bool isBound)
     {
         m_grab.reset();
-        const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-        if (isBound || !m_ways.isGrabbed || !x11)
+        if (isBound || !m_connection)
             return;
-        m_grab = std::make_unique<X11Shortcut>(x11->connection());
+        m_grab = std::make_unique<X11Shortcut>(m_connection);
         connect(m_grab.get(), &GlobalShortcut::activated, this, &GlobalShortcut::activated);
     }
 
-    ShortcutWays m_ways;
+    xcb_connection_t* m_connection = nullptr; ///< for grabs; null without that back end
     std::unique_ptr<X11Shortcut> m_grab;
     std::unique_ptr<PortalShortcut> m_portal;
 };
 
 } // namespace
+
+std::vector<ShortcutBackEnd> shortcutBackEnds(QStringView platform, bool isWaylandSession)
+{
+    if (platform == QLatin1StringView{"xcb"})
+        return isWaylandSession ? std::vector{ShortcutBackEnd::portal, ShortcutBackEnd::keyGrab}
+                                : std::vector{ShortcutBackEnd::keyGrab};
+    return platform.startsWith(QLatin1StringView{"wayland"}) ? std::vector{ShortcutBackEnd::portal}
+                                                             : std::vector<ShortcutBackEnd>{};
+}
 
 std::unique_ptr<GlobalShortcut> registerGlobalShortcut()
 {

@@ -1,14 +1,16 @@
 #pragma once
 
 #include <QObject>
+#include <QStringView>
 
 #include <memory>
+#include <vector>
 
 namespace tallyfox {
 
-/// Super+Alt+B wherever the keyboard's focus is, for as long as the object lives, which must end before the
-/// application object. A desktop that refuses, or another program that has the keys already, is no error: the shortcut
-/// then does nothing.
+/// Super+Alt+B wherever the keyboard's focus is, until the object is destroyed, which must be before the application
+/// object is. A desktop that refuses, or another program that has the keys already, is no error: the shortcut then does
+/// nothing.
 class GlobalShortcut : public QObject {
     Q_OBJECT
 
@@ -21,8 +23,17 @@ Q_SIGNALS:
     void activated();
 };
 
-/// The global shortcut as this session can have it: a key grab under X11, the portal under Wayland, both for an X11
-/// program under Wayland, whose grab reaches no further than other X11 programs. Never null.
+/// What can provide a session's global shortcut.
+enum class ShortcutBackEnd {
+    portal, ///< the desktop portal
+    keyGrab, ///< the X server
+};
+
+/// The back ends to try in a session, the preferred one first. `platform` is QGuiApplication's name of it. An X11
+/// program under Wayland has both: its grab works only while another X11 program has the focus.
+std::vector<ShortcutBackEnd> shortcutBackEnds(QStringView platform, bool isWaylandSession);
+
+/// The global shortcut of this session, provided by the first of its back ends that works at the moment. Never null.
 std::unique_ptr<GlobalShortcut> registerGlobalShortcut();
 
 } // namespace tallyfox

@@ -94,7 +94,7 @@ PortalShortcut::~PortalShortcut()
 void PortalShortcut::createSession()
 {
     m_request = std::make_unique<PortalRequest>(
-        m_keeper, m_bus, QStringLiteral("GlobalShortcuts.CreateSession"), QVariantList{},
+        m_context, m_bus, QStringLiteral("GlobalShortcuts.CreateSession"), QVariantList{},
         QVariantMap{{QStringLiteral("session_handle_token"), newPortalToken()}});
     connect(m_request.get(), &PortalRequest::succeeded, this, &PortalShortcut::bind);
     connect(m_request.get(), &PortalRequest::failed, this, &PortalShortcut::giveUp);
@@ -110,7 +110,7 @@ void PortalShortcut::bind(const QVariantMap& results)
     }
     m_bus.connect(QString{}, m_session, sessionInterface, QStringLiteral("Closed"), this, SLOT(takeEnd(QDBusMessage)));
     m_request = std::make_unique<PortalRequest>(
-        m_keeper, m_bus, QStringLiteral("GlobalShortcuts.BindShortcuts"),
+        m_context, m_bus, QStringLiteral("GlobalShortcuts.BindShortcuts"),
         QVariantList{QVariant::fromValue(QDBusObjectPath{m_session}), shortcuts(), QString{}});
     connect(m_request.get(), &PortalRequest::succeeded, this, &PortalShortcut::takeGrant);
     connect(m_request.get(), &PortalRequest::failed, this, &PortalShortcut::giveUp);
@@ -164,7 +164,7 @@ void PortalShortcut::setBound(bool isBound)
     if (m_isBound == isBound)
         return;
     m_isBound = isBound;
-    Q_EMIT isBoundChanged(isBound);
+    Q_EMIT boundChanged(isBound);
 }
 
 void PortalShortcut::closeSession()

@@ -15,14 +15,8 @@ public:
     /// Closes the session, which ends the grant. What is asked at that moment ends with the program's connection.
     ~PortalShortcut() override;
 
-    /// Whether the portal has granted the shortcut.
-    [[nodiscard]] bool isBound() const
-    {
-        return m_isBound;
-    }
-
 Q_SIGNALS:
-    void isBoundChanged(bool isBound);
+    void boundChanged(bool isBound); ///< whether the portal has granted the shortcut; at first it has not
 
 private Q_SLOTS:
     void takeActivation(const QDBusMessage& activation);
@@ -38,7 +32,7 @@ private:
     void closeSession();
 
     QDBusConnection m_bus;
-    QObject m_keeper; ///< of calls that are under way
+    QObject m_context; ///< of pending calls
     std::unique_ptr<PortalRequest> m_request; ///< the one under way, or the last
     QString m_portal; ///< the unique name of the one with the session
     QString m_session; ///< its path; empty without one
