@@ -1,10 +1,9 @@
 #include "Bus/BusClient.h"
 
 #include "FuzzSupport.h"
+#include "Tallyfox/Agent/Bus/PortalRequest.h"
 #include "Tallyfox/Agent/Desktop/NotificationCenter.h"
-#include "Tallyfox/Agent/KeepAwake/CookieInhibition.h"
-#include "Tallyfox/Agent/KeepAwake/LoginInhibition.h"
-#include "Tallyfox/Agent/KeepAwake/PortalInhibition.h"
+#include "Tallyfox/Agent/KeepAwake/InhibitionRequest.h"
 #include "Tallyfox/Agent/Shortcut/PortalShortcut.h"
 
 namespace tallyfox {
@@ -17,7 +16,7 @@ constexpr std::chrono::hours noLimit{1}; ///< time is for other tests
 
 BusClient::BusClient(BusClientKind kind, const QDBusConnection& bus)
     : m_kind(kind)
-    , m_inhibitor([bus] { return bus; }, [bus] { return bus; }, noLimit)
+    , m_inhibitor(makeSleepInhibitor([bus] { return bus; }, [bus] { return bus; }, noLimit))
 {
     make(bus);
 }
@@ -45,25 +44,25 @@ template <typename Object> Object& BusClient::keep(std::unique_ptr<Object> objec
 
 void BusClient::make(const QDBusConnection& bus)
 {
-    const InhibitionContext context{bus, m_keeper, QStringLiteral("reason")};
+    const QString reason = QStringLiteral("reason");
     switch (m_kind) {
     case BusClientKind::powerManagement:
-        keep(std::make_unique<CookieInhibition>(context, powerManagement(context.reason)));
+        keep(requestPowerManagement(m_context, bus, reason));
         break;
     case BusClientKind::sessionManager:
-        keep(std::make_unique<CookieInhibition>(context, sessionManager(context.reason)));
+        keep(requestSessionManager(m_context, bus, reason));
         break;
     case BusClientKind::portalInhibition:
-        keep(std::make_unique<PortalInhibition>(context));
+        keep(requestPortal(m_context, bus, reason));
         break;
     case BusClientKind::loginInhibition:
-        keep(std::make_unique<LoginInhibition>(context));
+        keep(requestLoginManager(m_context, bus, reason));
         break;
     case BusClientKind::portalRequest:
-        keep(std::make_unique<PortalRequest>(m_keeper, bus, QStringLiteral("Any.Thing"), QVariantList{1}));
+        keep(std::make_unique<PortalRequest>(m_context, bus, QStringLiteral("Any.Thing"), QVariantList{1}));
         break;
     case BusClientKind::sleepInhibitor:
-        keep(m_inhibitor.begin(context.reason));
+        keep(m_inhibitor->begin(reason));
         break;
     case BusClientKind::portalShortcut:
         m_shortcut = &keep(std::make_unique<PortalShortcut>(bus));

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Tallyfox/Agent/KeepAwake/DesktopSleepInhibitor.h"
+#include "Tallyfox/Agent/KeepAwake/SleepInhibitor.h"
 #include "Tallyfox/Agent/StatusItem/StatusNotifierWatch.h"
 
 #include <memory>
@@ -79,8 +79,8 @@ private:
     template <typename Object> Object& keep(std::unique_ptr<Object> object);
 
     BusClientKind m_kind;
-    QObject m_keeper;
-    DesktopSleepInhibitor m_inhibitor;
+    QObject m_context; ///< of pending calls, which outlive the client
+    std::unique_ptr<SleepInhibitor> m_inhibitor;
     std::unique_ptr<QObject> m_object;
     PortalShortcut* m_shortcut = nullptr;
     StatusNotifierWatch* m_watch = nullptr;

@@ -1,43 +1,13 @@
+#include "Support/Agent/FakeDesktop.h"
 #include "Tallyfox/Agent/KeepAwake/CaffeineController.h"
 
 #include <gmock/gmock.h>
 
-namespace tallyfox {
+namespace tallyfox::test {
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-class FakeInhibition : public SleepInhibition {
-public:
-    explicit FakeInhibition(int& living)
-        : m_living(living)
-    {
-        ++m_living;
-    }
-    ~FakeInhibition() override
-    {
-        --m_living;
-    }
-
-private:
-    int& m_living;
-};
-
-class FakeInhibitor : public SleepInhibitor {
-public:
-    std::unique_ptr<SleepInhibition> begin(const QString& reason) override
-    {
-        auto inhibition = std::make_unique<FakeInhibition>(living);
-        reasons += reason;
-        last = inhibition.get();
-        return inhibition;
-    }
-
-    int living = 0;
-    QStringList reasons;
-    SleepInhibition* last = nullptr;
-};
 
 class CaffeineControllerTest : public testing::Test {
 protected:
@@ -49,7 +19,7 @@ protected:
         });
     }
 
-    FakeInhibitor m_inhibitor;
+    FakeSleepInhibitor m_inhibitor;
     CaffeineController m_controller{m_inhibitor};
     std::vector<bool> m_published;
 };
@@ -65,7 +35,7 @@ TEST_F(CaffeineControllerTest, isOnOnceGranted)
     m_controller.toggle();
     EXPECT_FALSE(m_controller.isEnabled());
     EXPECT_THAT(m_inhibitor.reasons, ElementsAre(QStringLiteral("Tallyfox Keep Mac Awake")));
-    Q_EMIT m_inhibitor.last->began();
+    Q_EMIT m_inhibitor.inhibition->began();
     EXPECT_TRUE(m_controller.isEnabled());
     EXPECT_THAT(m_published, ElementsAre(true));
 }
@@ -73,23 +43,23 @@ TEST_F(CaffeineControllerTest, isOnOnceGranted)
 TEST_F(CaffeineControllerTest, secondPressEndsAndThirdBeginsAnew)
 {
     m_controller.toggle();
-    Q_EMIT m_inhibitor.last->began();
+    Q_EMIT m_inhibitor.inhibition->began();
     m_controller.toggle();
     EXPECT_FALSE(m_controller.isEnabled());
-    EXPECT_EQ(m_inhibitor.living, 0);
+    EXPECT_FALSE(m_inhibitor.inhibition);
     m_controller.toggle();
-    EXPECT_EQ(m_inhibitor.living, 1);
-    Q_EMIT m_inhibitor.last->began();
+    EXPECT_TRUE(m_inhibitor.inhibition);
+    Q_EMIT m_inhibitor.inhibition->began();
     EXPECT_TRUE(m_controller.isEnabled());
     EXPECT_THAT(m_published, ElementsAre(true, false, true));
-    EXPECT_EQ(m_inhibitor.reasons.size(), 2);
+    EXPECT_EQ(m_inhibitor.reasons.size(), 2U);
 }
 
 TEST_F(CaffeineControllerTest, pressWhileAskingCancels)
 {
     m_controller.toggle();
     m_controller.toggle();
-    EXPECT_EQ(m_inhibitor.living, 0);
+    EXPECT_FALSE(m_inhibitor.inhibition);
     EXPECT_FALSE(m_controller.isEnabled());
     EXPECT_THAT(m_published, IsEmpty()) << "it was never on";
 }
@@ -97,45 +67,45 @@ TEST_F(CaffeineControllerTest, pressWhileAskingCancels)
 TEST_F(CaffeineControllerTest, refusalLeavesItOffAndTheNextPressAsksAgain)
 {
     m_controller.toggle();
-    Q_EMIT m_inhibitor.last->ended();
+    Q_EMIT m_inhibitor.inhibition->ended();
     EXPECT_FALSE(m_controller.isEnabled());
-    EXPECT_EQ(m_inhibitor.living, 0);
+    EXPECT_FALSE(m_inhibitor.inhibition);
     EXPECT_THAT(m_published, IsEmpty());
     m_controller.toggle();
-    EXPECT_EQ(m_inhibitor.living, 1);
+    EXPECT_TRUE(m_inhibitor.inhibition);
 }
 
 TEST_F(CaffeineControllerTest, lostServiceTurnsItOff)
 {
     m_controller.toggle();
-    Q_EMIT m_inhibitor.last->began();
-    Q_EMIT m_inhibitor.last->ended();
+    Q_EMIT m_inhibitor.inhibition->began();
+    Q_EMIT m_inhibitor.inhibition->ended();
     EXPECT_FALSE(m_controller.isEnabled());
-    EXPECT_EQ(m_inhibitor.living, 0);
+    EXPECT_FALSE(m_inhibitor.inhibition);
     EXPECT_THAT(m_published, ElementsAre(true, false));
 }
 
 TEST_F(CaffeineControllerTest, activityIsReleasedWhenOffIsPublished)
 {
     m_controller.toggle();
-    Q_EMIT m_inhibitor.last->began();
-    int livingAtPublication = -1;
+    Q_EMIT m_inhibitor.inhibition->began();
+    bool isHeldAtPublication = true;
     QObject::connect(&m_controller, &CaffeineController::isEnabledPublished, &m_controller,
-                     [&] { livingAtPublication = m_inhibitor.living; });
+                     [&] { isHeldAtPublication = !m_inhibitor.inhibition.isNull(); });
     m_controller.toggle();
-    EXPECT_EQ(livingAtPublication, 0);
+    EXPECT_FALSE(isHeldAtPublication);
 }
 
 TEST(CaffeineController, activityEndsWithTheController)
 {
-    FakeInhibitor inhibitor;
+    FakeSleepInhibitor inhibitor;
     {
         CaffeineController controller{inhibitor};
         controller.toggle();
-        Q_EMIT inhibitor.last->began();
+        Q_EMIT inhibitor.inhibition->began();
     }
-    EXPECT_EQ(inhibitor.living, 0);
+    EXPECT_FALSE(inhibitor.inhibition);
 }
 
 } // namespace
-} // namespace tallyfox
+} // namespace tallyfox::test

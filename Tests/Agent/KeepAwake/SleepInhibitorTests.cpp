@@ -1,7 +1,7 @@
 #include "Support/Agent/FakePortal.h"
 #include "Support/Agent/PrivateBus.h"
 #include "Support/SpinUntil.h"
-#include "Tallyfox/Agent/KeepAwake/DesktopSleepInhibitor.h"
+#include "Tallyfox/Agent/KeepAwake/SleepInhibitor.h"
 
 #include <QDBusUnixFileDescriptor>
 #include <gmock/gmock.h>
@@ -25,9 +25,10 @@ const QString loginName = QStringLiteral("org.freedesktop.login1");
 class SleepInhibitorTest : public testing::Test {
 protected:
     /// Asks, with a bound that no test reaches by accident unless it is told otherwise.
-    void ask(std::chrono::milliseconds limit = 20s)
+    void ask(std::chrono::milliseconds timeout = 20s)
     {
-        m_inhibitor.emplace([this] { return m_program; }, [this] { return m_programOnSystemBus; }, limit);
+        m_inhibitor =
+            makeSleepInhibitor([this] { return m_program; }, [this] { return m_programOnSystemBus; }, timeout);
         m_inhibition = m_inhibitor->begin(reason);
         QObject::connect(m_inhibition.get(), &SleepInhibition::began, [this] { m_events += QStringLiteral("began"); });
         QObject::connect(m_inhibition.get(), &SleepInhibition::ended, [this] { m_events += QStringLiteral("ended"); });
@@ -47,7 +48,7 @@ protected:
     PrivateBus m_systemBus;
     QDBusConnection m_program = m_bus.connect();
     QDBusConnection m_programOnSystemBus = m_systemBus.connect();
-    std::optional<DesktopSleepInhibitor> m_inhibitor;
+    std::unique_ptr<SleepInhibitor> m_inhibitor;
     std::unique_ptr<SleepInhibition> m_inhibition;
     QStringList m_events;
 };

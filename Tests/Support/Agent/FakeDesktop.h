@@ -6,6 +6,8 @@
 #include "Tallyfox/Agent/Desktop/NotificationCenter.h"
 #include "Tallyfox/Agent/Shell/AppDelegate.h"
 
+#include <QPointer>
+
 #include <memory>
 #include <string>
 #include <vector>
@@ -33,7 +35,7 @@ public:
     }
 
     std::vector<QString> reasons;
-    SleepInhibition* inhibition = nullptr; ///< the newest one; only as long as its owner keeps it
+    QPointer<SleepInhibition> inhibition; ///< the newest one, while it exists
 };
 
 /// A session that starts the program if it is asked to, unless it refuses.

@@ -4,10 +4,12 @@
 #include <QObject>
 #include <QString>
 
+#include <memory>
+
 namespace tallyfox {
 
-/// What one service is asked for, and holds for as long as the object lives. A grant that comes too late, when the
-/// object is gone, is given back at once.
+/// A request to one service to keep the computer awake, in force until the object is destroyed. A grant that comes
+/// after that is given back at once.
 class InhibitionRequest : public QObject {
     Q_OBJECT
 
@@ -20,27 +22,26 @@ Q_SIGNALS:
     void failed(); ///< refused, not understood, or, after `granted`, lost
 
 protected:
-    void grant()
-    {
-        QMetaObject::invokeMethod(this, "granted", Qt::QueuedConnection);
-    }
-    void fail()
-    {
-        if (m_hasFailed)
-            return;
-        m_hasFailed = true;
-        QMetaObject::invokeMethod(this, "failed", Qt::QueuedConnection);
-    }
+    void grant();
+    void fail();
 
 private:
     bool m_hasFailed = false;
 };
 
-/// Who asks, where, and for what.
-struct InhibitionContext {
-    QDBusConnection bus;
-    QObject& keeper; ///< of calls that are under way; outlives the requests
-    QString reason;
-};
+/// Asks one service on `bus`. `context` owns the pending calls and must outlive the request; `reason` is what the
+/// desktop may show the user.
+using InhibitionService = std::unique_ptr<InhibitionRequest>(QObject& context, const QDBusConnection& bus,
+                                                             const QString& reason);
+
+/// org.freedesktop.PowerManagement: KDE, Xfce, MATE and others.
+InhibitionService requestPowerManagement;
+/// org.gnome.SessionManager, asked not to suspend.
+InhibitionService requestSessionManager;
+/// The desktop portal, asked not to suspend.
+InhibitionService requestPortal;
+/// The login manager on the system bus, asked not to consider the session idle. It is not asked to block sleep: that
+/// would hold off the sleep which the user asks for.
+InhibitionService requestLoginManager;
 
 } // namespace tallyfox

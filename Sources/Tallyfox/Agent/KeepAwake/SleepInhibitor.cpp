@@ -1,10 +1,7 @@
 #include "Tallyfox/Agent/KeepAwake/SleepInhibitor.h"
 
 #include "Tallyfox/Agent/Bus/SessionBus.h"
-#include "Tallyfox/Agent/KeepAwake/CookieInhibition.h"
-#include "Tallyfox/Agent/KeepAwake/DesktopSleepInhibitor.h"
-#include "Tallyfox/Agent/KeepAwake/LoginInhibition.h"
-#include "Tallyfox/Agent/KeepAwake/PortalInhibition.h"
+#include "Tallyfox/Agent/KeepAwake/InhibitionRequest.h"
 
 #include <QTimer>
 
@@ -15,20 +12,17 @@ namespace tallyfox {
 
 namespace {
 
-constexpr std::chrono::seconds serviceLimit{2};
-constexpr std::chrono::milliseconds busLimit{200};
-
-/// Asks one service; the next when it refuses, or says nothing for as long as the limit.
+/// Asks its back ends in order, the next when one refuses or does not answer within the timeout.
 class InhibitionChain : public SleepInhibition {
 public:
-    using Service = std::function<std::unique_ptr<InhibitionRequest>()>;
+    using BackEnd = std::function<std::unique_ptr<InhibitionRequest>()>;
 
-    InhibitionChain(std::vector<Service> services, std::chrono::milliseconds limit)
-        : m_services(std::move(services))
+    InhibitionChain(std::vector<BackEnd> backEnds, std::chrono::milliseconds timeout)
+        : m_backEnds(std::move(backEnds))
     {
-        m_limit.setSingleShot(true);
-        m_limit.setInterval(limit);
-        connect(&m_limit, &QTimer::timeout, this, &InhibitionChain::askNext);
+        m_timeout.setSingleShot(true);
+        m_timeout.setInterval(timeout);
+        connect(&m_timeout, &QTimer::timeout, this, &InhibitionChain::askNext);
         askNext();
     }
 
@@ -36,28 +30,27 @@ private:
     void askNext()
     {
         m_request.reset();
-        if (m_next == m_services.size()) {
+        if (m_next == m_backEnds.size()) {
             end();
             return;
         }
-        m_request = m_services[m_next++]();
+        m_request = m_backEnds[m_next++]();
         connect(m_request.get(), &InhibitionRequest::granted, this, &InhibitionChain::hold);
-        connect(m_request.get(), &InhibitionRequest::failed, this, &InhibitionChain::give);
-        m_limit.start();
+        connect(m_request.get(), &InhibitionRequest::failed, this, &InhibitionChain::handleFailure);
+        m_timeout.start();
     }
 
     void hold()
     {
-        m_limit.stop();
+        m_timeout.stop();
         m_isHeld = true;
         Q_EMIT began();
     }
 
-    /// A service that fails after its grant has broken the activity: what the others would say to a new one is for the
-    /// user to find out.
-    void give()
+    /// A service that fails after its grant ends the inhibition: asking the others for a new one is up to the user.
+    void handleFailure()
     {
-        m_limit.stop();
+        m_timeout.stop();
         if (!m_isHeld) {
             askNext();
             return;
@@ -71,42 +64,53 @@ private:
         QMetaObject::invokeMethod(this, "ended", Qt::QueuedConnection);
     }
 
-    std::vector<Service> m_services;
+    std::vector<BackEnd> m_backEnds;
     std::size_t m_next = 0;
     bool m_isHeld = false;
     std::unique_ptr<InhibitionRequest> m_request;
-    QTimer m_limit;
+    QTimer m_timeout;
+};
+
+class DesktopSleepInhibitor : public SleepInhibitor {
+public:
+    DesktopSleepInhibitor(BusSource sessionBus, BusSource systemBus, std::chrono::milliseconds timeout)
+        : m_sessionBus(std::move(sessionBus))
+        , m_systemBus(std::move(systemBus))
+        , m_timeout(timeout)
+    { }
+
+    std::unique_ptr<SleepInhibition> begin(const QString& reason) override
+    {
+        std::vector<InhibitionChain::BackEnd> backEnds;
+        if (const QDBusConnection bus = m_sessionBus(); bus.isConnected()) {
+            for (InhibitionService* request : {&requestPowerManagement, &requestSessionManager, &requestPortal})
+                backEnds.emplace_back([this, request, bus, reason] { return request(m_context, bus, reason); });
+        }
+        backEnds.emplace_back([this, reason] { return requestLoginManager(m_context, m_systemBus(), reason); });
+        return std::make_unique<InhibitionChain>(std::move(backEnds), m_timeout);
+    }
+
+private:
+    BusSource m_sessionBus;
+    BusSource m_systemBus;
+    std::chrono::milliseconds m_timeout;
+    QObject m_context; ///< owns pending calls that have outlived their requests
 };
 
 } // namespace
 
-DesktopSleepInhibitor::DesktopSleepInhibitor(BusSource sessionBus, BusSource systemBus, std::chrono::milliseconds limit)
-    : m_sessionBus(std::move(sessionBus))
-    , m_systemBus(std::move(systemBus))
-    , m_limit(limit)
-{ }
-
-std::unique_ptr<SleepInhibition> DesktopSleepInhibitor::begin(const QString& reason)
-{
-    const InhibitionContext session{m_sessionBus(), m_keeper, reason};
-    std::vector<InhibitionChain::Service> services;
-    if (session.bus.isConnected()) {
-        services = {
-            [session] { return std::make_unique<CookieInhibition>(session, powerManagement(session.reason)); },
-            [session] { return std::make_unique<CookieInhibition>(session, sessionManager(session.reason)); },
-            [session] { return std::make_unique<PortalInhibition>(session); },
-        };
-    }
-    services.emplace_back([this, reason] {
-        return std::make_unique<LoginInhibition>(InhibitionContext{m_systemBus(), m_keeper, reason});
-    });
-    return std::make_unique<InhibitionChain>(std::move(services), m_limit);
-}
-
 std::unique_ptr<SleepInhibitor> makeSleepInhibitor()
 {
-    return std::make_unique<DesktopSleepInhibitor>([] { return answeringSessionBus(busLimit); },
-                                                   [] { return answeringSystemBus(busLimit); }, serviceLimit);
+    constexpr std::chrono::seconds serviceTimeout{2};
+    static constexpr std::chrono::milliseconds busTimeout{200};
+    return makeSleepInhibitor([] { return answeringSessionBus(busTimeout); },
+                              [] { return answeringSystemBus(busTimeout); }, serviceTimeout);
+}
+
+std::unique_ptr<SleepInhibitor> makeSleepInhibitor(BusSource sessionBus, BusSource systemBus,
+                                                   std::chrono::milliseconds timeout)
+{
+    return std::make_unique<DesktopSleepInhibitor>(std::move(sessionBus), std::move(systemBus), timeout);
 }
 
 } // namespace tallyfox

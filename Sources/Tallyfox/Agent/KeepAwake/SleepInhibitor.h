@@ -1,8 +1,11 @@
 #pragma once
 
+#include <QDBusConnection>
 #include <QObject>
 #include <QString>
 
+#include <chrono>
+#include <functional>
 #include <memory>
 
 namespace tallyfox {
@@ -37,5 +40,12 @@ public:
 /// The inhibitor of this desktop: its power management, session manager or portal, or the system's login manager,
 /// whichever grants a request first. Each is given 2 seconds before the next is asked.
 std::unique_ptr<SleepInhibitor> makeSleepInhibitor();
+
+using BusSource = std::function<QDBusConnection()>;
+
+/// The same on other buses and with another timeout for each service. The buses are connected to when a request first
+/// needs them: most desktops never need the system bus.
+std::unique_ptr<SleepInhibitor> makeSleepInhibitor(BusSource sessionBus, BusSource systemBus,
+                                                   std::chrono::milliseconds timeout);
 
 } // namespace tallyfox
