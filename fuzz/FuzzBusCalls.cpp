@@ -67,9 +67,9 @@ std::string effect(QPoint position)
     return "item " + std::to_string(position.x()) + ' ' + std::to_string(position.y());
 }
 
-std::string effect(InstanceRequest request)
+std::string effect(AgentAction action)
 {
-    return "request " + std::to_string(static_cast<int>(request));
+    return "request " + std::to_string(static_cast<int>(action));
 }
 
 /// A call, and what has to come of it.
@@ -130,13 +130,13 @@ private:
         if ((message.member == "Activate" && message.signature == "a{sv}")
             || (message.member == "Open" && message.signature == "asa{sv}"))
         {
-            accept(call, effect(InstanceRequest::show));
+            accept(call, effect(AgentAction::show));
         } else if (message.member == "ActivateAction" && message.signature == "sava{sv}") {
             if (name == "show" || name == "toggle" || name == "settings")
                 accept(call,
-                       effect(name == "show"         ? InstanceRequest::show
-                                  : name == "toggle" ? InstanceRequest::toggle
-                                                     : InstanceRequest::settings));
+                       effect(name == "show"         ? AgentAction::show
+                                  : name == "toggle" ? AgentAction::toggle
+                                                     : AgentAction::settings));
         } else {
             call.isOutcomeKnown = !isStandard(message.member);
         }
@@ -240,7 +240,7 @@ private:
         m_bus.setNameAnswer(answer);
         m_instance = std::make_unique<BusInstance>(m_bus.connection(), QStringLiteral("org.tallyfox.tallyfox"));
         QObject::connect(m_instance.get(), &SingleInstance::requested, m_instance.get(),
-                         [this](InstanceRequest request) { m_effects.push_back(effect(request)); });
+                         [this](AgentAction action) { m_effects.push_back(effect(action)); });
         using Claim = SingleInstance::Claim;
         const Claim expected = answer == 1 ? Claim::first : answer == 3 ? Claim::other : Claim::impossible;
         require(m_instance->claim() == expected, "a claim is what the bus says of it");

@@ -279,7 +279,7 @@ protected:
     {
         m_agent.emplace(m_folder.path().toUtf8(), id);
         QObject::connect(&*m_agent, &SingleInstance::requested,
-                         [this](InstanceRequest request) { m_requests.push_back(request); });
+                         [this](AgentAction action) { m_requests.push_back(action); });
         ASSERT_EQ(m_agent->claim(), SingleInstance::Claim::first);
     }
 
@@ -307,7 +307,7 @@ protected:
 
     QTemporaryDir m_folder;
     std::optional<SocketInstance> m_agent;
-    std::vector<InstanceRequest> m_requests;
+    std::vector<AgentAction> m_requests;
     std::atomic<bool> m_isAnswered = false;
 };
 
@@ -317,7 +317,7 @@ TEST_F(SocketInstanceTest, requestsAreTakenInWholeLines)
     EXPECT_EQ(answerTo("toggle\n"), "ok\n");
     EXPECT_EQ(answerTo("settings\nmore"), "ok\n");
     EXPECT_TRUE(spinUntil([this] { return m_requests.size() == 2; }));
-    EXPECT_THAT(m_requests, ElementsAre(InstanceRequest::toggle, InstanceRequest::settings));
+    EXPECT_THAT(m_requests, ElementsAre(AgentAction::toggle, AgentAction::settings));
 }
 
 TEST_F(SocketInstanceTest, otherBytesAreNoRequest)
@@ -328,7 +328,7 @@ TEST_F(SocketInstanceTest, otherBytesAreNoRequest)
         EXPECT_EQ(answerTo(bytes), "") << bytes.toStdString();
     EXPECT_EQ(answerTo("show\n"), "ok\n");
     EXPECT_TRUE(spinUntil([this] { return !m_requests.empty(); }));
-    EXPECT_THAT(m_requests, ElementsAre(InstanceRequest::show));
+    EXPECT_THAT(m_requests, ElementsAre(AgentAction::show));
 }
 
 TEST_F(SocketInstanceTest, endlessBytesAreCutOff)
@@ -380,7 +380,7 @@ TEST_F(SocketInstanceTest, foldersThatOthersCanWriteToAreRefused)
     ASSERT_EQ(chmod(m_folder.path().toUtf8().constData(), 0777), 0);
     SocketInstance instance{m_folder.path().toUtf8(), id};
     EXPECT_EQ(instance.claim(), SingleInstance::Claim::impossible);
-    EXPECT_FALSE(instance.send(InstanceRequest::show));
+    EXPECT_FALSE(instance.send(AgentAction::show, 300ms));
 }
 
 TEST_F(SocketInstanceTest, whatIsNoFolderOfTheUserIsRefused)

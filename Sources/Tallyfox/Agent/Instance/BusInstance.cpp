@@ -1,7 +1,5 @@
 #include "Tallyfox/Agent/Instance/BusInstance.h"
 
-#include "Tallyfox/Agent/Instance/InstanceRequests.h"
-
 #include <QDBusMessage>
 #include <QDBusReply>
 #include <QLatin1StringView>
@@ -10,8 +8,7 @@ namespace tallyfox {
 
 namespace {
 
-constexpr std::chrono::milliseconds busClaimLimit{1000}; ///< for a bus that has answered a moment ago
-constexpr std::chrono::milliseconds busSendLimit{300};
+constexpr std::chrono::milliseconds busClaimTimeout{1000}; ///< for a bus that has answered a moment ago
 constexpr unsigned doNotQueue = 4; ///< and let nobody take the name over
 constexpr unsigned nameIsOurs = 1;
 constexpr unsigned nameIsAnothers = 3;
@@ -48,7 +45,7 @@ SingleInstance::Claim BusInstance::claim()
     if (!m_bus.registerObject(m_path, this, QDBusConnection::ExportScriptableSlots))
         return Claim::impossible;
     const QDBusMessage call = busCall(QStringLiteral("RequestName")) << m_id << doNotQueue;
-    const QDBusReply<unsigned> answer = m_bus.call(call, QDBus::Block, busClaimLimit.count());
+    const QDBusReply<unsigned> answer = m_bus.call(call, QDBus::Block, busClaimTimeout.count());
     m_isFirst = answer.isValid() && answer.value() == nameIsOurs;
     if (m_isFirst)
         return Claim::first;
@@ -56,37 +53,32 @@ SingleInstance::Claim BusInstance::claim()
     return answer.isValid() && answer.value() == nameIsAnothers ? Claim::other : Claim::impossible;
 }
 
-bool BusInstance::send(InstanceRequest request)
+bool BusInstance::send(AgentAction action, std::chrono::milliseconds timeout)
 {
-    return send(request, busSendLimit);
-}
-
-bool BusInstance::send(InstanceRequest request, std::chrono::milliseconds limit)
-{
-    const bool isShow = request == InstanceRequest::show;
+    const bool isShow = action == AgentAction::show;
     QDBusMessage call =
         QDBusMessage::createMethodCall(m_id, m_path, QStringLiteral("org.freedesktop.Application"),
                                        isShow ? QStringLiteral("Activate") : QStringLiteral("ActivateAction"));
     if (!isShow)
-        call << QString::fromLatin1(nameOf(request)) << QVariantList{};
+        call << QString::fromLatin1(nameOf(action)) << QVariantList{};
     call << QVariantMap{};
     call.setAutoStartService(false); // a request is for an agent that runs
-    return m_bus.call(call, QDBus::Block, static_cast<int>(limit.count())).type() == QDBusMessage::ReplyMessage;
+    return m_bus.call(call, QDBus::Block, static_cast<int>(timeout.count())).type() == QDBusMessage::ReplyMessage;
 }
 
 void BusInstance::Activate(const QVariantMap&)
 {
-    Q_EMIT asked(InstanceRequest::show);
+    Q_EMIT asked(AgentAction::show);
 }
 
 void BusInstance::Open(const QStringList&, const QVariantMap&)
 {
-    Q_EMIT asked(InstanceRequest::show);
+    Q_EMIT asked(AgentAction::show);
 }
 
 void BusInstance::ActivateAction(const QString& name, const QVariantList&, const QVariantMap&)
 {
-    if (const auto named = requestNamed(name.left(16).toLatin1()))
+    if (const auto named = actionNamed(name.left(16).toLatin1()))
         Q_EMIT asked(*named);
     else
         sendErrorReply(QDBusError::InvalidArgs, QStringLiteral("no such action"));

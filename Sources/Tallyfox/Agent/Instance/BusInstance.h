@@ -23,8 +23,7 @@ public:
     ~BusInstance() override;
 
     Claim claim() override;
-    bool send(InstanceRequest request) override;
-    bool send(InstanceRequest request, std::chrono::milliseconds limit);
+    bool send(AgentAction action, std::chrono::milliseconds timeout) override;
 
 public Q_SLOTS:
     // The names are those of the interface.
@@ -34,7 +33,7 @@ public Q_SLOTS:
                                      const QVariantMap& platformData);
 
 Q_SIGNALS:
-    void asked(InstanceRequest request); ///< of the bus; `requested` follows
+    void asked(AgentAction action); ///< of the bus; `requested` follows
 
 private:
     QDBusConnection m_bus;

@@ -6,15 +6,37 @@
 
 #include <QDeadlineTimer>
 
+#include <algorithm>
+#include <array>
+#include <unistd.h>
+
 namespace tallyfox {
 
 namespace {
 
-constexpr std::chrono::seconds sessionBusLimit{2}; ///< a bus may be slow while a session starts
-constexpr std::chrono::milliseconds forwardLimit{2000}; ///< an agent that is just starting has no time yet
-constexpr std::chrono::milliseconds findBusLimit{200}; ///< of these; the rest is for the agent
+constexpr std::chrono::seconds claimBusTimeout{2}; ///< a bus may be slow while a session starts
+constexpr std::chrono::milliseconds sendBusTimeout{200}; ///< the rest of the time is for the agent
 
-/// By the bus where it answers, else by the socket.
+constexpr std::array<std::pair<AgentAction, const char*>, 3> actionNames{
+    {{AgentAction::show, "show"}, {AgentAction::toggle, "toggle"}, {AgentAction::settings, "settings"}}};
+
+std::unique_ptr<SingleInstance> onBus(const QString& id, std::chrono::milliseconds busTimeout)
+{
+    const QDBusConnection bus = answeringSessionBus(busTimeout);
+    return bus.isConnected() ? std::make_unique<BusInstance>(bus, id) : nullptr;
+}
+
+std::unique_ptr<SingleInstance> onSocket(const QString& id, std::chrono::milliseconds /*busTimeout*/)
+{
+    const QByteArray folder = qgetenv("XDG_RUNTIME_DIR");
+    return std::make_unique<SocketInstance>(folder.isEmpty() ? "/run/user/" + QByteArray::number(getuid()) : folder,
+                                            id);
+}
+
+/// In order of preference; a maker returns null where the session has no such thing.
+constexpr std::array instanceBackEnds{&onBus, &onSocket};
+
+/// The first back end that works.
 class DesktopInstance : public SingleInstance {
 public:
     explicit DesktopInstance(const QString& id)
@@ -23,38 +45,45 @@ public:
 
     Claim claim() override
     {
-        const QDBusConnection bus = answeringSessionBus(sessionBusLimit);
-        const Claim byName = bus.isConnected() ? claimBy(std::make_unique<BusInstance>(bus, m_id)) : Claim::impossible;
-        return byName != Claim::impossible ? byName : claimBy(std::make_unique<SocketInstance>(runtimeFolder(), m_id));
+        for (const auto make : instanceBackEnds) {
+            m_backEnd = make(m_id, claimBusTimeout);
+            if (!m_backEnd)
+                continue;
+            connect(m_backEnd.get(), &SingleInstance::requested, this, &SingleInstance::requested);
+            if (const Claim claim = m_backEnd->claim(); claim != Claim::impossible)
+                return claim;
+        }
+        return Claim::impossible;
     }
 
-    bool send(InstanceRequest request) override
+    bool send(AgentAction action, std::chrono::milliseconds timeout) override
     {
-        const QDeadlineTimer deadline{forwardLimit};
-        const QDBusConnection bus = answeringSessionBus(findBusLimit);
-        if (bus.isConnected() && BusInstance{bus, m_id}.send(request, remaining(deadline)))
-            return true;
-        return SocketInstance{runtimeFolder(), m_id}.send(request, remaining(deadline));
+        const QDeadlineTimer deadline{timeout};
+        return std::any_of(instanceBackEnds.begin(), instanceBackEnds.end(), [&](const auto make) {
+            const auto backEnd = make(m_id, sendBusTimeout);
+            return backEnd && backEnd->send(action, std::chrono::milliseconds{deadline.remainingTime()});
+        });
     }
 
 private:
-    static std::chrono::milliseconds remaining(const QDeadlineTimer& deadline)
-    {
-        return std::chrono::milliseconds{deadline.remainingTime()};
-    }
-
-    Claim claimBy(std::unique_ptr<SingleInstance> way)
-    {
-        m_way = std::move(way);
-        connect(m_way.get(), &SingleInstance::requested, this, &SingleInstance::requested);
-        return m_way->claim();
-    }
-
     QString m_id;
-    std::unique_ptr<SingleInstance> m_way;
+    std::unique_ptr<SingleInstance> m_backEnd;
 };
 
 } // namespace
+
+const char* nameOf(AgentAction action)
+{
+    return std::find_if(actionNames.begin(), actionNames.end(), [&](const auto& each) { return each.first == action; })
+        ->second;
+}
+
+std::optional<AgentAction> actionNamed(const QByteArray& name)
+{
+    const auto* const found =
+        std::find_if(actionNames.begin(), actionNames.end(), [&](const auto& each) { return name == each.second; });
+    return found != actionNames.end() ? std::optional{found->first} : std::nullopt;
+}
 
 std::unique_ptr<SingleInstance> makeSingleInstance(const QString& id)
 {

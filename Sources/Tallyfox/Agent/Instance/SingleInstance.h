@@ -1,14 +1,14 @@
 #pragma once
 
+#include "Tallyfox/Engine/CommandLine/CommandLineOptions.h"
+
 #include <QObject>
 #include <QString>
 
+#include <chrono>
 #include <memory>
 
 namespace tallyfox {
-
-/// What a second start of the program wants from the one that runs.
-enum class InstanceRequest { show, toggle, settings };
 
 /// The one agent of a desktop session: known on the session bus by its name, or, without a session bus, by a lock and
 /// a socket in the user's runtime folder. Main thread.
@@ -30,14 +30,19 @@ public:
     /// Tries to become the agent, for as long as the object lives. At most once. Takes a moment, and 3 s at most with a
     /// bus that does not answer.
     virtual Claim claim() = 0;
-    /// Passes a request to the process that is the agent; whether it arrived. Takes a moment, and 2 s at most with an
-    /// agent that does not answer; for processes that do nothing else.
-    virtual bool send(InstanceRequest request) = 0;
+    /// Forwards an action to the process that is the agent; whether it arrived. Blocks until then, and for `timeout` at
+    /// most: only for processes that do nothing else.
+    virtual bool send(AgentAction action, std::chrono::milliseconds timeout = std::chrono::seconds{2}) = 0;
 
 Q_SIGNALS:
     /// Another process asks this one, the agent. The other has its answer already, however long the slots take.
-    void requested(InstanceRequest request);
+    void requested(AgentAction action);
 };
+
+/// The name of an action between two processes.
+const char* nameOf(AgentAction action);
+/// Nothing for a name that no action has.
+std::optional<AgentAction> actionNamed(const QByteArray& name);
 
 /// `id` is the application's, "org.tallyfox.tallyfox".
 std::unique_ptr<SingleInstance> makeSingleInstance(const QString& id);

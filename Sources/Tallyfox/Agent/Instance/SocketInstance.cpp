@@ -1,12 +1,9 @@
 #include "Tallyfox/Agent/Instance/SocketInstance.h"
 
 #include "Tallyfox/Agent/Bus/LocalSocket.h"
-#include "Tallyfox/Agent/Instance/InstanceRequests.h"
-#include "Tallyfox/Agent/Instance/SocketPeer.h"
-
-#include <QSocketNotifier>
 
 #include <algorithm>
+#include <chrono>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -17,9 +14,10 @@ namespace tallyfox {
 
 namespace {
 
-constexpr std::chrono::milliseconds socketSendLimit{300};
 constexpr std::chrono::milliseconds nextTry{10};
 constexpr std::chrono::seconds pause{1};
+constexpr std::chrono::seconds peerTimeout{1};
+constexpr qsizetype longestLine = 16;
 constexpr std::size_t mostPeers = 16; ///< at a time; the others wait in the system's queue
 constexpr int longestQueue = 64;
 constexpr mode_t privateFile = S_IRUSR | S_IWUSR;
@@ -39,11 +37,10 @@ bool belongsToThisUser(const FileDescriptor& socket)
     return getsockopt(socket.get(), SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 && peer.uid == getuid();
 }
 
-bool isAnswered(const LocalAddress& address, InstanceRequest request, const QDeadlineTimer& deadline)
+bool isAnswered(const LocalAddress& address, AgentAction action, const QDeadlineTimer& deadline)
 {
     const FileDescriptor socket = connectedSocket(address);
-    if (!socket.isOpen() || !belongsToThisUser(socket)
-        || !sendAll(socket, QByteArray{nameOf(request)} + '\n', deadline))
+    if (!socket.isOpen() || !belongsToThisUser(socket) || !sendAll(socket, QByteArray{nameOf(action)} + '\n', deadline))
         return false;
     QByteArray answer;
     while (answer.size() < 3 && receiveMore(socket, answer, deadline)) {
@@ -52,6 +49,55 @@ bool isAnswered(const LocalAddress& address, InstanceRequest request, const QDea
 }
 
 } // namespace
+
+/// A process that has connected to the agent's socket: it sends one line with the name of an action, and gets "ok". It
+/// has one second and 16 bytes for that.
+class SocketPeer : public QObject {
+    Q_OBJECT
+
+public:
+    explicit SocketPeer(FileDescriptor socket)
+        : m_socket(std::move(socket))
+        , m_notifier(m_socket.get(), QSocketNotifier::Read)
+    {
+        connect(&m_notifier, &QSocketNotifier::activated, this, &SocketPeer::receive);
+        connect(&m_timeout, &QTimer::timeout, this, &SocketPeer::finish);
+        m_timeout.setSingleShot(true);
+        m_timeout.start(peerTimeout);
+    }
+
+Q_SIGNALS:
+    void asked(AgentAction action); ///< at most once, before `finished`
+    /// At most once, and the last signal. For a queued connection, after which the object may be deleted.
+    void finished();
+
+private:
+    void receive()
+    {
+        const QDeadlineTimer now{0};
+        const bool isOpen = receiveMore(m_socket, m_received, now);
+        const qsizetype end = m_received.indexOf('\n');
+        if (isOpen && end < 0 && m_received.size() <= longestLine)
+            return;
+        if (const auto action = actionNamed(m_received.left(qMax<qsizetype>(end, 0)))) {
+            sendAll(m_socket, "ok\n", now);
+            Q_EMIT asked(*action);
+        }
+        finish();
+    }
+
+    void finish()
+    {
+        m_notifier.setEnabled(false);
+        m_timeout.stop();
+        Q_EMIT finished();
+    }
+
+    FileDescriptor m_socket;
+    QSocketNotifier m_notifier; ///< destroyed before the descriptor is closed
+    QTimer m_timeout;
+    QByteArray m_received;
+};
 
 SocketInstance::SocketInstance(const QByteArray& folder, const QString& id, QObject* parent)
     : SingleInstance(parent)
@@ -62,7 +108,6 @@ SocketInstance::SocketInstance(const QByteArray& folder, const QString& id, QObj
 
 SocketInstance::~SocketInstance()
 {
-    delete m_newcomers; // before the descriptor it watches is closed
     if (m_socket.isOpen())
         unlink(m_socketPath.constData());
 }
@@ -79,8 +124,8 @@ SingleInstance::Claim SocketInstance::claim()
     m_lock = std::move(lock);
     // Without a socket it is the agent all the same, deaf to requests: a second one would be worse.
     if (listen()) {
-        m_newcomers = new QSocketNotifier(m_socket.get(), QSocketNotifier::Read, this);
-        connect(m_newcomers, &QSocketNotifier::activated, this, &SocketInstance::accept);
+        m_newcomers = std::make_unique<QSocketNotifier>(m_socket.get(), QSocketNotifier::Read);
+        connect(m_newcomers.get(), &QSocketNotifier::activated, this, &SocketInstance::accept);
         m_pause.setSingleShot(true);
         connect(&m_pause, &QTimer::timeout, this, &SocketInstance::resume);
     }
@@ -135,20 +180,15 @@ void SocketInstance::forget(const SocketPeer& peer)
     m_newcomers->setEnabled(true);
 }
 
-bool SocketInstance::send(InstanceRequest request)
+bool SocketInstance::send(AgentAction action, std::chrono::milliseconds timeout)
 {
-    return send(request, socketSendLimit);
-}
-
-bool SocketInstance::send(InstanceRequest request, std::chrono::milliseconds limit)
-{
-    const QDeadlineTimer deadline{limit};
+    const QDeadlineTimer deadline{timeout};
     const auto address = localAddress(m_socketPath);
     // There has never been an agent where there is no lock.
     if (!address || !isPrivateFolder(m_folder) || access(m_lockPath.constData(), F_OK) != 0)
         return false;
     // An agent that has its lock may not have its socket yet.
-    while (!isAnswered(*address, request, deadline)) {
+    while (!isAnswered(*address, action, deadline)) {
         if (deadline.hasExpired())
             return false;
         std::this_thread::sleep_for(nextTry);
@@ -156,10 +196,6 @@ bool SocketInstance::send(InstanceRequest request, std::chrono::milliseconds lim
     return true;
 }
 
-QByteArray runtimeFolder()
-{
-    const QByteArray given = qgetenv("XDG_RUNTIME_DIR");
-    return given.isEmpty() ? "/run/user/" + QByteArray::number(getuid()) : given;
-}
-
 } // namespace tallyfox
+
+#include "SocketInstance.moc"

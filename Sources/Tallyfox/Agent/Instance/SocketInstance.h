@@ -4,12 +4,11 @@
 #include "TallyfoxCore/Files/FileDescriptor.h"
 
 #include <QByteArray>
+#include <QSocketNotifier>
 #include <QTimer>
 
 #include <chrono>
 #include <vector>
-
-class QSocketNotifier;
 
 namespace tallyfox {
 
@@ -27,8 +26,7 @@ public:
     ~SocketInstance() override;
 
     Claim claim() override;
-    bool send(InstanceRequest request) override;
-    bool send(InstanceRequest request, std::chrono::milliseconds limit);
+    bool send(AgentAction action, std::chrono::milliseconds timeout) override;
 
 private:
     bool listen();
@@ -42,12 +40,9 @@ private:
     QByteArray m_lockPath;
     FileDescriptor m_lock;
     FileDescriptor m_socket;
-    QSocketNotifier* m_newcomers = nullptr;
+    std::unique_ptr<QSocketNotifier> m_newcomers; ///< destroyed before the descriptor is closed
     QTimer m_pause;
     std::vector<std::unique_ptr<SocketPeer>> m_peers;
 };
-
-/// The folder for such sockets: $XDG_RUNTIME_DIR, or where it usually is.
-QByteArray runtimeFolder();
 
 } // namespace tallyfox

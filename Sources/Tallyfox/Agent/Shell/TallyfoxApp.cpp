@@ -43,19 +43,6 @@ ExitStatus fail(const std::string& message, ExitStatus status = ExitStatus::fail
     return status;
 }
 
-InstanceRequest requestOf(AgentAction action)
-{
-    switch (action) {
-    case AgentAction::toggle:
-        return InstanceRequest::toggle;
-    case AgentAction::settings:
-        return InstanceRequest::settings;
-    case AgentAction::show:
-        break;
-    }
-    return InstanceRequest::show;
-}
-
 /// Before the first window: what desktops know the program by, and what ends it. Closing its last window does not.
 void introduce()
 {
@@ -79,14 +66,14 @@ AppDelegateEnvironment makeEnvironment(StoreEnvironment store)
     return environment;
 }
 
-void answer(AppDelegate& delegate, InstanceRequest request)
+void answer(AppDelegate& delegate, AgentAction request)
 {
     switch (request) {
-    case InstanceRequest::show:
+    case AgentAction::show:
         return delegate.showPopover();
-    case InstanceRequest::toggle:
+    case AgentAction::toggle:
         return delegate.togglePopover();
-    case InstanceRequest::settings:
+    case AgentAction::settings:
         return delegate.showSettings();
     }
 }
@@ -125,7 +112,7 @@ ExitStatus TallyfoxApp::pass(AgentAction action)
 {
     chooseSessionBus();
     const QCoreApplication application{m_argc, m_argv};
-    if (makeSingleInstance(applicationId())->send(requestOf(action)))
+    if (makeSingleInstance(applicationId())->send(action))
         return ExitStatus::done;
     return fail("no agent is running on this desktop; tallyfox starts it");
 }
@@ -146,7 +133,7 @@ ExitStatus TallyfoxApp::start(const AgentRequest& request, const std::optional<s
         signals.raiseReceived();
         return ExitStatus::done;
     }
-    if (instance->send(requestOf(request.action)))
+    if (instance->send(request.action))
         return ExitStatus::done;
     return fail("the agent that runs on this desktop does not answer");
 }
@@ -168,7 +155,7 @@ void TallyfoxApp::runAgent(const AgentRequest& request, const std::optional<std:
     AppDelegate delegate{makeEnvironment(std::move(store)), QStringLiteral(TALLYFOX_VERSION)};
     QObject::connect(&picker, &FolderPicker::aboutToOpen, &delegate, &AppDelegate::closePopover);
     QObject::connect(&instance, &SingleInstance::requested, &delegate,
-                     [&](InstanceRequest wish) { answer(delegate, wish); });
+                     [&](AgentAction wish) { answer(delegate, wish); });
     delegate.applicationDidFinishLaunching();
     if (request.action == AgentAction::settings)
         delegate.showSettings();
