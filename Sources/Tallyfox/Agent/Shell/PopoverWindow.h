@@ -3,7 +3,10 @@
 #include "Tallyfox/Agent/Popover/PopoverView.h"
 
 #include <QElapsedTimer>
+#include <QPoint>
 #include <QPropertyAnimation>
+#include <QRect>
+#include <QSize>
 #include <QWidget>
 
 #include <optional>
@@ -31,10 +34,6 @@ public:
     /// that was by a click on the status item, the panel reports it afterwards, and it must not open the popover again.
     [[nodiscard]] bool hasJustLostFocus() const;
 
-Q_SIGNALS:
-    void opened();
-    void closed();
-
 protected:
     bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
@@ -51,5 +50,23 @@ private:
     bool m_isClickedOutside = false; ///< a button is down that was pressed outside
     QElapsedTimer m_sinceDeactivation;
 };
+
+/// A screen, in logical pixels of the whole desktop.
+struct ScreenArea {
+    QRect screen;
+    QRect workArea; ///< what panels leave free
+};
+
+/// Where the top left corner of a popover of `size` goes: beside the panel at the side where the status item was
+/// clicked, centred on the click, and inside of the work area. A panel that reserves no room is kept clear of by
+/// some pixels. A popover larger than the work area keeps its top left corner inside.
+QPoint popoverPosition(const QPoint& click, const ScreenArea& area, const QSize& size);
+
+/// The same without a click: at the end of the panel where items usually stand, which is the right or the lower one;
+/// nothing when no side of the screen is taken by a panel.
+std::optional<QPoint> popoverPosition(const ScreenArea& area, const QSize& size);
+
+/// The middle of the work area.
+QPoint centredPosition(const ScreenArea& area, const QSize& size);
 
 } // namespace tallyfox

@@ -44,7 +44,7 @@ ExitStatus fail(const std::string& message, ExitStatus status = ExitStatus::fail
 }
 
 /// Before the first window: what desktops know the program by, and what ends it. Closing its last window does not.
-void introduce()
+void setApplicationMetadata()
 {
     QCoreApplication::setApplicationName(QStringLiteral("Tallyfox"));
     QCoreApplication::setApplicationVersion(QStringLiteral(TALLYFOX_VERSION));
@@ -66,9 +66,9 @@ AppDelegateEnvironment makeEnvironment(StoreEnvironment store)
     return environment;
 }
 
-void answer(AppDelegate& delegate, AgentAction request)
+void handle(AppDelegate& delegate, AgentAction action)
 {
-    switch (request) {
+    switch (action) {
     case AgentAction::show:
         return delegate.showPopover();
     case AgentAction::toggle:
@@ -93,22 +93,22 @@ ExitStatus TallyfoxApp::run()
     if (const auto* error = std::get_if<UsageError>(&request))
         return fail(error->message, ExitStatus::wrongUsage);
     if (const auto* agent = std::get_if<AgentRequest>(&request))
-        return perform(*agent);
+        return runRequest(*agent);
     return fail("this is the agent's program; use tallyfox for the terminal", ExitStatus::wrongUsage);
 }
 
-ExitStatus TallyfoxApp::perform(const AgentRequest& request)
+ExitStatus TallyfoxApp::runRequest(const AgentRequest& request)
 {
     const auto home = checkHome(request.home);
     if (const auto* error = std::get_if<UsageError>(&home))
         return fail(error->message, ExitStatus::wrongUsage);
     if (request.action == AgentAction::toggle)
-        return pass(request.action);
+        return forwardToRunningAgent(request.action);
     return start(request, std::get<std::optional<std::filesystem::path>>(home));
 }
 
 /// A key binding of a compositor calls this: it needs the bus alone, and no display.
-ExitStatus TallyfoxApp::pass(AgentAction action)
+ExitStatus TallyfoxApp::forwardToRunningAgent(AgentAction action)
 {
     chooseSessionBus();
     const QCoreApplication application{m_argc, m_argv};
@@ -122,7 +122,7 @@ ExitStatus TallyfoxApp::start(const AgentRequest& request, const std::optional<s
     if (!chooseDisplay())
         return fail("there is no display to show a status icon on; tallyfox --summary prints the figures");
     chooseSessionBus();
-    introduce();
+    setApplicationMetadata();
     TerminationSignals signals;
     QApplication application{m_argc, m_argv};
     signals.watch();
@@ -155,7 +155,7 @@ void TallyfoxApp::runAgent(const AgentRequest& request, const std::optional<std:
     AppDelegate delegate{makeEnvironment(std::move(store)), QStringLiteral(TALLYFOX_VERSION)};
     QObject::connect(&picker, &FolderPicker::aboutToOpen, &delegate, &AppDelegate::closePopover);
     QObject::connect(&instance, &SingleInstance::requested, &delegate,
-                     [&](AgentAction wish) { answer(delegate, wish); });
+                     [&](AgentAction action) { handle(delegate, action); });
     delegate.applicationDidFinishLaunching();
     if (request.action == AgentAction::settings)
         delegate.showSettings();

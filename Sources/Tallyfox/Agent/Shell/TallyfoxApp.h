@@ -19,8 +19,8 @@ public:
     ExitStatus run();
 
 private:
-    ExitStatus perform(const AgentRequest& request);
-    ExitStatus pass(AgentAction action);
+    ExitStatus runRequest(const AgentRequest& request);
+    ExitStatus forwardToRunningAgent(AgentAction action);
     ExitStatus start(const AgentRequest& request, const std::optional<std::filesystem::path>& home);
     void runAgent(const AgentRequest& request, const std::optional<std::filesystem::path>& home,
                   SingleInstance& instance);

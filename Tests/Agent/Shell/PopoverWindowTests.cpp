@@ -1,4 +1,4 @@
-#include "Tallyfox/Agent/Shell/PopoverPlacement.h"
+#include "Tallyfox/Agent/Shell/PopoverWindow.h"
 
 #include <gtest/gtest.h>
 
