@@ -22,7 +22,7 @@ bool waitFor(const FileDescriptor& socket, short events, const QDeadlineTimer& d
     }
 }
 
-bool isWorthWaiting()
+bool isTemporaryError()
 {
     return errno == EAGAIN || errno == EINTR;
 }
@@ -42,7 +42,7 @@ std::optional<LocalAddress> localAddress(const QByteArray& name, bool isAbstract
         return std::nullopt;
     address.value.sun_family = AF_UNIX;
     std::memcpy(address.value.sun_path + (isAbstract ? 1 : 0), name.constData(), length);
-    // The name of an abstract socket ends with its length, that of a file with a zero byte.
+    // One byte more than the name: the zero before an abstract name, or the one after a path.
     address.size = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + length);
     return address;
 }
@@ -55,7 +55,7 @@ FileDescriptor newLocalSocket()
 FileDescriptor connectedSocket(const LocalAddress& address)
 {
     FileDescriptor socket = newLocalSocket();
-    // Local sockets connect at once or not at all: EAGAIN means that the other side's queue is full.
+    // Local sockets connect at once or not at all: EAGAIN means that the listener's queue is full.
     if (!socket.isOpen() || connect(socket.get(), address.get(), address.size) != 0)
         return FileDescriptor{};
     return socket;
@@ -68,7 +68,7 @@ bool sendAll(const FileDescriptor& socket, const QByteArray& bytes, const QDeadl
             send(socket.get(), bytes.constData() + done, static_cast<std::size_t>(bytes.size() - done), MSG_NOSIGNAL);
         if (count > 0)
             done += count;
-        else if (!isWorthWaiting() || !waitFor(socket, POLLOUT, deadline))
+        else if (!isTemporaryError() || !waitFor(socket, POLLOUT, deadline))
             return false;
     }
     return true;
@@ -83,7 +83,7 @@ bool receiveMore(const FileDescriptor& socket, QByteArray& bytes, const QDeadlin
             bytes.append(buffer.data(), count);
         if (count >= 0)
             return count > 0;
-        if (!isWorthWaiting() || !waitFor(socket, POLLIN, deadline))
+        if (!isTemporaryError() || !waitFor(socket, POLLIN, deadline))
             return false;
     }
 }

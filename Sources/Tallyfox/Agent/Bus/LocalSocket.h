@@ -11,7 +11,7 @@
 
 namespace tallyfox {
 
-/// The address of a socket in the file system, or of one without a file when `isAbstract`.
+/// The address of a local socket.
 struct LocalAddress {
     sockaddr_un value{};
     socklen_t size = 0;
@@ -19,16 +19,17 @@ struct LocalAddress {
     [[nodiscard]] const sockaddr* get() const;
 };
 
-/// Nothing for a name that is empty or too long for the system (108 bytes).
+/// The address of a socket in the file system, or in the abstract namespace. Nothing for a name that is empty or longer
+/// than the system allows (107 bytes).
 std::optional<LocalAddress> localAddress(const QByteArray& name, bool isAbstract = false);
 
-/// A stream socket that blocks nobody and is not inherited by children.
+/// A non-blocking stream socket that children do not inherit.
 FileDescriptor newLocalSocket();
 
-/// A socket connected to `address`; not open when nobody listens, or nobody accepts.
+/// A socket connected to `address`; not open when nobody listens or the queue is full.
 FileDescriptor connectedSocket(const LocalAddress& address);
 
-/// Sends all of `bytes` until `deadline`; whether it went.
+/// Sends all of `bytes`; false on an error or at `deadline`.
 bool sendAll(const FileDescriptor& socket, const QByteArray& bytes, const QDeadlineTimer& deadline);
 
 /// Waits for more bytes and appends them, 4,096 at most; false at the end of the stream, on an error or at `deadline`.

@@ -13,7 +13,7 @@ namespace {
 
 const QString requestInterface = QStringLiteral("org.freedesktop.portal.Request");
 
-/// Where the portal will have the request: known before, so that no answer can come too early.
+/// The object path that the request will have: known before the call, so that no response is missed.
 QString expectedHandle(const QDBusConnection& bus, const QString& token)
 {
     const QString peer = bus.baseService().mid(1).replace(QLatin1Char('.'), QLatin1Char('_'));
@@ -66,7 +66,7 @@ PortalRequest::PortalRequest(QObject& context, const QDBusConnection& bus, const
         if (self && reply.isError())
             self->fail();
         else if (self)
-            self->takeReply(reply.reply(), reply.value().path());
+            self->handleReply(reply.reply(), reply.value().path());
         else if (!reply.isError())
             closeRequest(bus, reply.reply().service(), reply.value().path());
     };
@@ -82,23 +82,24 @@ PortalRequest::~PortalRequest()
 void PortalRequest::listenTo(const QString& handle)
 {
     m_handle = handle;
-    // From anybody at first, since asking the bus who the portal is would mean to wait.
-    m_bus.connect(QString{}, handle, requestInterface, QStringLiteral("Response"), this, SLOT(respond(QDBusMessage)));
+    // From any sender at first: asking the bus who the portal is would block.
+    m_bus.connect(QString{}, handle, requestInterface, QStringLiteral("Response"), this,
+                  SLOT(handleResponse(QDBusMessage)));
 }
 
-void PortalRequest::takeReply(const QDBusMessage& reply, const QString& handle)
+void PortalRequest::handleReply(const QDBusMessage& reply, const QString& handle)
 {
     if (handle != m_handle)
-        listenTo(handle); // old portals choose it themselves
+        listenTo(handle); // old portals choose the path themselves
     m_portal = reply.service();
     if (m_response)
-        respond(*m_response);
+        handleResponse(*m_response);
 }
 
-void PortalRequest::respond(const QDBusMessage& response)
+void PortalRequest::handleResponse(const QDBusMessage& response)
 {
     if (m_portal.isEmpty()) {
-        m_response = response; // before the reply: who has sent it is judged then
+        m_response = response; // before the reply, which says who the portal is
         return;
     }
     if (response.service() != m_portal || m_hasFailed || m_isDecided)

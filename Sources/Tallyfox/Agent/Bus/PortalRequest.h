@@ -13,23 +13,23 @@ namespace tallyfox {
 QString portalService();
 QString portalPath();
 
-/// A name that nobody else uses, as the portal wants for its objects.
+/// A unique name for an object of the portal.
 QString newPortalToken();
 
-/// What one method of the desktop portal is asked for: the portal answers with the handle of the request at once, and
-/// with the outcome through the handle when the user or the desktop has decided.
+/// A call of a method of the desktop portal: the portal replies with the handle of a request object at once, and that
+/// object signals the response when the user or the desktop has decided.
 class PortalRequest : public QObject {
     Q_OBJECT
 
 public:
-    /// Asks at once. `method` is "Interface.Method" below org.freedesktop.portal; `arguments` are those before the
-    /// options. `context` must outlive the object: a handle that comes after its destruction is closed.
+    /// `method` is "Interface.Method" below org.freedesktop.portal; `arguments` are those before the
+    /// options. `context` must outlive the object: a handle that is received after its destruction is closed.
     PortalRequest(QObject& context, const QDBusConnection& bus, const QString& method, const QVariantList& arguments,
                   const QVariantMap& options = {});
-    /// Closes the request, which withdraws it, or ends what it stands for.
+    /// Closes the request, which withdraws it, or ends what was granted.
     ~PortalRequest() override;
 
-    /// The unique name of the portal that has answered; empty before.
+    /// The unique name of the portal; empty before its reply.
     [[nodiscard]] QString portal() const
     {
         return m_portal;
@@ -38,21 +38,21 @@ public:
 Q_SIGNALS:
     // Each at most once, from the event loop; the receiver may delete the object.
     void succeeded(const QVariantMap& results);
-    void failed(); ///< refused, not understood, or, also after `succeeded`, without its portal
+    void failed(); ///< refused or not understood; or, also after `succeeded`, the portal has ended
 
 private Q_SLOTS:
-    void respond(const QDBusMessage& response);
+    void handleResponse(const QDBusMessage& response);
 
 private:
     void listenTo(const QString& handle);
-    void takeReply(const QDBusMessage& reply, const QString& handle);
+    void handleReply(const QDBusMessage& reply, const QString& handle);
     void fail();
 
     QDBusConnection m_bus;
     QString m_portal;
     QString m_handle;
-    std::optional<QDBusMessage> m_response; ///< the last that has come before the reply
-    bool m_isDecided = false; ///< the portal may say so again, which changes nothing
+    std::optional<QDBusMessage> m_response; ///< the last one received before the reply
+    bool m_isDecided = false; ///< later responses are ignored
     bool m_hasFailed = false;
 };
 

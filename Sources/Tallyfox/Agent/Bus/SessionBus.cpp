@@ -15,37 +15,37 @@ namespace tallyfox {
 namespace {
 
 constexpr const char* noBusAddress = "disabled:"; ///< a transport that does not exist
-constexpr qsizetype longestAnswer = 4096; ///< bytes of a bus's first reply, which usually has a hundred
+constexpr qsizetype maxReplySize = 4096; ///< bytes of a bus's first reply, which usually has a hundred
 
-/// A length as it goes over the wire, little-endian; all of them are short here.
-QByteArray lengthOf(const QByteArray& bytes)
+/// A length in wire format, little-endian; at most 255 here.
+QByteArray toWireLength(const QByteArray& bytes)
 {
     return QByteArray{4, '\0'}.replace(0, 1, QByteArray{1, static_cast<char>(bytes.size())});
 }
 
-/// One field of a message's header: which, the type of its value, and the value.
+/// One field of a message's header: its code, and the type and value of its variant.
 QByteArray headerField(char code, char type, const QByteArray& value)
 {
-    return QByteArray{} + code + '\1' + type + '\0' + lengthOf(value) + value + '\0';
+    return QByteArray{} + code + '\1' + type + '\0' + toWireLength(value) + value + '\0';
 }
 
-/// Each part of a message begins at a multiple of eight.
+/// Each part of a message is aligned to 8 bytes.
 QByteArray padded(const QByteArray& bytes)
 {
     return bytes + QByteArray{(8 - bytes.size() % 8) % 8, '\0'};
 }
 
-/// The call without which a bus lets nobody in, as it goes over the wire (serial 1, no body).
+/// The call that every connection has to begin with, in wire format (serial 1, no body).
 QByteArray helloCall()
 {
     const QByteArray bus = "org.freedesktop.DBus";
     const QByteArray fields = padded(headerField(1, 'o', "/org/freedesktop/DBus")) + padded(headerField(2, 's', bus))
         + padded(headerField(3, 's', "Hello")) + headerField(6, 's', bus);
-    return padded(QByteArray{"l\1\0\1\0\0\0\0\1\0\0\0", 12} + lengthOf(fields) + fields);
+    return padded(QByteArray{"l\1\0\1\0\0\0\0\1\0\0\0", 12} + toWireLength(fields) + fields);
 }
 
-/// Whether the answer to Hello is a method return, which is what its second byte says.
-bool isWelcome(const FileDescriptor& socket, QByteArray answer, const QDeadlineTimer& deadline)
+/// Whether the reply to Hello is a method return: that is type 2, in the second byte.
+bool helloSucceeds(const FileDescriptor& socket, QByteArray answer, const QDeadlineTimer& deadline)
 {
     while (answer.size() < 2) {
         if (!receiveMore(socket, answer, deadline))
@@ -54,7 +54,7 @@ bool isWelcome(const FileDescriptor& socket, QByteArray answer, const QDeadlineT
     return answer[1] == 2;
 }
 
-bool letsIn(const LocalAddress& address, const QDeadlineTimer& deadline)
+bool authenticates(const LocalAddress& address, const QDeadlineTimer& deadline)
 {
     const FileDescriptor socket = connectedSocket(address);
     const QByteArray user = QByteArray::number(getuid()).toHex();
@@ -62,15 +62,15 @@ bool letsIn(const LocalAddress& address, const QDeadlineTimer& deadline)
         return false;
     QByteArray answer;
     while (!answer.contains('\n')) {
-        if (answer.size() > longestAnswer || !receiveMore(socket, answer, deadline))
+        if (answer.size() > maxReplySize || !receiveMore(socket, answer, deadline))
             return false;
     }
     return answer.startsWith("OK ") && sendAll(socket, "BEGIN\r\n" + helloCall(), deadline)
-        && isWelcome(socket, answer.mid(answer.indexOf('\n') + 1), deadline);
+        && helloSucceeds(socket, answer.mid(answer.indexOf('\n') + 1), deadline);
 }
 
-/// The value of one key in "unix:path=/run/user/1000/bus,guid=…"; null when it is not there.
-QByteArray valueOf(const QByteArray& key, const QByteArray& address)
+/// The value of one key in "unix:path=/run/user/1000/bus,guid=…"; null without that key.
+QByteArray findValue(const QByteArray& key, const QByteArray& address)
 {
     for (const QByteArray& pair : address.mid(address.indexOf(':') + 1).split(',')) {
         if (pair.startsWith(key + '='))
@@ -79,16 +79,16 @@ QByteArray valueOf(const QByteArray& key, const QByteArray& address)
     return {};
 }
 
-bool oneAnswers(const QByteArray& address, const QDeadlineTimer& deadline)
+bool addressAnswers(const QByteArray& address, const QDeadlineTimer& deadline)
 {
-    const QByteArray path = valueOf("path", address);
-    const QByteArray abstractName = valueOf("abstract", address);
+    const QByteArray path = findValue("path", address);
+    const QByteArray abstractName = findValue("abstract", address);
     if (address == noBusAddress)
         return false;
     if (!address.startsWith("unix:") || (path.isNull() && abstractName.isNull()))
         return true;
     const auto socketAddress = path.isNull() ? localAddress(abstractName, true) : localAddress(path);
-    return socketAddress && letsIn(*socketAddress, deadline);
+    return socketAddress && authenticates(*socketAddress, deadline);
 }
 
 /// Empty when there is no session bus; never the address of one that would have to be started first.
@@ -118,7 +118,7 @@ bool busAnswers(const QByteArray& address, std::chrono::milliseconds timeout)
     const QDeadlineTimer deadline{timeout};
     const QList<QByteArray> addresses = address.split(';');
     return std::any_of(addresses.begin(), addresses.end(),
-                       [&](const QByteArray& one) { return !one.isEmpty() && oneAnswers(one, deadline); });
+                       [&](const QByteArray& one) { return !one.isEmpty() && addressAnswers(one, deadline); });
 }
 
 QDBusConnection noConnection()
