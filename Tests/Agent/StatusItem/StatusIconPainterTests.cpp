@@ -90,7 +90,7 @@ TEST_P(StatusIcon, everyPercentageLooksDifferent)
     EXPECT_EQ(pictures.size(), 102U);
 }
 
-TEST_P(StatusIcon, isOneOfTheIconsSizes)
+TEST_P(StatusIcon, isAmongTheSizesOfTheIcon)
 {
     EXPECT_EQ(StatusIconPainter::icon(QStringLiteral("42"))
                   .pixmap(GetParam())
@@ -108,7 +108,7 @@ TEST(StatusIconColors, canBeReadOnDarkAndLightPanels)
     EXPECT_GT(contrast(Theme::accent(), QColor{0xee, 0xee, 0xee}), 4.5);
 }
 
-TEST(StatusNotifierPixmap, isArgbInNetworkByteOrderWithPlainColours)
+TEST(StatusNotifierPixmap, isUnpremultipliedArgbInNetworkByteOrder)
 {
     QImage image{2, 2, QImage::Format_ARGB32_Premultiplied};
     image.fill(Qt::transparent);

@@ -29,7 +29,7 @@ void PrintTo(const ClickCase& click, std::ostream* out)
 
 class ClickPosition : public testing::TestWithParam<ClickCase> { };
 
-TEST_P(ClickPosition, isTheOneToBelieve)
+TEST_P(ClickPosition, isTheMostPlausibleOne)
 {
     const ClickCase& click = GetParam();
     const std::optional<QPoint> position = clickPosition(click.reported, click.pointer, click.screens);
@@ -66,13 +66,13 @@ INSTANTIATE_TEST_SUITE_P(
         ClickCase{"no pointer, off every screen", {5000, 10}, std::nullopt, plain, std::nullopt},
         ClickCase{"no pointer, least numbers", {least, most}, std::nullopt, mixed, std::nullopt}));
 
-TEST(StatusItemContent, withoutAPercentageThereIsTheSymbolAlone)
+TEST(StatusItemContent, withoutAPercentageThereIsNoShortText)
 {
     EXPECT_EQ(StatusItemContent{}.shortText(), QString{});
     EXPECT_EQ(StatusItemContent{}.fullText(), QStringLiteral("Tallyfox"));
 }
 
-TEST(StatusItemContent, percentageStandsBehindOneSpace)
+TEST(StatusItemContent, percentageFollowsOneSpace)
 {
     const auto expectTexts = [](std::int64_t percent, const QString& shortText, const QString& fullText) {
         EXPECT_EQ(StatusItemContent{percent}.shortText(), shortText);
@@ -95,7 +95,7 @@ struct StatusItemTest : testing::Test {
     void start(std::chrono::milliseconds grace, std::optional<QDBusConnection> connection = std::nullopt)
     {
         item = makeStatusItem(QStringLiteral("org.tallyfox.tallyfox"), connection.value_or(itemBus), grace);
-        QObject::connect(item.get(), &StatusItem::unavailable, item.get(), [this] { ++complaints; });
+        QObject::connect(item.get(), &StatusItem::unavailable, item.get(), [this] { ++reports; });
         QObject::connect(item.get(), &StatusItem::activated, item.get(),
                          [this](std::optional<QPoint> position) { clicks.push_back(position); });
     }
@@ -116,34 +116,34 @@ struct StatusItemTest : testing::Test {
     QDBusConnection itemBus = bus.connect();
     QDBusConnection panelBus = bus.connect();
     std::unique_ptr<FakeStatusNotifierWatcher> watcher;
-    int complaints = 0;
+    int reports = 0;
     std::vector<std::optional<QPoint>> clicks;
     std::unique_ptr<StatusItem> item;
 };
 
-TEST_F(StatusItemTest, withoutABusItSaysOnceThatItIsUnavailable)
+TEST_F(StatusItemTest, withoutABusItIsReportedUnavailableOnce)
 {
     start(10ms, QDBusConnection{QStringLiteral("never opened")});
     item->setContent({.percent = 42});
-    EXPECT_TRUE(spinUntil([&] { return complaints == 1; }));
+    EXPECT_TRUE(spinUntil([&] { return reports == 1; }));
     spinFor(50ms);
-    EXPECT_EQ(complaints, 1);
+    EXPECT_EQ(reports, 1);
 }
 
-TEST_F(StatusItemTest, withoutAPanelItSaysSoOnceAndStaysReady)
+TEST_F(StatusItemTest, withoutAPanelItIsReportedUnavailableOnceAndStillRegistersLater)
 {
     start(10ms);
-    ASSERT_TRUE(spinUntil([&] { return complaints == 1; }));
+    ASSERT_TRUE(spinUntil([&] { return reports == 1; }));
     for (int life = 0; life < 3; ++life) {
         startWatcher();
         EXPECT_TRUE(spinUntil([&] { return watcher->registered().size() == 1; }));
         watcher.reset();
         spinFor(20ms);
     }
-    EXPECT_EQ(complaints, 1);
+    EXPECT_EQ(reports, 1);
 }
 
-TEST_F(StatusItemTest, panelThatComesInTimeLeavesNothingToSay)
+TEST_F(StatusItemTest, panelWithinTheGraceIsNeverReportedMissing)
 {
     start(2s);
     startWatcher();
@@ -151,27 +151,27 @@ TEST_F(StatusItemTest, panelThatComesInTimeLeavesNothingToSay)
     spinFor(50ms);
     watcher.reset();
     spinFor(2500ms);
-    EXPECT_EQ(complaints, 0) << "a panel that has crashed comes back";
+    EXPECT_EQ(reports, 0) << "a crashed panel restarts";
 }
 
-TEST_F(StatusItemTest, panelThatDoesNotAnswerIsNoCertainty)
+TEST_F(StatusItemTest, silentPanelLeavesTheAvailabilityOpen)
 {
     startWatcher(Manner::isSilent);
     start(10ms);
     spinFor(300ms);
-    EXPECT_EQ(complaints, 0);
+    EXPECT_EQ(reports, 0);
     watcher.reset();
-    EXPECT_TRUE(spinUntil([&] { return complaints == 1; }));
+    EXPECT_TRUE(spinUntil([&] { return reports == 1; }));
 }
 
-TEST_F(StatusItemTest, panelThatRefusesIsNone)
+TEST_F(StatusItemTest, refusingPanelCountsAsNone)
 {
     startWatcher(Manner::refuses);
     start(10ms);
-    EXPECT_TRUE(spinUntil([&] { return complaints == 1; }));
+    EXPECT_TRUE(spinUntil([&] { return reports == 1; }));
 }
 
-TEST_F(StatusItemTest, clickTellsItsPlaceUnlessThePanelSaysNone)
+TEST_F(StatusItemTest, clickReportsItsPositionUnlessThePanelSendsZeros)
 {
     start(1min);
     click(100, 20);
@@ -181,7 +181,7 @@ TEST_F(StatusItemTest, clickTellsItsPlaceUnlessThePanelSaysNone)
     EXPECT_EQ(clicks[1], std::nullopt);
 }
 
-TEST_F(StatusItemTest, endsWithItsPanelAsking)
+TEST_F(StatusItemTest, itemIsDestroyedWithAPendingClick)
 {
     startWatcher();
     start(1min);

@@ -25,7 +25,7 @@ const QString path = QStringLiteral("/StatusNotifierItem");
 const QString itemInterface = QStringLiteral("org.kde.StatusNotifierItem");
 const QString propertiesInterface = QStringLiteral("org.freedesktop.DBus.Properties");
 
-/// How a value is written on the bus.
+/// The D-Bus signature of a value.
 std::string signatureOf(const QVariant& value)
 {
     if (value.metaType() == QMetaType::fromType<QDBusArgument>())
@@ -50,7 +50,7 @@ struct StatusNotifierItemTest : testing::Test {
         call.setArguments(arguments);
         return call;
     }
-    /// The answer to a call, while the item's own event loop runs.
+    /// The reply to a call, while the item's event loop runs.
     QDBusMessage call(const QString& interface, const QString& member, const QVariantList& arguments = {})
     {
         const QDBusPendingCall pending = panel.asyncCall(message(interface, member, arguments));
@@ -67,8 +67,8 @@ struct StatusNotifierItemTest : testing::Test {
             call(propertiesInterface, QStringLiteral("Get"), {itemInterface, QString::fromLatin1(name)});
         return reply.arguments().value(0).value<QDBusVariant>().variant();
     }
-    /// What a change of the content makes the panel hear. A call's answer comes after all the signals before it.
-    std::vector<std::string> heardAfter(const StatusItemContent& content)
+    /// The signals that a change of the content causes. A call's reply comes after all signals before it.
+    std::vector<std::string> signalsAfter(const StatusItemContent& content)
     {
         property("Id");
         signalRecorder.list.clear();
@@ -96,7 +96,7 @@ TEST_F(StatusNotifierItemTest, propertiesHaveTheTypesThatPanelsRead)
     EXPECT_EQ(signatures, statusNotifierProperties);
 }
 
-TEST_F(StatusNotifierItemTest, propertiesSayWhatTheItemIs)
+TEST_F(StatusNotifierItemTest, propertiesDescribeTheItem)
 {
     EXPECT_EQ(property("Category").toString(), QStringLiteral("ApplicationStatus"));
     EXPECT_EQ(property("Id").toString(), QStringLiteral("org.tallyfox.tallyfox"));
@@ -104,13 +104,13 @@ TEST_F(StatusNotifierItemTest, propertiesSayWhatTheItemIs)
     EXPECT_EQ(property("Title").toString(), QStringLiteral("Tallyfox, 42 percent used"));
     EXPECT_EQ(property("XAyatanaLabel").toString(), QStringLiteral(" 42%"));
     EXPECT_EQ(property("XAyatanaLabelGuide").toString(), QStringLiteral(" 100%"));
-    EXPECT_EQ(property("IconName").toString(), QString{}) << "panels would look for it, and pass over the number";
+    EXPECT_EQ(property("IconName").toString(), QString{}) << "panels would prefer it to the pixmap with the number";
     EXPECT_FALSE(property("ItemIsMenu").toBool());
     const StatusNotifierToolTip expected{{}, {}, QStringLiteral("Tallyfox, 42 percent used"), {}};
     EXPECT_EQ(qdbus_cast<StatusNotifierToolTip>(property("ToolTip")), expected);
 }
 
-TEST_F(StatusNotifierItemTest, iconIsThereInAllSizes)
+TEST_F(StatusNotifierItemTest, iconIsProvidedInAllSizes)
 {
     const auto icon = qdbus_cast<StatusNotifierPixmaps>(property("IconPixmap"));
     ASSERT_EQ(icon.size(), qsizetype{StatusIconPainter::sides.size()});
@@ -121,7 +121,7 @@ TEST_F(StatusNotifierItemTest, iconIsThereInAllSizes)
     }
 }
 
-TEST_F(StatusNotifierItemTest, introspectionNamesWhatPanelsUse)
+TEST_F(StatusNotifierItemTest, introspectionListsWhatPanelsUse)
 {
     const QDBusMessage reply =
         call(QStringLiteral("org.freedesktop.DBus.Introspectable"), QStringLiteral("Introspect"));
@@ -136,7 +136,7 @@ TEST_F(StatusNotifierItemTest, introspectionNamesWhatPanelsUse)
         EXPECT_THAT(xml, testing::HasSubstr(part));
     EXPECT_THAT(xml, testing::Not(testing::HasSubstr("write")));
     EXPECT_THAT(xml, testing::Not(testing::HasSubstr("\"Menu\"")))
-        << "with one, even one that says there is none, panels open it empty, and swallow the next click";
+        << "even for a path without a menu, panels open an empty one, and swallow the next click";
 }
 
 TEST_F(StatusNotifierItemTest, everyKindOfClickActivates)
@@ -156,9 +156,9 @@ TEST_F(StatusNotifierItemTest, scrollingAndTokensAreAnsweredAndDoNothing)
     EXPECT_THAT(clicks, IsEmpty());
 }
 
-TEST_F(StatusNotifierItemTest, newNumberIsToldOnceInEveryForm)
+TEST_F(StatusNotifierItemTest, newPercentageIsSignalledOnceInEveryForm)
 {
-    EXPECT_THAT(heardAfter({.percent = 43}),
+    EXPECT_THAT(signalsAfter({.percent = 43}),
                 UnorderedElementsAre("NewTitle", "NewToolTip", "NewIcon", "XAyatanaNewLabel| 43%| 100%",
                                      "PropertiesChanged|org.kde.StatusNotifierItem|Title|ToolTip|XAyatanaLabel"));
     EXPECT_EQ(property("Title").toString(), QStringLiteral("Tallyfox, 43 percent used"));
@@ -167,28 +167,28 @@ TEST_F(StatusNotifierItemTest, newNumberIsToldOnceInEveryForm)
               statusNotifierPixmap(StatusIconPainter::image(QStringLiteral("43"), 16)));
 }
 
-TEST_F(StatusNotifierItemTest, sameContentIsNoNews)
+TEST_F(StatusNotifierItemTest, sameContentIsNotSignalled)
 {
-    EXPECT_THAT(heardAfter({.percent = 42}), IsEmpty());
+    EXPECT_THAT(signalsAfter({.percent = 42}), IsEmpty());
 }
 
-TEST_F(StatusNotifierItemTest, numbersThatLookTheSameAreNoNewIcon)
+TEST_F(StatusNotifierItemTest, numbersPaintedAlikeDoNotChangeTheIcon)
 {
-    heardAfter({.percent = 1000});
-    EXPECT_THAT(heardAfter({.percent = 1001}),
+    signalsAfter({.percent = 1000});
+    EXPECT_THAT(signalsAfter({.percent = 1001}),
                 UnorderedElementsAre("NewTitle", "NewToolTip", "XAyatanaNewLabel| 1001%| 100%",
                                      "PropertiesChanged|org.kde.StatusNotifierItem|Title|ToolTip|XAyatanaLabel"));
 }
 
-TEST_F(StatusNotifierItemTest, percentageThatIsGoneLeavesTheSymbol)
+TEST_F(StatusNotifierItemTest, removedPercentageLeavesTheSymbol)
 {
-    heardAfter({});
+    signalsAfter({});
     EXPECT_EQ(property("XAyatanaLabel").toString(), QString{});
     EXPECT_EQ(qdbus_cast<StatusNotifierPixmaps>(property("IconPixmap")).value(0),
               statusNotifierPixmap(StatusIconPainter::image({}, 16)));
 }
 
-TEST_F(StatusNotifierItemTest, callsThatMakeNoSenseAreRefused)
+TEST_F(StatusNotifierItemTest, invalidCallsAreRefused)
 {
     const QString text = QStringLiteral("text");
     const QDBusMessage replies[] = {
@@ -227,7 +227,7 @@ TEST_F(StatusNotifierItemTest, hugeTextsAreAnsweredLikeShortOnes)
               QDBusMessage::ErrorMessage);
 }
 
-TEST_F(StatusNotifierItemTest, tenThousandCallsInARowAreAnsweredAndLeaveNoMemoryBehind)
+TEST_F(StatusNotifierItemTest, tenThousandCallsAreAnsweredWithoutLeakingMemory)
 {
     const QDBusMessage calls[] = {
         message(itemInterface, QStringLiteral("Scroll"), {1, QStringLiteral("vertical")}),
@@ -237,7 +237,7 @@ TEST_F(StatusNotifierItemTest, tenThousandCallsInARowAreAnsweredAndLeaveNoMemory
     };
     const auto flood = [&] {
         for (int round = 0; round < 100; ++round) {
-            std::vector<QDBusPendingCall> pending; // no more at once than the bus lets a peer wait for
+            std::vector<QDBusPendingCall> pending; // no more than the bus allows a peer to wait for
             for (int number = 0; number < 100; ++number)
                 pending.push_back(panel.asyncCall(calls[number % 4]));
             ASSERT_TRUE(spinUntil([&] {
@@ -248,14 +248,14 @@ TEST_F(StatusNotifierItemTest, tenThousandCallsInARowAreAnsweredAndLeaveNoMemory
                 EXPECT_EQ(pending[index].isError(), index % 4 == 1 || index % 4 == 2);
         }
     };
-    flood(); // fills the caches of the libraries
+    flood(); // fills the libraries' caches
     const std::size_t before = mallinfo2().uordblks;
     flood();
     EXPECT_LT(mallinfo2().uordblks, before + 256 * 1024);
     EXPECT_EQ(property("Id").toString(), QStringLiteral("org.tallyfox.tallyfox"));
 }
 
-TEST_F(StatusNotifierItemTest, busThatEndsLeavesTheItemAlive)
+TEST_F(StatusNotifierItemTest, itemSurvivesItsBus)
 {
     bus.kill();
     ASSERT_TRUE(spinUntil([&] { return !itemBus.isConnected(); }));

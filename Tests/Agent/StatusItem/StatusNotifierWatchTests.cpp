@@ -48,7 +48,7 @@ TEST_F(StatusNotifierWatchTest, withoutAWatcherTheHostIsAbsent)
     EXPECT_TRUE(becomes(StatusNotifierHost::absent));
 }
 
-TEST_F(StatusNotifierWatchTest, watcherThatIsThereIsToldTheConnection)
+TEST_F(StatusNotifierWatchTest, runningWatcherIsGivenTheConnection)
 {
     startWatcher();
     start();
@@ -56,7 +56,7 @@ TEST_F(StatusNotifierWatchTest, watcherThatIsThereIsToldTheConnection)
     EXPECT_THAT(watcher->registered(), ElementsAre(itemBus.baseService()));
 }
 
-TEST_F(StatusNotifierWatchTest, watcherThatComesLaterIsTold)
+TEST_F(StatusNotifierWatchTest, watcherThatStartsLaterIsGivenTheConnection)
 {
     start();
     ASSERT_TRUE(becomes(StatusNotifierHost::absent));
@@ -65,21 +65,21 @@ TEST_F(StatusNotifierWatchTest, watcherThatComesLaterIsTold)
     EXPECT_THAT(watcher->registered(), ElementsAre(itemBus.baseService()));
 }
 
-TEST_F(StatusNotifierWatchTest, eachOfTwentyWatchersIsToldOnce)
+TEST_F(StatusNotifierWatchTest, eachOfTwentyWatchersIsCalledOnce)
 {
     start();
     for (int life = 0; life < 20; ++life) {
         startWatcher();
-        ASSERT_TRUE(becomes(StatusNotifierHost::present)) << "in life " << life;
+        ASSERT_TRUE(becomes(StatusNotifierHost::present)) << "start " << life;
         spinFor(std::chrono::milliseconds{5});
         EXPECT_THAT(watcher->registered(), ElementsAre(itemBus.baseService()));
         EXPECT_EQ(watcher->registrationCalls(), 1);
         watcher.reset();
-        ASSERT_TRUE(becomes(StatusNotifierHost::absent)) << "after life " << life;
+        ASSERT_TRUE(becomes(StatusNotifierHost::absent)) << "after start " << life;
     }
 }
 
-TEST_F(StatusNotifierWatchTest, refusalIsTakenAtItsWord)
+TEST_F(StatusNotifierWatchTest, refusalIsFinal)
 {
     startWatcher(Manner::refuses);
     start();
@@ -88,7 +88,7 @@ TEST_F(StatusNotifierWatchTest, refusalIsTakenAtItsWord)
     EXPECT_EQ(watcher->registrationCalls(), 1);
 }
 
-TEST_F(StatusNotifierWatchTest, watcherThatIsNotReadyIsAskedAgain)
+TEST_F(StatusNotifierWatchTest, unreadyWatcherIsCalledAgain)
 {
     startWatcher(Manner::knowsNoCalls);
     start();
@@ -99,7 +99,7 @@ TEST_F(StatusNotifierWatchTest, watcherThatIsNotReadyIsAskedAgain)
     EXPECT_THAT(watcher->registered(), ElementsAre(itemBus.baseService()));
 }
 
-TEST_F(StatusNotifierWatchTest, watcherThatIsNeverReadyIsAskedFourTimes)
+TEST_F(StatusNotifierWatchTest, watcherThatNeverGetsReadyIsCalledFourTimes)
 {
     startWatcher(Manner::knowsNoCalls);
     start();
@@ -108,7 +108,7 @@ TEST_F(StatusNotifierWatchTest, watcherThatIsNeverReadyIsAskedFourTimes)
     EXPECT_EQ(watcher->registrationCalls(), 4);
 }
 
-TEST_F(StatusNotifierWatchTest, silentWatcherIsWaitedForUntilItsSuccessorComes)
+TEST_F(StatusNotifierWatchTest, silentWatcherKeepsTheHostUnknownUntilTheNextOneStarts)
 {
     startWatcher(Manner::isSilent);
     start();
@@ -120,7 +120,7 @@ TEST_F(StatusNotifierWatchTest, silentWatcherIsWaitedForUntilItsSuccessorComes)
     EXPECT_TRUE(becomes(StatusNotifierHost::present));
 }
 
-TEST_F(StatusNotifierWatchTest, answersOfWrongTypesDoNoHarm)
+TEST_F(StatusNotifierWatchTest, repliesOfWrongTypesAreIgnored)
 {
     startWatcher(Manner::answersNonsense);
     start();
@@ -128,7 +128,7 @@ TEST_F(StatusNotifierWatchTest, answersOfWrongTypesDoNoHarm)
     EXPECT_EQ(watcher->registrationCalls(), 1);
 }
 
-TEST_F(StatusNotifierWatchTest, watcherWithoutAPanelIsNoHostUntilThePanelComes)
+TEST_F(StatusNotifierWatchTest, watcherWithoutAPanelIsNoHostUntilThePanelStarts)
 {
     startWatcher();
     watcher->setHost(false);
@@ -142,7 +142,7 @@ TEST_F(StatusNotifierWatchTest, watcherWithoutAPanelIsNoHostUntilThePanelComes)
     EXPECT_EQ(watcher->registrationCalls(), 1);
 }
 
-TEST_F(StatusNotifierWatchTest, floodOfSignalsBringsFewQuestionsAndTheLastAnswer)
+TEST_F(StatusNotifierWatchTest, floodOfSignalsCausesFewCallsAndTheLatestResult)
 {
     constexpr int signalCount = 501;
     startWatcher();
@@ -170,7 +170,7 @@ TEST_F(StatusNotifierWatchTest, signalsForgedByAnotherPeerAreIgnored)
     EXPECT_EQ(watcher->registrationCalls(), 1);
 }
 
-TEST_F(StatusNotifierWatchTest, busThatEndsTakesTheHostAway)
+TEST_F(StatusNotifierWatchTest, lostBusMakesTheHostAbsent)
 {
     startWatcher();
     start();
@@ -179,7 +179,7 @@ TEST_F(StatusNotifierWatchTest, busThatEndsTakesTheHostAway)
     EXPECT_TRUE(becomes(StatusNotifierHost::absent));
 }
 
-TEST_F(StatusNotifierWatchTest, endsWhileAnAnswerIsOutstanding)
+TEST_F(StatusNotifierWatchTest, watchIsDestroyedWithAPendingCall)
 {
     startWatcher(Manner::isSilent);
     start();

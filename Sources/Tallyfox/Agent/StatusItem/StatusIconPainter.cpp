@@ -19,10 +19,10 @@ constexpr double sideMargin = 1.0 / 16;
 constexpr double digitHeight = 0.66;
 constexpr double symbolMargin = 0.1;
 
-/// Wider than this, in terms of the font's own width, a single digit looks like another font's.
+/// Stretched further than this, a single digit looks as if it were in another font.
 constexpr double widestStretch = 1;
 
-/// The outline of the number, its top left at the origin. Outlines can be squeezed to the pixel, which fonts cannot.
+/// The outline of the number, its top left at the origin. An outline can be scaled to the pixel, a font cannot.
 QPainterPath outline(const QString& number)
 {
     QPainterPath path;

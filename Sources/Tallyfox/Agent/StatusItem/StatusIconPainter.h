@@ -9,10 +9,10 @@
 #include <optional>
 
 /// The status item's icon, painted by the program itself: a tile in the accent colour, which stands out on dark and on
-/// light panels alike, with the number in it. Panels that show no text beside an icon are many, and none says so.
+/// light panels alike, with the number in it. Many panels show no text beside an icon, and do not report that.
 namespace tallyfox::StatusIconPainter {
 
-/// Sides of the icons that panels ask for, in pixels.
+/// The sizes of icons that panels ask for, in pixels.
 inline constexpr std::array sides{16, 22, 24, 32, 48};
 
 /// How a percentage is painted: without the percent sign, which leaves room for two digits that can be read at 16

@@ -18,8 +18,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Panels with both kinds of tray announce one after the other.
-constexpr auto trayToSettle = 300ms;
+/// A panel with both kinds of tray announces them one after the other.
+constexpr auto traySettleTime = 300ms;
 
 constexpr int iconLength = 64; // logical pixels; panels are rarely thicker
 
@@ -34,15 +34,15 @@ std::optional<QPoint> fromDevicePixels(QPoint position, const std::vector<Scaled
     return std::nullopt;
 }
 
-/// Any panel's numbers may come here: none overflows.
+/// Cannot overflow, whatever position a panel reports.
 bool isNear(QPoint position, QPoint pointer)
 {
     const QPoint reach{iconLength, iconLength};
     return QRect{pointer - reach, pointer + reach}.contains(position);
 }
 
-/// A client of a Wayland compositor, through its X server too, knows the pointer only over its own windows.
-std::optional<QPoint> knownPointer()
+/// A client of a Wayland compositor, even through its X server, knows the pointer's position only over its own windows.
+std::optional<QPoint> pointerPosition()
 {
     const bool isX11 = QGuiApplication::platformName() == QStringLiteral("xcb");
     return isX11 && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ? std::optional{QCursor::pos()} : std::nullopt;
@@ -54,7 +54,7 @@ std::optional<QPoint> clickPosition(QPoint reported)
     std::vector<ScaledScreen> screens;
     for (const QScreen* screen : QGuiApplication::screens())
         screens.push_back({screen->geometry(), screen->devicePixelRatio()});
-    return clickPosition(reported, knownPointer(), screens);
+    return clickPosition(reported, pointerPosition(), screens);
 }
 
 /// On the bus where a panel reads it there, else in the X11 tray, whichever comes first.
@@ -72,7 +72,7 @@ public:
             update();
         });
         m_traySettles.setSingleShot(true);
-        m_traySettles.setInterval(trayToSettle);
+        m_traySettles.setInterval(traySettleTime);
         connect(&m_traySettles, &QTimer::timeout, this, &PanelStatusItem::placeTrayIcon);
         m_grace.setSingleShot(true);
         connect(&m_grace, &QTimer::timeout, this, &PanelStatusItem::checkAvailability);

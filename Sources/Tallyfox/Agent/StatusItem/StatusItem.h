@@ -56,16 +56,16 @@ std::unique_ptr<StatusItem> makeStatusItem(const QString& id);
 std::unique_ptr<StatusItem> makeStatusItem(const QString& id, const QDBusConnection& bus,
                                            std::chrono::milliseconds grace = std::chrono::seconds{5});
 
-/// A screen, as far as positions are concerned.
+/// A screen's geometry.
 struct ScaledScreen {
     QRect logical; ///< where it is in logical coordinates; its top left corner is the same in device pixels
     double scale = 1; ///< device pixels in a logical one
 };
 
-/// Where the user has clicked, in logical coordinates, when a panel reports `reported`. Panels report device pixels or
-/// logical ones, the pointer or the icon's corner; some report the position inside of the panel, or nothing but zeros.
-/// So the report counts when it is an icon's length from the pointer at most, in either measure; else the pointer
-/// does. Where the pointer is unknown, as under Wayland, a report that is on a screen must do; zeros are none.
+/// Where the user has clicked, in logical coordinates, when a panel reports `reported`. Panels report device or logical
+/// pixels, the pointer or the icon's corner; some report the position inside the panel, or zeros. So a report is used
+/// if it is within an icon's length of the pointer in either unit, and the pointer's position otherwise. Where the
+/// pointer is unknown, as under Wayland, a report is used if it is on a screen and not zero.
 std::optional<QPoint> clickPosition(QPoint reported, std::optional<QPoint> pointer,
                                     const std::vector<ScaledScreen>& screens);
 

@@ -19,7 +19,7 @@ namespace tallyfox {
 struct StatusNotifierPixmap {
     int width = 0; ///< pixels
     int height = 0; ///< pixels
-    QByteArray argb; ///< rows from the top, 4 bytes a pixel, alpha first, colours not multiplied by it
+    QByteArray argb; ///< rows from the top, 4 bytes a pixel, alpha first, colours not premultiplied
 
     friend bool operator==(const StatusNotifierPixmap&, const StatusNotifierPixmap&) = default;
 };

@@ -13,9 +13,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Some watchers take their name a moment before they answer calls.
-constexpr int triesAfterFirst = 3;
-constexpr auto betweenTries = 1s;
+/// Some watchers own their name a moment before they answer calls.
+constexpr int maxRetries = 3;
+constexpr auto registrationRetryInterval = 1s;
 
 QString busName()
 {
@@ -32,7 +32,7 @@ QString watcherPath()
     return QStringLiteral("/StatusNotifierWatcher");
 }
 
-bool saysNotThereYet(const QDBusError& error)
+bool isNotReadyError(const QDBusError& error)
 {
     return error.type() == QDBusError::UnknownObject || error.type() == QDBusError::UnknownInterface
         || error.type() == QDBusError::UnknownMethod;
@@ -46,43 +46,44 @@ StatusNotifierWatch::StatusNotifierWatch(const QDBusConnection& bus, QObject* pa
     , m_disconnectWatcher{bus}
     , m_host{bus.isConnected() ? StatusNotifierHost::unknown : StatusNotifierHost::absent}
 {
-    m_nextTry.setSingleShot(true);
-    m_nextTry.setInterval(betweenTries);
-    connect(&m_nextTry, &QTimer::timeout, this, &StatusNotifierWatch::registerItem);
+    m_retry.setSingleShot(true);
+    m_retry.setInterval(registrationRetryInterval);
+    connect(&m_retry, &QTimer::timeout, this, &StatusNotifierWatch::registerItem);
     if (!m_bus.isConnected())
         return;
     connectSignals();
-    askForOwner();
+    requestOwner();
 }
 
-/// Without a sender's name in them: the library would look its owner up, and wait. The slots look who has sent.
+/// Without the name of a sender, whose owner the bus library would look up with a blocking call. The slots check the
+/// sender instead.
 void StatusNotifierWatch::connectSignals()
 {
     m_bus.connect({}, QStringLiteral("/org/freedesktop/DBus"), busName(), QStringLiteral("NameOwnerChanged"),
-                  {watcherName()}, {}, this, SLOT(ownerChanged(QDBusMessage)));
+                  {watcherName()}, {}, this, SLOT(handleOwnerChange(QDBusMessage)));
     for (const auto& signal :
          {QStringLiteral("StatusNotifierHostRegistered"), QStringLiteral("StatusNotifierHostUnregistered")})
-        m_bus.connect({}, watcherPath(), watcherName(), signal, this, SLOT(hostsChanged(QDBusMessage)));
+        m_bus.connect({}, watcherPath(), watcherName(), signal, this, SLOT(handleHostsChange(QDBusMessage)));
     connect(&m_disconnectWatcher, &BusDisconnectWatcher::disconnected, this, [this] { setOwner({}); });
 }
 
-void StatusNotifierWatch::askForOwner()
+void StatusNotifierWatch::requestOwner()
 {
     QDBusMessage call = QDBusMessage::createMethodCall(busName(), QStringLiteral("/org/freedesktop/DBus"), busName(),
                                                        QStringLiteral("GetNameOwner"));
     call << watcherName();
-    m_ownerQuestion = std::make_unique<QDBusPendingCallWatcher>(m_bus.asyncCall(call));
-    connect(m_ownerQuestion.get(), &QDBusPendingCallWatcher::finished, this, &StatusNotifierWatch::takeOwner);
+    m_ownerCall = std::make_unique<QDBusPendingCallWatcher>(m_bus.asyncCall(call));
+    connect(m_ownerCall.get(), &QDBusPendingCallWatcher::finished, this, &StatusNotifierWatch::handleOwner);
 }
 
-void StatusNotifierWatch::takeOwner()
+void StatusNotifierWatch::handleOwner()
 {
-    const QDBusPendingReply<QString> reply = *m_ownerQuestion;
+    const QDBusPendingReply<QString> reply = *m_ownerCall;
     if (m_host == StatusNotifierHost::unknown && m_owner.isEmpty())
         setOwner(reply.isValid() ? reply.value() : QString{});
 }
 
-void StatusNotifierWatch::ownerChanged(const QDBusMessage& signal)
+void StatusNotifierWatch::handleOwnerChange(const QDBusMessage& signal)
 {
     const QList<QVariant> arguments = signal.arguments();
     if (signal.service() == busName() && arguments.size() == 3 && arguments.first().toString() == watcherName())
@@ -91,72 +92,74 @@ void StatusNotifierWatch::ownerChanged(const QDBusMessage& signal)
 
 void StatusNotifierWatch::setOwner(const QString& owner)
 {
-    m_nextTry.stop();
-    m_registration.reset();
-    m_hostQuestion.reset();
+    m_retry.stop();
+    m_registrationCall.reset();
+    m_hostCall.reset();
     m_owner = owner;
     m_isRegistered = false;
-    m_triesLeft = triesAfterFirst;
+    m_retriesLeft = maxRetries;
     setHost(owner.isEmpty() ? StatusNotifierHost::absent : StatusNotifierHost::unknown);
     if (!owner.isEmpty())
         registerItem();
 }
 
-/// To this owner and no other: whoever takes the name next is told by its own call. Under the connection's unique name,
-/// which needs no second name on the bus and ends with the program; every watcher that was tried takes it.
+/// With this owner only: the next owner of the name gets a call of its own. The item is registered under the
+/// connection's unique name, which every watcher that was tried accepts: it needs no second name on the bus, and ends
+/// with the program.
 void StatusNotifierWatch::registerItem()
 {
     QDBusMessage call = QDBusMessage::createMethodCall(m_owner, watcherPath(), watcherName(),
                                                        QStringLiteral("RegisterStatusNotifierItem"));
     call << m_bus.baseService();
-    m_registration = std::make_unique<QDBusPendingCallWatcher>(m_bus.asyncCall(call));
-    connect(m_registration.get(), &QDBusPendingCallWatcher::finished, this, &StatusNotifierWatch::takeRegistration);
+    m_registrationCall = std::make_unique<QDBusPendingCallWatcher>(m_bus.asyncCall(call));
+    connect(m_registrationCall.get(), &QDBusPendingCallWatcher::finished, this,
+            &StatusNotifierWatch::handleRegistration);
 }
 
-void StatusNotifierWatch::takeRegistration()
+void StatusNotifierWatch::handleRegistration()
 {
-    if (!m_registration->isError()) {
+    if (!m_registrationCall->isError()) {
         m_isRegistered = true;
-        askForHost();
-    } else if (saysNotThereYet(m_registration->error()) && m_triesLeft > 0) {
-        --m_triesLeft;
-        m_nextTry.start();
+        requestHost();
+    } else if (isNotReadyError(m_registrationCall->error()) && m_retriesLeft > 0) {
+        --m_retriesLeft;
+        m_retry.start();
     } else {
         setHost(StatusNotifierHost::refusing);
     }
 }
 
-void StatusNotifierWatch::hostsChanged(const QDBusMessage& signal)
+void StatusNotifierWatch::handleHostsChange(const QDBusMessage& signal)
 {
     if (!m_isRegistered || signal.service() != m_owner)
         return;
-    // One question at a time, however many signals a watcher sends.
-    if (m_hostQuestion && !m_hostQuestion->isFinished())
-        m_isAnswerStale = true;
+    // One call at a time, however many signals a watcher sends.
+    if (m_hostCall && !m_hostCall->isFinished())
+        m_isReplyStale = true;
     else
-        askForHost();
+        requestHost();
 }
 
-/// A watcher may run with no panel behind it, KDE's for one in any session that has a KDE program in it.
-void StatusNotifierWatch::askForHost()
+/// A watcher may run without a panel: KDE's does in any session with a KDE program in it.
+void StatusNotifierWatch::requestHost()
 {
     if (!m_isRegistered) // the owner has changed since this was queued
         return;
     QDBusMessage call = QDBusMessage::createMethodCall(
         m_owner, watcherPath(), QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
     call << watcherName() << QStringLiteral("IsStatusNotifierHostRegistered");
-    m_isAnswerStale = false;
-    m_hostQuestion = std::make_unique<QDBusPendingCallWatcher>(m_bus.asyncCall(call));
-    connect(m_hostQuestion.get(), &QDBusPendingCallWatcher::finished, this, &StatusNotifierWatch::takeHost);
+    m_isReplyStale = false;
+    m_hostCall = std::make_unique<QDBusPendingCallWatcher>(m_bus.asyncCall(call));
+    connect(m_hostCall.get(), &QDBusPendingCallWatcher::finished, this, &StatusNotifierWatch::handleHost);
 }
 
-void StatusNotifierWatch::takeHost()
+void StatusNotifierWatch::handleHost()
 {
-    const QDBusPendingReply<QDBusVariant> reply = *m_hostQuestion;
+    const QDBusPendingReply<QDBusVariant> reply = *m_hostCall;
     const QVariant isThere = reply.isValid() ? reply.value().variant() : QVariant{};
-    // Only a plain "no" counts: the item is registered, after all.
-    if (m_isAnswerStale) // later: the question that was just answered is still at work
-        QMetaObject::invokeMethod(this, &StatusNotifierWatch::askForHost, Qt::QueuedConnection);
+    // Only a plain "no" counts: the item is registered.
+    if (m_isReplyStale) // queued: the watcher of the finished call is still emitting
+        QMetaObject::invokeMethod(this, &StatusNotifierWatch::requestHost, Qt::QueuedConnection);
     const bool isAbsent = isThere.metaType() == QMetaType::fromType<bool>() && !isThere.toBool();
     setHost(isAbsent ? StatusNotifierHost::absent : StatusNotifierHost::present);
 }

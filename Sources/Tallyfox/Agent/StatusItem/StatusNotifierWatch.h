@@ -14,16 +14,16 @@ class QDBusMessage;
 
 namespace tallyfox {
 
-/// Where panels that show status notifier items stand with ours.
+/// Whether a panel shows our status notifier item.
 enum class StatusNotifierHost {
-    unknown, ///< the question is on its way
-    absent, ///< there is none; a panel may still come
-    refusing, ///< there is something in its place that does not take the item, or never answers
+    unknown, ///< not known yet
+    absent, ///< no panel; one may still start
+    refusing, ///< the watcher refuses the item, or never gets ready for calls
     present, ///< the item is registered with a panel
 };
 
-/// Registers the item with whatever keeps the list of items on this bus: once with each that appears, for as long as
-/// the object lives. Everything is asynchronous.
+/// Registers the item with the watcher on this bus, which keeps the panels' list of items: once with each watcher that
+/// appears. Never blocks.
 class StatusNotifierWatch : public QObject {
     Q_OBJECT
 
@@ -39,18 +39,18 @@ Q_SIGNALS:
     void hostChanged();
 
 private Q_SLOTS: // called by the bus
-    void ownerChanged(const QDBusMessage& signal);
-    void hostsChanged(const QDBusMessage& signal);
+    void handleOwnerChange(const QDBusMessage& signal);
+    void handleHostsChange(const QDBusMessage& signal);
 
 private:
     void connectSignals();
-    void askForOwner();
-    void takeOwner();
+    void requestOwner();
+    void handleOwner();
     void setOwner(const QString& owner);
     void registerItem();
-    void takeRegistration();
-    void askForHost();
-    void takeHost();
+    void handleRegistration();
+    void requestHost();
+    void handleHost();
     void setHost(StatusNotifierHost host);
 
     QDBusConnection m_bus;
@@ -58,12 +58,12 @@ private:
     QString m_owner; ///< unique name of the watcher, empty without one
     StatusNotifierHost m_host = StatusNotifierHost::unknown;
     bool m_isRegistered = false;
-    bool m_isAnswerStale = false; ///< hosts have changed since they were asked for
-    int m_triesLeft = 0;
-    QTimer m_nextTry;
-    std::unique_ptr<QDBusPendingCallWatcher> m_ownerQuestion;
-    std::unique_ptr<QDBusPendingCallWatcher> m_registration;
-    std::unique_ptr<QDBusPendingCallWatcher> m_hostQuestion;
+    bool m_isReplyStale = false; ///< hosts have changed since the last call
+    int m_retriesLeft = 0;
+    QTimer m_retry;
+    std::unique_ptr<QDBusPendingCallWatcher> m_ownerCall;
+    std::unique_ptr<QDBusPendingCallWatcher> m_registrationCall;
+    std::unique_ptr<QDBusPendingCallWatcher> m_hostCall;
 };
 
 } // namespace tallyfox

@@ -22,8 +22,8 @@ QByteArray selectionName()
     return QByteArrayLiteral("_NET_SYSTEM_TRAY_S") + QByteArray::number(screen);
 }
 
-/// Whether the end of `window` will be told; not when it has ended already.
-bool watchEndOf(xcb_connection_t* connection, xcb_window_t window)
+/// Makes the server report the destruction of `window`; false when it is destroyed already.
+bool selectDestroyNotify(xcb_connection_t* connection, xcb_window_t window)
 {
     const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     const auto cookie = xcb_change_window_attributes_checked(connection, window, XCB_CW_EVENT_MASK, &mask);
@@ -39,8 +39,8 @@ TrayManagerWatch::TrayManagerWatch(QObject* parent)
 {
     if (m_connection == nullptr)
         return;
-    m_news.setSingleShot(true);
-    connect(&m_news, &QTimer::timeout, this, &TrayManagerWatch::managerChanged);
+    m_notification.setSingleShot(true);
+    connect(&m_notification, &QTimer::timeout, this, &TrayManagerWatch::managerChanged);
     m_selection = x11Atom(m_connection, selectionName());
     m_announcement = x11Atom(m_connection, QByteArrayLiteral("MANAGER"));
     qGuiApp->installNativeEventFilter(this); // removed by its destructor
@@ -56,15 +56,15 @@ void TrayManagerWatch::findManager()
 
 void TrayManagerWatch::setManager(quint32 window)
 {
-    if (window != 0 && !watchEndOf(m_connection, window))
+    if (window != 0 && !selectDestroyNotify(m_connection, window))
         window = 0;
     if (window == m_manager)
         return;
     m_manager = window;
-    m_news.start();
+    m_notification.start();
 }
 
-/// Trays announce themselves to the root window, whose messages the toolkit asks for anyway.
+/// Trays announce themselves to the root window, whose messages Qt selects anyway.
 bool TrayManagerWatch::nativeEventFilter(const QByteArray& eventType, void* message, qintptr* /*result*/)
 {
     if (eventType != "xcb_generic_event_t")

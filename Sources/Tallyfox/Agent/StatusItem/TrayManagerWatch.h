@@ -8,8 +8,8 @@ struct xcb_connection_t;
 
 namespace tallyfox {
 
-/// Whether an X11 tray (XEmbed) is there: the owner of the screen's tray selection. Follows trays that start late, end
-/// and are replaced. Outside of X11 there is never one.
+/// Watches for an X11 tray (XEmbed), the owner of the screen's tray selection: trays may start late, end and be
+/// replaced. On other platforms there is none.
 class TrayManagerWatch : public QObject, public QAbstractNativeEventFilter {
     Q_OBJECT
 
@@ -25,18 +25,18 @@ public:
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
 
 Q_SIGNALS:
-    /// Comes through the event loop, so that the toolkit has seen the news as well.
+    /// From the event loop, so that Qt has seen the change as well.
     void managerChanged();
 
 private:
     void findManager();
     void setManager(quint32 window);
 
-    xcb_connection_t* m_connection = nullptr; ///< the toolkit's own
+    xcb_connection_t* m_connection = nullptr; ///< Qt's own
     quint32 m_selection = 0;
     quint32 m_announcement = 0;
     quint32 m_manager = 0;
-    QTimer m_news;
+    QTimer m_notification;
 };
 
 } // namespace tallyfox
