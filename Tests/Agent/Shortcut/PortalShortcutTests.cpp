@@ -17,7 +17,7 @@ using testing::IsEmpty;
 const QString sessionPath = QStringLiteral("/org/freedesktop/portal/desktop/session/1_2/theSession");
 const QString shortcutId = QStringLiteral("toggle-popover");
 
-/// "(sa{sv})", of which the portal's list of shortcuts is made.
+/// An entry, "(sa{sv})", of the portal's list of shortcuts.
 struct Entry {
     QString id;
 };
@@ -88,7 +88,7 @@ protected:
     int m_activations = 0;
 };
 
-TEST_F(PortalShortcutTest, keysAreAskedForAndActivate)
+TEST_F(PortalShortcutTest, boundKeysActivate)
 {
     FakePortal portal{m_portalsBus, consent};
     start();
@@ -119,7 +119,7 @@ TEST_F(PortalShortcutTest, onlyTheShortcutOfTheSessionActivates)
     EXPECT_TRUE(spinUntil([this] { return m_activations == 1; }));
 }
 
-TEST_F(PortalShortcutTest, refusalIsTheEndOfIt)
+TEST_F(PortalShortcutTest, portalThatRefusesIsNotAskedAgain)
 {
     for (const char* refused : {"CreateSession", "BindShortcuts"}) {
         FakePortal portal{m_portalsBus, [&](const QDBusMessage& call) {
@@ -131,12 +131,12 @@ TEST_F(PortalShortcutTest, refusalIsTheEndOfIt)
         spinFor(300ms);
         EXPECT_FALSE(m_isBound) << refused;
         EXPECT_EQ(portal.callsOf("CreateSession").size(), 1) << refused;
-        EXPECT_EQ(portal.callsOf(refused).size(), 1) << "no second try: " << refused;
+        EXPECT_EQ(portal.callsOf(refused).size(), 1) << "asked again: " << refused;
         m_shortcut.reset();
     }
 }
 
-TEST_F(PortalShortcutTest, resultsOfOtherTypesAreNoGrant)
+TEST_F(PortalShortcutTest, invalidSessionsAreNotBound)
 {
     const std::vector<QVariantMap> wrongSessions{
         {},
@@ -155,7 +155,7 @@ TEST_F(PortalShortcutTest, resultsOfOtherTypesAreNoGrant)
     }
 }
 
-TEST_F(PortalShortcutTest, shortcutThatTheUserHasLeftOutIsNotBound)
+TEST_F(PortalShortcutTest, shortcutThatTheUserHasRemovedIsNotBound)
 {
     const std::vector<PortalDecision> decisions{
         granting({}),
@@ -185,7 +185,7 @@ TEST_F(PortalShortcutTest, sessionIsClosedWithTheObject)
     }));
 }
 
-TEST_F(PortalShortcutTest, sessionThatThePortalClosesIsOver)
+TEST_F(PortalShortcutTest, sessionClosedByThePortalIsNotRenewed)
 {
     FakePortal portal{m_portalsBus, consent};
     start();
@@ -197,7 +197,7 @@ TEST_F(PortalShortcutTest, sessionThatThePortalClosesIsOver)
     EXPECT_EQ(portal.callsOf("CreateSession").size(), 1);
 }
 
-TEST_F(PortalShortcutTest, portalThatIsStartedAnewIsAskedOnceMore)
+TEST_F(PortalShortcutTest, restartedPortalIsAskedOnceMore)
 {
     std::optional<FakePortal> portal{std::in_place, m_portalsBus, consent};
     start();
@@ -212,7 +212,7 @@ TEST_F(PortalShortcutTest, portalThatIsStartedAnewIsAskedOnceMore)
     EXPECT_TRUE(spinUntil([this] { return m_activations == 1; }));
 }
 
-TEST_F(PortalShortcutTest, portalThatDiesWhileItIsAskedIsNotAskedAgain)
+TEST_F(PortalShortcutTest, portalThatDiesDuringTheRequestIsNotAskedAgain)
 {
     std::optional<FakePortal> portal{std::in_place, m_portalsBus, [](const QDBusMessage&) { return std::nullopt; }};
     start();
@@ -224,7 +224,7 @@ TEST_F(PortalShortcutTest, portalThatDiesWhileItIsAskedIsNotAskedAgain)
     EXPECT_THAT(next.callsOf("CreateSession"), IsEmpty());
 }
 
-TEST_F(PortalShortcutTest, nobodyThereIsNoError)
+TEST_F(PortalShortcutTest, missingPortalIsNotAnError)
 {
     start();
     spinFor(200ms);

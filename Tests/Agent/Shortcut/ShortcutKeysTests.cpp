@@ -31,7 +31,7 @@ Keyboard usualKeyboard()
 
 TEST(ShortcutKeys, modifiersAndLocksAreThoseOfTheKeyboard)
 {
-    const auto keys = shortcutKeys(usualKeyboard());
+    const auto keys = findShortcutKeys(usualKeyboard());
     ASSERT_TRUE(keys);
     EXPECT_EQ(keys->modifiers, 0x48);
     EXPECT_EQ(keys->locks, 0x12);
@@ -43,16 +43,16 @@ TEST(ShortcutKeys, scrollLockCountsWhereItIsAModifier)
 {
     Keyboard keyboard = usualKeyboard();
     keyboard.modifiers.at(5) = {78};
-    EXPECT_EQ(shortcutKeys(keyboard)->locks, 0x32);
-    EXPECT_EQ(shortcutKeys(keyboard)->combinations().size(), 8U);
+    EXPECT_EQ(findShortcutKeys(keyboard)->locks, 0x32);
+    EXPECT_EQ(findShortcutKeys(keyboard)->combinations().size(), 8U);
 }
 
-TEST(ShortcutKeys, lockThatSharesAModifierWithAltIsNoLock)
+TEST(ShortcutKeys, lockOnTheModifierOfAltIsNotIgnored)
 {
     Keyboard keyboard = usualKeyboard();
     keyboard.modifiers.at(4) = {};
     keyboard.modifiers.at(3) = {64, 77};
-    EXPECT_EQ(shortcutKeys(keyboard)->locks, 0x02);
+    EXPECT_EQ(findShortcutKeys(keyboard)->locks, 0x02);
 }
 
 TEST(ShortcutKeys, keyboardWithoutSuperOrAltHasNoShortcut)
@@ -60,16 +60,16 @@ TEST(ShortcutKeys, keyboardWithoutSuperOrAltHasNoShortcut)
     for (const unsigned modifier : {3U, 6U}) {
         Keyboard keyboard = usualKeyboard();
         keyboard.modifiers.at(modifier) = {};
-        EXPECT_EQ(shortcutKeys(keyboard), std::nullopt) << modifier;
+        EXPECT_EQ(findShortcutKeys(keyboard), std::nullopt) << modifier;
     }
-    EXPECT_EQ(shortcutKeys(Keyboard{}), std::nullopt);
+    EXPECT_EQ(findShortcutKeys(Keyboard{}), std::nullopt);
 }
 
-TEST(ShortcutKeys, superAndAltOnOneModifierAreNoShortcut)
+TEST(ShortcutKeys, superAndAltOnOneModifierHaveNoShortcut)
 {
     Keyboard keyboard = usualKeyboard();
     keyboard.modifiers = {{{50}, {66}, {37}, {64, 133}, {77}, {}, {}, {}}};
-    EXPECT_EQ(shortcutKeys(keyboard), std::nullopt) << "Alt+B alone would be taken from every program";
+    EXPECT_EQ(findShortcutKeys(keyboard), std::nullopt) << "Alt+B alone would be taken from every program";
 }
 
 TEST(ShortcutKeys, keyIsThatOfTheLayoutInUse)
@@ -77,37 +77,37 @@ TEST(ShortcutKeys, keyIsThatOfTheLayoutInUse)
     Keyboard keyboard = usualKeyboard();
     keyboard.keys[56] = {{'b', 'B'}, {'x', 'X'}};
     keyboard.keys[57] = {{'n', 'N'}, {'b', 'B'}};
-    EXPECT_THAT(shortcutKeys(keyboard)->keys, ElementsAre(56));
+    EXPECT_THAT(findShortcutKeys(keyboard)->keys, ElementsAre(56));
     keyboard.group = 1;
-    EXPECT_THAT(shortcutKeys(keyboard)->keys, ElementsAre(57));
+    EXPECT_THAT(findShortcutKeys(keyboard)->keys, ElementsAre(57));
 }
 
-TEST(ShortcutKeys, layoutWithoutTheLetterHasItWhereAnotherHas)
+TEST(ShortcutKeys, layoutWithoutTheLetterUsesTheKeyOfAnotherLayout)
 {
     Keyboard keyboard = usualKeyboard();
     keyboard.keys[56] = {{'x', 'X'}, {cyrillicI}};
     keyboard.keys[57] = {{'b', 'B'}, {cyrillicI}};
     keyboard.group = 1;
-    EXPECT_THAT(shortcutKeys(keyboard)->keys, ElementsAre(57));
+    EXPECT_THAT(findShortcutKeys(keyboard)->keys, ElementsAre(57));
 }
 
-TEST(ShortcutKeys, keyboardWithoutTheLetterHasTheUsualKey)
+TEST(ShortcutKeys, keyboardWithoutTheLetterUsesTheUsualKey)
 {
     Keyboard keyboard = usualKeyboard();
     keyboard.keys[56] = {{cyrillicI}};
-    EXPECT_THAT(shortcutKeys(keyboard)->keys, ElementsAre(56));
+    EXPECT_THAT(findShortcutKeys(keyboard)->keys, ElementsAre(56));
 }
 
 TEST(ShortcutKeys, severalKeysMayHaveTheLetter)
 {
     Keyboard keyboard = usualKeyboard();
     keyboard.keys[57] = {{'b'}};
-    EXPECT_THAT(shortcutKeys(keyboard)->keys, ElementsAre(56, 57));
+    EXPECT_THAT(findShortcutKeys(keyboard)->keys, ElementsAre(56, 57));
 }
 
 TEST(ShortcutKeys, matchLooksAtKeyAndModifiersOnly)
 {
-    const ShortcutKeys keys = *shortcutKeys(usualKeyboard());
+    const ShortcutKeys keys = *findShortcutKeys(usualKeyboard());
     EXPECT_TRUE(keys.match(56, 0x48));
     EXPECT_TRUE(keys.match(56, 0x5a)) << "locks";
     EXPECT_TRUE(keys.match(56, 0x2148)) << "a button, and the second layout";

@@ -12,14 +12,14 @@ const QString activated = QStringLiteral("activated");
 const QString shown = QStringLiteral("shown");
 constexpr const char* shortcut = "super+alt+b";
 
-// Codes of keys, which stay what they are whatever the layout.
+// Key codes, which do not depend on the layout.
 constexpr std::uint8_t leftSuper = 133;
 constexpr std::uint8_t leftAlt = 64;
 constexpr std::uint8_t menu = 135;
 constexpr std::uint8_t qwertyB = 56;
 constexpr std::uint8_t dvorakB = 57;
 
-/// An X server with the program on it.
+/// An X server to run the program on.
 class X11Shortcut : public testing::Test {
 protected:
     void SetUp() override
@@ -39,7 +39,7 @@ protected:
         return probe;
     }
 
-    /// Runs an X program with the words that follow it.
+    /// Runs an X program with its arguments, separated by spaces.
     bool run(const char* command)
     {
         QStringList words = QString::fromLatin1(command).split(QLatin1Char(' '));
@@ -56,7 +56,7 @@ protected:
         m_display.pressCodes({leftSuper, leftAlt, code});
     }
 
-    /// Presses the keys and lets them go after a time in which the server repeats them.
+    /// Presses the keys and releases them after the server has begun to repeat them.
     bool hold()
     {
         return run("xdotool keydown super keydown alt keydown b sleep 1.5 keyup b keyup alt keyup super");
@@ -71,7 +71,7 @@ protected:
                               QStringLiteral("add mod3 = Super_L")});
     }
 
-    /// Waits, and so gives the program the time that a hand needs between two keys.
+    /// Also gives the program the time that a user takes between two keys.
     static void expectNothing(Probe& probe)
     {
         EXPECT_TRUE(probe.nextLine(300ms).isNull());
@@ -128,13 +128,13 @@ TEST_F(X11Shortcut, keyFollowsTheLayout)
     expectNothing(*probe);
 }
 
-TEST_F(X11Shortcut, keyFollowsTheUserFromLayoutToLayout)
+TEST_F(X11Shortcut, keyFollowsASwitchOfTheLayout)
 {
     ASSERT_TRUE(run("setxkbmap -layout us,us -variant ,dvorak -option grp:menu_toggle"));
     const auto probe = start();
     pressWithModifiers(qwertyB);
     EXPECT_EQ(probe->nextLine(), activated);
-    expectNothing(*probe); // the first key of a keyboard has the program look at the layout, too
+    expectNothing(*probe); // the first key of a keyboard also makes the program read the layout
     m_display.pressCodes({menu}); // to the second layout
     expectNothing(*probe);
     pressWithModifiers(dvorakB);
@@ -143,7 +143,7 @@ TEST_F(X11Shortcut, keyFollowsTheUserFromLayoutToLayout)
     expectNothing(*probe);
 }
 
-TEST_F(X11Shortcut, layoutsWithoutTheLetterHaveTheKey)
+TEST_F(X11Shortcut, layoutsWithoutTheLetterUseAnotherLayoutsKey)
 {
     ASSERT_TRUE(run("setxkbmap -layout us,ru -option grp:menu_toggle"));
     const auto probe = start();
@@ -158,7 +158,7 @@ TEST_F(X11Shortcut, layoutsWithoutTheLetterHaveTheKey)
     expectNothing(*probe);
 }
 
-TEST_F(X11Shortcut, modifiersAreLookedUp)
+TEST_F(X11Shortcut, modifiersAreReadFromTheServer)
 {
     ASSERT_TRUE(moveSuper());
     const auto probe = start();
@@ -167,7 +167,7 @@ TEST_F(X11Shortcut, modifiersAreLookedUp)
     expectNothing(*probe);
 }
 
-TEST_F(X11Shortcut, modifiersThatMoveAreFollowed)
+TEST_F(X11Shortcut, changedModifiersAreFollowed)
 {
     const auto probe = start();
     ASSERT_TRUE(moveSuper());
@@ -177,7 +177,7 @@ TEST_F(X11Shortcut, modifiersThatMoveAreFollowed)
     expectNothing(*probe);
 }
 
-TEST_F(X11Shortcut, keyThatIsHeldActivatesOnce)
+TEST_F(X11Shortcut, heldKeyActivatesOnce)
 {
     const auto probe = start();
     ASSERT_TRUE(hold());
@@ -199,7 +199,7 @@ TEST_F(X11Shortcut, popupThatHasTheKeyboardIsClosedByTheKeys)
     expectNothing(*probe);
 }
 
-TEST_F(X11Shortcut, popupUnderAKeyThatIsHeldChangesOnce)
+TEST_F(X11Shortcut, heldKeyTogglesThePopupOnce)
 {
     const auto probe = start({QStringLiteral("--popup")});
     ASSERT_TRUE(hold());
@@ -217,11 +217,11 @@ TEST_F(X11Shortcut, keysOfAnotherProgramStayWithIt)
     ASSERT_TRUE(press(shortcut));
     EXPECT_EQ(first->nextLine(), activated);
     expectNothing(*second);
-    EXPECT_EQ(second->process().readAllStandardError().toStdString(), "") << "a refusal is nobody's business";
+    EXPECT_EQ(second->process().readAllStandardError().toStdString(), "") << "a refused grab is not printed";
     EXPECT_EQ(second->process().state(), QProcess::Running);
 }
 
-TEST_F(X11Shortcut, keysAreFreeWhenTheirProgramHasEnded)
+TEST_F(X11Shortcut, keysAreReleasedWhenTheirProgramEnds)
 {
     start()->kill();
     const auto next = start();

@@ -8,9 +8,8 @@
 
 namespace tallyfox {
 
-/// Super+Alt+B wherever the keyboard's focus is, until the object is destroyed, which must be before the application
-/// object is. A desktop that refuses, or another program that has the keys already, is no error: the shortcut then does
-/// nothing.
+/// Super+Alt+B, whichever window has the focus. Must be destroyed before the application object. It is not an error
+/// when the desktop refuses the shortcut or another program has the keys: the shortcut then does nothing.
 class GlobalShortcut : public QObject {
     Q_OBJECT
 
@@ -18,8 +17,8 @@ public:
     using QObject::QObject;
 
 Q_SIGNALS:
-    /// The keys have been pressed; once however long they are held. From the event loop, never within the handling of
-    /// the key.
+    /// The keys have been pressed; once, however long they are held. From the event loop, not while the key event is
+    /// handled.
     void activated();
 };
 

@@ -37,7 +37,7 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, PortalShortcutEnt
     return argument;
 }
 
-/// The user may leave a shortcut out and still agree to the rest, which is nothing.
+/// The user may have removed the shortcut and still consented, to an empty list.
 bool isGranted(const QVariantMap& results)
 {
     const auto granted = results.value(QStringLiteral("shortcuts")).value<QDBusArgument>();
@@ -48,8 +48,8 @@ bool isGranted(const QVariantMap& results)
                        [](const PortalShortcutEntry& entry) { return entry.id == shortcutId; });
 }
 
-/// Empty when the results name no session. It ought to be a text; some portals send a path.
-QString sessionOf(const QVariantMap& results)
+/// Empty without a session in the results. It should be a string; some portals send an object path.
+QString findSession(const QVariantMap& results)
 {
     const QVariant value = results.value(QStringLiteral("session_handle"));
     const QString path = value.metaType() == QMetaType::fromType<QDBusObjectPath>()
@@ -78,11 +78,11 @@ PortalShortcut::PortalShortcut(const QDBusConnection& bus, QObject* parent)
     const auto* watcher = new QDBusServiceWatcher(portalService(), bus, QDBusServiceWatcher::WatchForOwnerChange, this);
     connect(
         watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
-        [this](const QString&, const QString& before, const QString& after) { followOwner(before, after); },
+        [this](const QString&, const QString& before, const QString& after) { handleOwnerChange(before, after); },
         Qt::QueuedConnection);
-    // From anybody: who the portal is will be known later.
+    // From any sender: who the portal is will be known later.
     m_bus.connect(QString{}, portalPath(), QStringLiteral("org.freedesktop.portal.GlobalShortcuts"),
-                  QStringLiteral("Activated"), this, SLOT(takeActivation(QDBusMessage)));
+                  QStringLiteral("Activated"), this, SLOT(handleActivation(QDBusMessage)));
     createSession();
 }
 
@@ -97,42 +97,43 @@ void PortalShortcut::createSession()
         m_context, m_bus, QStringLiteral("GlobalShortcuts.CreateSession"), QVariantList{},
         QVariantMap{{QStringLiteral("session_handle_token"), newPortalToken()}});
     connect(m_request.get(), &PortalRequest::succeeded, this, &PortalShortcut::bind);
-    connect(m_request.get(), &PortalRequest::failed, this, &PortalShortcut::giveUp);
+    connect(m_request.get(), &PortalRequest::failed, this, &PortalShortcut::endSession);
 }
 
 void PortalShortcut::bind(const QVariantMap& results)
 {
     m_portal = m_request->portal();
-    m_session = sessionOf(results);
+    m_session = findSession(results);
     if (m_session.isEmpty()) {
-        giveUp();
+        endSession();
         return;
     }
-    m_bus.connect(QString{}, m_session, sessionInterface, QStringLiteral("Closed"), this, SLOT(takeEnd(QDBusMessage)));
+    m_bus.connect(QString{}, m_session, sessionInterface, QStringLiteral("Closed"), this,
+                  SLOT(handleSessionClosed(QDBusMessage)));
     m_request = std::make_unique<PortalRequest>(
         m_context, m_bus, QStringLiteral("GlobalShortcuts.BindShortcuts"),
         QVariantList{QVariant::fromValue(QDBusObjectPath{m_session}), shortcuts(), QString{}});
-    connect(m_request.get(), &PortalRequest::succeeded, this, &PortalShortcut::takeGrant);
-    connect(m_request.get(), &PortalRequest::failed, this, &PortalShortcut::giveUp);
+    connect(m_request.get(), &PortalRequest::succeeded, this, &PortalShortcut::handleGrant);
+    connect(m_request.get(), &PortalRequest::failed, this, &PortalShortcut::endSession);
 }
 
-void PortalShortcut::takeGrant(const QVariantMap& results)
+void PortalShortcut::handleGrant(const QVariantMap& results)
 {
     if (!isGranted(results)) {
-        giveUp();
+        endSession();
         return;
     }
-    m_request.reset(); // what becomes of the portal is told by the bus from now on
+    m_request.reset(); // from now on the service watcher reports the end of the portal
     setBound(true);
 }
 
-void PortalShortcut::giveUp()
+void PortalShortcut::endSession()
 {
     closeSession();
     setBound(false);
 }
 
-void PortalShortcut::takeActivation(const QDBusMessage& activation)
+void PortalShortcut::handleActivation(const QDBusMessage& activation)
 {
     const QVariantList arguments = activation.arguments();
     if (!m_isBound || activation.service() != m_portal || activation.signature() != QLatin1StringView{"osta{sv}"})
@@ -141,20 +142,20 @@ void PortalShortcut::takeActivation(const QDBusMessage& activation)
         Q_EMIT activated();
 }
 
-void PortalShortcut::takeEnd(const QDBusMessage& end)
+void PortalShortcut::handleSessionClosed(const QDBusMessage& end)
 {
     if (end.service() == m_portal && end.path() == m_session)
-        giveUp();
+        endSession();
 }
 
-void PortalShortcut::followOwner(const QString& before, const QString& after)
+void PortalShortcut::handleOwnerChange(const QString& before, const QString& after)
 {
     if (m_isBound && before == m_portal) {
-        giveUp();
-        m_isMissed = true;
+        endSession();
+        m_wasLost = true;
     }
-    if (m_isMissed && !after.isEmpty()) {
-        m_isMissed = false;
+    if (m_wasLost && !after.isEmpty()) {
+        m_wasLost = false;
         createSession();
     }
 }
@@ -172,7 +173,8 @@ void PortalShortcut::closeSession()
     const QString path = std::exchange(m_session, {});
     if (path.isEmpty())
         return;
-    m_bus.disconnect(QString{}, path, sessionInterface, QStringLiteral("Closed"), this, SLOT(takeEnd(QDBusMessage)));
+    m_bus.disconnect(QString{}, path, sessionInterface, QStringLiteral("Closed"), this,
+                     SLOT(handleSessionClosed(QDBusMessage)));
     m_bus.send(QDBusMessage::createMethodCall(m_portal, path, sessionInterface, QStringLiteral("Close")));
 }
 

@@ -13,25 +13,25 @@ constexpr std::uint32_t altLeft = 0xffe9;
 constexpr std::uint32_t altRight = 0xffea;
 constexpr std::uint32_t numLock = 0xff7f;
 constexpr std::uint32_t scrollLock = 0xff14;
-constexpr std::uint16_t capsLockMask = 1U << 1U; ///< the server's own, whatever keys it has
-constexpr unsigned firstNamelessModifier = 3; ///< Mod1: before it stand Shift, Lock and Control
-constexpr std::uint16_t allModifiers = 0xff; ///< of an event's state, which also tells buttons and the group
-constexpr std::uint8_t usualKeyOfB = 56; ///< the fifth of the lowest row of letters
+constexpr std::uint16_t capsLockMask = 1U << 1U; ///< the same in every keyboard
+constexpr unsigned firstNamelessModifier = 3; ///< Mod1; Shift, Lock and Control come before it
+constexpr std::uint16_t allModifiers = 0xff; ///< of an event's state, which also holds buttons and the group
+constexpr std::uint8_t usualKeyOfB = 56; ///< the fifth key in the lowest row of letters
 
-bool carries(const std::vector<Keyboard::Group>& groups, std::uint32_t symbol)
+bool hasSymbol(const std::vector<Keyboard::Group>& groups, std::uint32_t symbol)
 {
     return std::any_of(groups.begin(), groups.end(), [&](const Keyboard::Group& levels) {
         return std::find(levels.begin(), levels.end(), symbol) != levels.end();
     });
 }
 
-/// The mask of the first modifier with a key for one of two symbols; 0 when there is none.
-std::uint16_t modifierOf(const Keyboard& keyboard, std::uint32_t symbol, std::uint32_t other)
+/// The mask of the first modifier with a key for either symbol; 0 without one.
+std::uint16_t findModifier(const Keyboard& keyboard, std::uint32_t symbol, std::uint32_t other)
 {
     for (unsigned index = firstNamelessModifier; index < keyboard.modifiers.size(); ++index) {
         for (const std::uint8_t key : keyboard.modifiers.at(index)) {
             const auto found = keyboard.keys.find(key);
-            if (found != keyboard.keys.end() && (carries(found->second, symbol) || carries(found->second, other)))
+            if (found != keyboard.keys.end() && (hasSymbol(found->second, symbol) || hasSymbol(found->second, other)))
                 return static_cast<std::uint16_t>(1U << index);
         }
     }
@@ -43,7 +43,7 @@ bool isB(const Keyboard::Group& levels)
     return !levels.empty() && levels.front() == letterB;
 }
 
-template <typename Condition> std::vector<std::uint8_t> keysWhere(const Keyboard& keyboard, const Condition& condition)
+template <typename Condition> std::vector<std::uint8_t> findKeys(const Keyboard& keyboard, const Condition& condition)
 {
     std::vector<std::uint8_t> found;
     for (const auto& [key, groups] : keyboard.keys) {
@@ -53,14 +53,13 @@ template <typename Condition> std::vector<std::uint8_t> keysWhere(const Keyboard
     return found;
 }
 
-std::vector<std::uint8_t> keysOfB(const Keyboard& keyboard)
+std::vector<std::uint8_t> findKeysOfB(const Keyboard& keyboard)
 {
     using Groups = std::vector<Keyboard::Group>;
     std::vector<std::uint8_t> found =
-        keysWhere(keyboard, [&](const Groups& groups) { return isB(groups.at(keyboard.group % groups.size())); });
+        findKeys(keyboard, [&](const Groups& groups) { return isB(groups.at(keyboard.group % groups.size())); });
     if (found.empty()) {
-        found =
-            keysWhere(keyboard, [](const Groups& groups) { return std::any_of(groups.begin(), groups.end(), isB); });
+        found = findKeys(keyboard, [](const Groups& groups) { return std::any_of(groups.begin(), groups.end(), isB); });
     }
     return found.empty() ? std::vector<std::uint8_t>{usualKeyOfB} : found;
 }
@@ -81,16 +80,16 @@ std::vector<std::uint16_t> ShortcutKeys::combinations() const
     return all;
 }
 
-std::optional<ShortcutKeys> shortcutKeys(const Keyboard& keyboard)
+std::optional<ShortcutKeys> findShortcutKeys(const Keyboard& keyboard)
 {
-    const std::uint16_t super = modifierOf(keyboard, superLeft, superRight);
-    const std::uint16_t alt = modifierOf(keyboard, altLeft, altRight);
+    const std::uint16_t super = findModifier(keyboard, superLeft, superRight);
+    const std::uint16_t alt = findModifier(keyboard, altLeft, altRight);
     if (super == 0 || alt == 0 || super == alt)
         return std::nullopt;
     const auto modifiers = static_cast<std::uint16_t>(super | alt);
     const unsigned locks =
-        capsLockMask | modifierOf(keyboard, numLock, numLock) | modifierOf(keyboard, scrollLock, scrollLock);
-    return ShortcutKeys{modifiers, static_cast<std::uint16_t>(locks & ~unsigned{modifiers}), keysOfB(keyboard)};
+        capsLockMask | findModifier(keyboard, numLock, numLock) | findModifier(keyboard, scrollLock, scrollLock);
+    return ShortcutKeys{modifiers, static_cast<std::uint16_t>(locks & ~unsigned{modifiers}), findKeysOfB(keyboard)};
 }
 
 } // namespace tallyfox

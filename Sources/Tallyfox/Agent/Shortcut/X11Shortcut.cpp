@@ -18,8 +18,8 @@ namespace {
 
 constexpr unsigned groupCountMask = 0x0f;
 
-/// The symbols of one key stand in one list, group after group.
-std::vector<Keyboard::Group> groupsOf(const xcb_xkb_key_sym_map_t& key)
+/// The symbols of a key are in one list, group after group.
+std::vector<Keyboard::Group> readGroups(const xcb_xkb_key_sym_map_t& key)
 {
     const std::uint32_t* symbols = xcb_xkb_key_sym_map_syms(&key);
     std::vector<Keyboard::Group> groups(key.groupInfo & groupCountMask);
@@ -44,7 +44,7 @@ void readSymbols(xcb_connection_t* connection, Keyboard& keyboard)
                                &map);
     auto keys = xcb_xkb_get_map_map_syms_rtrn_iterator(reply.get(), &map);
     for (std::uint8_t key = reply->firstKeySym; keys.rem > 0; ++key) {
-        keyboard.keys[key] = groupsOf(*keys.data);
+        keyboard.keys[key] = readGroups(*keys.data);
         xcb_xkb_key_sym_map_next(&keys);
     }
 }
@@ -111,13 +111,13 @@ Keyboard X11Keyboard::read() const
     return keyboard;
 }
 
-bool X11Keyboard::tellsOfChange(const xcb_generic_event_t& event, const Keyboard& before) const
+bool X11Keyboard::isChange(const xcb_generic_event_t& event, const Keyboard& before) const
 {
     if (event.response_type == XCB_MAPPING_NOTIFY)
         return true;
     if (m_eventCode == 0 || event.response_type != m_eventCode)
         return false;
-    switch (event.pad0) { // which event of the extension it is
+    switch (event.pad0) { // the type of the event within the extension
     case XCB_XKB_NEW_KEYBOARD_NOTIFY:
     case XCB_XKB_MAP_NOTIFY:
         return true;
@@ -130,12 +130,12 @@ bool X11Keyboard::tellsOfChange(const xcb_generic_event_t& event, const Keyboard
 
 X11Shortcut::X11Shortcut(xcb_connection_t* connection)
     : m_connection(connection)
-    , m_source(connection)
+    , m_x11Keyboard(connection)
 {
-    m_change.setSingleShot(true);
-    connect(&m_change, &QTimer::timeout, this, &X11Shortcut::followKeyboard);
+    m_changeTimer.setSingleShot(true);
+    connect(&m_changeTimer, &QTimer::timeout, this, &X11Shortcut::updateGrab);
     QCoreApplication::instance()->installNativeEventFilter(this);
-    followKeyboard();
+    updateGrab();
 }
 
 X11Shortcut::~X11Shortcut()
@@ -150,11 +150,11 @@ bool X11Shortcut::nativeEventFilter(const QByteArray& type, void* message, qintp
     if (type != "xcb_generic_event_t")
         return false;
     const auto& event = *static_cast<const xcb_generic_event_t*>(message);
-    if (m_source.tellsOfChange(event, m_keyboard))
-        m_change.start(0);
-    // What other programs send, instead of the server, has one more bit set and is not meant here.
+    if (m_x11Keyboard.isChange(event, m_keyboard))
+        m_changeTimer.start(0);
+    // Events that other programs have sent have one more bit set, and are ignored.
     if (event.response_type == XCB_KEY_PRESS)
-        return take(*static_cast<const xcb_key_press_event_t*>(message));
+        return handlePress(*static_cast<const xcb_key_press_event_t*>(message));
     if (event.response_type == XCB_KEY_RELEASE) {
         const auto& release = *static_cast<const xcb_key_release_event_t*>(message);
         if (m_keys && std::find(m_keys->keys.begin(), m_keys->keys.end(), release.detail) != m_keys->keys.end())
@@ -163,21 +163,21 @@ bool X11Shortcut::nativeEventFilter(const QByteArray& type, void* message, qintp
     return false;
 }
 
-bool X11Shortcut::take(const xcb_key_press_event_t& press)
+bool X11Shortcut::handlePress(const xcb_key_press_event_t& press)
 {
-    // The window does not matter: while a popup has the keyboard, the keys are told to that popup.
+    // In any window: while a popup has the keyboard, it gets the key events.
     if (!m_keys || !m_keys->match(press.detail, press.state))
         return false;
-    // A key that is held is let go and pressed again by the server at one and the same moment.
+    // The server repeats a held key as a release and a press of the same time.
     if (m_releaseTime != press.time)
         QMetaObject::invokeMethod(this, "activated", Qt::QueuedConnection);
     return true;
 }
 
-void X11Shortcut::followKeyboard()
+void X11Shortcut::updateGrab()
 {
-    m_keyboard = m_source.read();
-    const std::optional<ShortcutKeys> keys = shortcutKeys(m_keyboard);
+    m_keyboard = m_x11Keyboard.read();
+    const std::optional<ShortcutKeys> keys = findShortcutKeys(m_keyboard);
     if (keys == m_keys)
         return;
     release();
@@ -192,7 +192,7 @@ void X11Shortcut::grab()
     forEachGrab(m_connection, *m_keys, [this](xcb_window_t root, std::uint16_t modifiers, xcb_keycode_t key) {
         const auto cookie =
             xcb_grab_key_checked(m_connection, 1, root, modifiers, key, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-        // A refusal would otherwise reach Qt, which tells the user of it on standard error.
+        // Otherwise Qt would print the error of a refused grab.
         xcb_discard_reply(m_connection, cookie.sequence);
     });
     xcb_flush(m_connection);

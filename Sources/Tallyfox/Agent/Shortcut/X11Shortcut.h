@@ -11,48 +11,48 @@
 
 namespace tallyfox {
 
-/// The keyboard of an X server. It is read through the XKB extension, which alone knows the user's layouts apart; every
-/// server of this century has it.
+/// The keyboard of an X server, read through the XKB extension: the core protocol cannot tell the user's layouts apart.
+/// Every server of this century has it.
 class X11Keyboard {
 public:
     explicit X11Keyboard(xcb_connection_t* connection);
 
-    /// The keyboard as it is now; the server's answers are waited for. Without keys when the server has no XKB.
+    /// The keyboard as it is now; blocks for the server's replies. Without keys when the server has no XKB.
     [[nodiscard]] Keyboard read() const;
 
-    /// Whether an event says that a keyboard which has been read is another now: a layout or a device has changed, or
-    /// the user has gone from one layout to the next.
-    [[nodiscard]] bool tellsOfChange(const xcb_generic_event_t& event, const Keyboard& before) const;
+    /// Whether an event means that the keyboard must be read again: a layout or a device has changed since `before`, or
+    /// the user has switched to another layout.
+    [[nodiscard]] bool isChange(const xcb_generic_event_t& event, const Keyboard& before) const;
 
 private:
     xcb_connection_t* m_connection;
     std::uint8_t m_eventCode = 0; ///< of the extension; 0 without it
 };
 
-/// The keys grabbed from the X server, on the application's own connection: while one of its popups has the keyboard,
-/// no grab of anybody else would see them. Keys that another program has grabbed stay with that program.
+/// A grab of the keys, on the application's own connection: while one of its popups has the keyboard, no other client's
+/// grab gets the keys. Keys that another program has grabbed stay with that program.
 class X11Shortcut : public GlobalShortcut, private QAbstractNativeEventFilter {
     Q_OBJECT
 
 public:
     /// `connection` is the application's, whose events Qt reads.
     explicit X11Shortcut(xcb_connection_t* connection);
-    /// Gives the keys back.
+    /// Releases the keys.
     ~X11Shortcut() override;
 
 private:
     bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
-    bool take(const xcb_key_press_event_t& press);
-    void followKeyboard();
+    bool handlePress(const xcb_key_press_event_t& press);
+    void updateGrab();
     void grab();
     void release();
 
     xcb_connection_t* m_connection;
-    X11Keyboard m_source;
+    X11Keyboard m_x11Keyboard;
     Keyboard m_keyboard;
-    std::optional<ShortcutKeys> m_keys; ///< those that are grabbed
-    std::optional<xcb_timestamp_t> m_releaseTime; ///< of the last key of the shortcut that was let go
-    QTimer m_change; ///< one change of the layout makes many events
+    std::optional<ShortcutKeys> m_keys; ///< the grabbed ones
+    std::optional<xcb_timestamp_t> m_releaseTime; ///< of the last release of a key of the shortcut
+    QTimer m_changeTimer; ///< a change of the layout causes many events
 };
 
 } // namespace tallyfox
