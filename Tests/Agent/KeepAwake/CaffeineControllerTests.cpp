@@ -40,7 +40,7 @@ TEST_F(CaffeineControllerTest, isOnOnceGranted)
     EXPECT_THAT(m_published, ElementsAre(true));
 }
 
-TEST_F(CaffeineControllerTest, secondPressEndsAndThirdBeginsAnew)
+TEST_F(CaffeineControllerTest, secondPressTurnsItOffAndThirdOnAgain)
 {
     m_controller.toggle();
     Q_EMIT m_inhibitor.inhibition->began();

@@ -24,7 +24,7 @@ const QString loginName = QStringLiteral("org.freedesktop.login1");
 
 class SleepInhibitorTest : public testing::Test {
 protected:
-    /// Asks, with a bound that no test reaches by accident unless it is told otherwise.
+    /// The default timeout is one that no test reaches by accident.
     void ask(std::chrono::milliseconds timeout = 20s)
     {
         m_inhibitor =
@@ -32,7 +32,7 @@ protected:
         m_inhibition = m_inhibitor->begin(reason);
         QObject::connect(m_inhibition.get(), &SleepInhibition::began, [this] { m_events += QStringLiteral("began"); });
         QObject::connect(m_inhibition.get(), &SleepInhibition::ended, [this] { m_events += QStringLiteral("ended"); });
-        EXPECT_THAT(m_events, IsEmpty()) << "before the object is back";
+        EXPECT_THAT(m_events, IsEmpty()) << "nothing is emitted before the event loop runs";
     }
 
     bool begins()
@@ -79,7 +79,7 @@ TEST_F(SleepInhibitorTest, sessionManagerIsNextAndIsAskedNotToSuspend)
     EXPECT_EQ(session.calls().back(), QStringLiteral("Uninhibit(8)"));
 }
 
-TEST_F(SleepInhibitorTest, wrongTypesAreNoGrant)
+TEST_F(SleepInhibitorTest, repliesOfWrongTypesAreRefusals)
 {
     FakeService power{m_bus.connect(), powerManagementName, answering({QStringLiteral("7")})};
     FakeService session{m_bus.connect(), sessionManagerName, answering({})};
@@ -94,7 +94,7 @@ TEST_F(SleepInhibitorTest, wrongTypesAreNoGrant)
     EXPECT_EQ(login.calls().size(), 1);
 }
 
-TEST_F(SleepInhibitorTest, silentServiceIsPassedOver)
+TEST_F(SleepInhibitorTest, silentServiceIsSkippedAtTheTimeout)
 {
     FakeService power{m_bus.connect(), powerManagementName, silent()};
     FakeService session{m_bus.connect(), sessionManagerName, answering({8U})};
@@ -103,7 +103,7 @@ TEST_F(SleepInhibitorTest, silentServiceIsPassedOver)
     EXPECT_EQ(session.calls().size(), 1);
 }
 
-TEST_F(SleepInhibitorTest, grantThatComesTooLateIsGivenBack)
+TEST_F(SleepInhibitorTest, lateGrantIsGivenBack)
 {
     FakeService power{m_bus.connect(), powerManagementName, silent()};
     FakeService session{m_bus.connect(), sessionManagerName, answering({8U})};
@@ -112,11 +112,11 @@ TEST_F(SleepInhibitorTest, grantThatComesTooLateIsGivenBack)
     power.bus().send(power.messages().front().createReply(7U));
     ASSERT_TRUE(spinUntil([&] { return power.calls().size() == 2; }));
     EXPECT_EQ(power.calls().back(), QStringLiteral("UnInhibit(7)"));
-    EXPECT_EQ(session.calls().size(), 1) << "what holds is not touched";
+    EXPECT_EQ(session.calls().size(), 1) << "the inhibition in force is unchanged";
     EXPECT_EQ(m_events.size(), 1);
 }
 
-TEST_F(SleepInhibitorTest, grantOfARequestThatWasCancelledIsGivenBack)
+TEST_F(SleepInhibitorTest, grantOfACancelledRequestIsGivenBack)
 {
     FakeService power{m_bus.connect(), powerManagementName, silent()};
     ask();
@@ -128,7 +128,7 @@ TEST_F(SleepInhibitorTest, grantOfARequestThatWasCancelledIsGivenBack)
     EXPECT_THAT(m_events, IsEmpty());
 }
 
-TEST_F(SleepInhibitorTest, serviceThatDiesWhileItHoldsEndsIt)
+TEST_F(SleepInhibitorTest, deathOfTheGrantingServiceEndsTheInhibition)
 {
     std::optional<FakeService> power{std::in_place, m_bus.connect(), powerManagementName, answering({7U})};
     FakeService session{m_bus.connect(), sessionManagerName, answering({8U})};
@@ -136,10 +136,10 @@ TEST_F(SleepInhibitorTest, serviceThatDiesWhileItHoldsEndsIt)
     ASSERT_TRUE(begins());
     power.reset();
     ASSERT_TRUE(ends());
-    EXPECT_THAT(session.calls(), IsEmpty()) << "nobody has asked for a new activity";
+    EXPECT_THAT(session.calls(), IsEmpty()) << "a new inhibition is up to the user";
 }
 
-TEST_F(SleepInhibitorTest, serviceThatDiesWhileItIsAskedIsPassedOver)
+TEST_F(SleepInhibitorTest, serviceThatDiesDuringTheRequestIsSkipped)
 {
     std::optional<FakeService> power{std::in_place, m_bus.connect(), powerManagementName, silent()};
     FakeService session{m_bus.connect(), sessionManagerName, answering({8U})};
@@ -150,7 +150,7 @@ TEST_F(SleepInhibitorTest, serviceThatDiesWhileItIsAskedIsPassedOver)
     EXPECT_EQ(session.calls().size(), 1);
 }
 
-TEST_F(SleepInhibitorTest, portalHoldsUntilItsRequestIsClosed)
+TEST_F(SleepInhibitorTest, portalInhibitsUntilItsRequestIsClosed)
 {
     FakePortal portal{m_bus.connect(), [](const QDBusMessage&) { return PortalDecision{}; }};
     ask();
@@ -173,7 +173,7 @@ TEST_F(SleepInhibitorTest, portalMayRespondBeforeItReplies)
     EXPECT_TRUE(begins());
 }
 
-TEST_F(SleepInhibitorTest, portalThatDecidesTwiceIsBelievedOnce)
+TEST_F(SleepInhibitorTest, secondResponseOfThePortalIsIgnored)
 {
     const QDBusConnection bus = m_bus.connect();
     FakePortal portal{bus, [&](const QDBusMessage& call) {
@@ -187,7 +187,7 @@ TEST_F(SleepInhibitorTest, portalThatDecidesTwiceIsBelievedOnce)
     EXPECT_THAT(m_events, ElementsAre(QStringLiteral("began")));
 }
 
-TEST_F(SleepInhibitorTest, portalThatRefusesIsPassedOver)
+TEST_F(SleepInhibitorTest, refusingPortalIsSkipped)
 {
     FakePortal portal{m_bus.connect(), [](const QDBusMessage&) { return PortalDecision{.response = 2}; }};
     ask();
@@ -195,7 +195,7 @@ TEST_F(SleepInhibitorTest, portalThatRefusesIsPassedOver)
     EXPECT_EQ(portal.callsOf("Close").size(), 1);
 }
 
-TEST_F(SleepInhibitorTest, portalThatDoesNotDecideIsNoGrant)
+TEST_F(SleepInhibitorTest, undecidedPortalIsSkippedAtTheTimeout)
 {
     FakePortal portal{m_bus.connect(), [](const QDBusMessage&) { return std::nullopt; }};
     ask(200ms);
@@ -204,7 +204,7 @@ TEST_F(SleepInhibitorTest, portalThatDoesNotDecideIsNoGrant)
     EXPECT_THAT(m_events, ElementsAre(QStringLiteral("ended")));
 }
 
-TEST_F(SleepInhibitorTest, onlyThePortalRespondsForThePortal)
+TEST_F(SleepInhibitorTest, responsesOfOtherPeersAreIgnored)
 {
     const QDBusConnection stranger = m_bus.connect();
     FakePortal portal{m_bus.connect(), [&](const QDBusMessage& call) -> std::optional<PortalDecision> {
@@ -216,7 +216,7 @@ TEST_F(SleepInhibitorTest, onlyThePortalRespondsForThePortal)
     EXPECT_THAT(m_events, ElementsAre(QStringLiteral("ended")));
 }
 
-TEST_F(SleepInhibitorTest, loginManagerHoldsWhileTheDescriptorIsOpen)
+TEST_F(SleepInhibitorTest, loginManagerInhibitsWhileTheDescriptorIsOpen)
 {
     std::array<int, 2> ends{};
     ASSERT_EQ(pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK), 0);
@@ -235,7 +235,7 @@ TEST_F(SleepInhibitorTest, loginManagerHoldsWhileTheDescriptorIsOpen)
     close(ends[0]);
 }
 
-TEST_F(SleepInhibitorTest, busThatDiesEndsIt)
+TEST_F(SleepInhibitorTest, lostBusEndsTheInhibition)
 {
     FakeService power{m_bus.connect(), powerManagementName, answering({7U})};
     ask();
@@ -244,13 +244,13 @@ TEST_F(SleepInhibitorTest, busThatDiesEndsIt)
     EXPECT_TRUE(ends());
 }
 
-TEST_F(SleepInhibitorTest, nobodyThereEndsIt)
+TEST_F(SleepInhibitorTest, withoutServicesTheInhibitionEnds)
 {
     ask();
     EXPECT_TRUE(ends());
 }
 
-TEST_F(SleepInhibitorTest, withoutBusesItEnds)
+TEST_F(SleepInhibitorTest, withoutBusesTheInhibitionEnds)
 {
     m_program = QDBusConnection{QString{}};
     m_programOnSystemBus = QDBusConnection{QString{}};
@@ -258,7 +258,7 @@ TEST_F(SleepInhibitorTest, withoutBusesItEnds)
     EXPECT_TRUE(ends());
 }
 
-TEST_F(SleepInhibitorTest, receiverMayDeleteItWhenItEnds)
+TEST_F(SleepInhibitorTest, receiverMayDeleteTheInhibitionWhenItEnds)
 {
     ask();
     QObject::connect(m_inhibition.get(), &SleepInhibition::ended, [this] { m_inhibition.reset(); });

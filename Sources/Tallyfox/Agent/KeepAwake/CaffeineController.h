@@ -8,7 +8,7 @@
 
 namespace tallyfox {
 
-/// The keep-awake switch: off at every start, never stored. Main thread.
+/// The keep-awake switch: off at every start, not stored. Main thread.
 class CaffeineController : public QObject {
     Q_OBJECT
 
@@ -17,11 +17,11 @@ public:
     explicit CaffeineController(SleepInhibitor& inhibitor, QObject* parent = nullptr);
     ~CaffeineController() override;
 
-    /// Whether the computer is being kept awake: true exactly while an activity is in force.
+    /// True exactly while an inhibition is in force.
     [[nodiscard]] bool isEnabled() const;
 
-    /// Ends the activity, or one that is being asked for; begins one when there is none. `isEnabled` follows as soon
-    /// as the desktop has granted it.
+    /// Ends the inhibition or the pending request for one, or requests one. `isEnabled` becomes true once the desktop
+    /// has granted it.
     void toggle();
 
 Q_SIGNALS:

@@ -26,14 +26,14 @@ struct CookieService {
 };
 
 /// Only a running service is asked: starting another desktop's would do more than the user wants.
-QDBusMessage callOf(const CookieService& service, const QString& method)
+QDBusMessage makeCall(const CookieService& service, const QString& method)
 {
     QDBusMessage call = QDBusMessage::createMethodCall(service.name, service.path, service.interface, method);
     call.setAutoStartService(false);
     return call;
 }
 
-QDBusMessage with(QDBusMessage end, unsigned cookie)
+QDBusMessage withCookie(QDBusMessage end, unsigned cookie)
 {
     return end << cookie;
 }
@@ -42,9 +42,9 @@ class CookieInhibition : public InhibitionRequest {
 public:
     CookieInhibition(QObject& context, const QDBusConnection& bus, const CookieService& service)
         : m_bus(bus)
-        , m_end(callOf(service, service.endMethod))
+        , m_end(makeCall(service, service.endMethod))
     {
-        QDBusMessage call = callOf(service, QStringLiteral("Inhibit"));
+        QDBusMessage call = makeCall(service, QStringLiteral("Inhibit"));
         call.setArguments(service.arguments);
         watchService(*this, m_bus, service.name, [this] { fail(); });
         const auto handle = [bus, end = m_end, self = QPointer{this}](const QDBusPendingCall& answered) {
@@ -56,7 +56,7 @@ public:
                 self->m_cookie = reply.value();
                 self->grant();
             } else {
-                bus.send(with(end, reply.value()));
+                bus.send(withCookie(end, reply.value()));
             }
         };
         callService(context, m_bus, call, handle);
@@ -65,7 +65,7 @@ public:
     ~CookieInhibition() override
     {
         if (m_cookie)
-            m_bus.send(with(m_end, *m_cookie));
+            m_bus.send(withCookie(m_end, *m_cookie));
     }
 
 private:

@@ -10,8 +10,8 @@
 
 namespace tallyfox {
 
-/// One request to keep the computer from idle sleep, in force from `began` until `ended`, and at the latest until the
-/// object goes. The display may still sleep, and sleep that the user asks for is never held off. Main thread.
+/// One request to keep the computer from idle sleep, in force from `began` until `ended` or its destruction. The
+/// display may still sleep, and sleep that the user asks for is not held off. Main thread.
 class SleepInhibition : public QObject {
     Q_OBJECT
 
@@ -19,9 +19,9 @@ public:
     using QObject::QObject;
 
 Q_SIGNALS:
-    void began(); ///< at most once, never before the object is back at its caller
-    /// At most once: nobody granted the request, or the service that did is gone. The object is then of no more use;
-    /// the receiver may delete it.
+    void began(); ///< at most once, from the event loop
+    /// At most once: every service refused, or the one that had granted the request is gone. The receiver may delete
+    /// the object.
     void ended();
 };
 
@@ -33,7 +33,7 @@ public:
     SleepInhibitor& operator=(const SleepInhibitor&) = delete;
     virtual ~SleepInhibitor() = default;
 
-    /// Asks for it and returns at once; never null. `reason` is what the desktop may show the user.
+    /// Does not block; never null. `reason` is what the desktop may show the user.
     virtual std::unique_ptr<SleepInhibition> begin(const QString& reason) = 0;
 };
 
