@@ -24,7 +24,7 @@ using testing::ElementsAre;
 
 const QString id = QStringLiteral("org.tallyfox.tallyfox");
 
-/// Whether the agents know each other by a bus or by the socket.
+/// How the processes find each other.
 enum class Way { bus, socket };
 
 void PrintTo(Way way, std::ostream* out)
@@ -48,8 +48,7 @@ protected:
         return start(wish)->nextLine().toStdString();
     }
 
-    /// A request is passed within 2 s or not at all: on a machine that is busy with other tests it may need more than
-    /// one try.
+    /// An action arrives within 2 s or not at all: on a busy machine that may take more than one attempt.
     bool arrives(const char* wish)
     {
         for (int attempt = 0; attempt < 20; ++attempt) {
@@ -66,7 +65,7 @@ protected:
 INSTANTIATE_TEST_SUITE_P(Ways, SingleInstanceTest, testing::Values(Way::bus, Way::socket),
                          [](const auto& way) { return testing::PrintToString(way.param); });
 
-TEST_P(SingleInstanceTest, firstIsTheAgentAndHearsTheOthers)
+TEST_P(SingleInstanceTest, firstStartIsTheAgentAndGetsTheOthersActions)
 {
     const auto agent = start("claim");
     ASSERT_EQ(agent->nextLine().toStdString(), "first");
@@ -77,12 +76,12 @@ TEST_P(SingleInstanceTest, firstIsTheAgentAndHearsTheOthers)
     }
 }
 
-TEST_P(SingleInstanceTest, nobodyHearsWithoutAnAgent)
+TEST_P(SingleInstanceTest, withoutAnAgentActionsAreLost)
 {
     EXPECT_EQ(outcome("toggle"), "lost");
 }
 
-TEST_P(SingleInstanceTest, agentThatWasKilledIsFollowedByTheNext)
+TEST_P(SingleInstanceTest, killedAgentIsReplacedByTheNextStart)
 {
     const auto killed = start("claim");
     ASSERT_EQ(killed->nextLine().toStdString(), "first");
@@ -94,7 +93,7 @@ TEST_P(SingleInstanceTest, agentThatWasKilledIsFollowedByTheNext)
     EXPECT_EQ(next->nextLine().toStdString(), "toggle");
 }
 
-TEST_P(SingleInstanceTest, oneOfManyStartsIsTheAgent)
+TEST_P(SingleInstanceTest, oneOfManyStartsBecomesTheAgent)
 {
     std::vector<std::unique_ptr<Probe>> starts;
     for (int index = 0; index < 20; ++index)
@@ -105,7 +104,7 @@ TEST_P(SingleInstanceTest, oneOfManyStartsIsTheAgent)
     EXPECT_EQ(outcomes, (std::map<std::string, int>{{"first", 1}, {"other", 19}}));
 }
 
-TEST_P(SingleInstanceTest, agentThatHangsIsGivenUp)
+TEST_P(SingleInstanceTest, hangingAgentIsGivenUpAtTheTimeout)
 {
     const auto agent = start("claim");
     ASSERT_EQ(agent->nextLine().toStdString(), "first");
@@ -127,7 +126,7 @@ TEST_P(SingleInstanceTest, agentThatIsBusyForAMomentIsWaitedFor)
     EXPECT_EQ(agent->nextLine().toStdString(), "toggle");
 }
 
-/// Against an agent on a bus.
+/// An agent on a bus, in a process of its own.
 class BusInstanceTest : public testing::Test {
 protected:
     BusInstanceTest()
@@ -156,7 +155,7 @@ protected:
     Probe m_agent;
 };
 
-TEST_F(BusInstanceTest, desktopsMayCallItAsAnyApplication)
+TEST_F(BusInstanceTest, desktopsCanActivateItLikeAnyApplication)
 {
     EXPECT_EQ(call("Activate", {QVariantMap{{QStringLiteral("activation-token"), QStringLiteral("x")}}}).type(),
               QDBusMessage::ReplyMessage);
@@ -170,7 +169,7 @@ TEST_F(BusInstanceTest, desktopsMayCallItAsAnyApplication)
     EXPECT_EQ(m_agent.nextLine().toStdString(), "settings");
 }
 
-TEST_F(BusInstanceTest, unknownActionIsAnsweredByAnError)
+TEST_F(BusInstanceTest, unknownActionGetsAnError)
 {
     for (const QString& action :
          {QString{}, QStringLiteral("quit"), QString{1'000'000, QLatin1Char('x')}, QStringLiteral("toggle ")})
@@ -181,7 +180,7 @@ TEST_F(BusInstanceTest, unknownActionIsAnsweredByAnError)
     EXPECT_TRUE(m_agent.nextLine(300ms).isNull());
 }
 
-TEST_F(BusInstanceTest, wrongTypesAreAnsweredByAnErrorAndNothingElseIsOffered)
+TEST_F(BusInstanceTest, wrongTypesAndOtherMethodsGetAnError)
 {
     const std::vector<std::pair<const char*, QVariantList>> calls{
         {"Activate", {}},
@@ -216,7 +215,7 @@ TEST_F(BusInstanceTest, agentSurvivesItsBus)
     EXPECT_EQ(m_agent.process().state(), QProcess::Running);
 }
 
-/// A bus at which nobody answers.
+/// A bus that accepts connections and never answers.
 class SilentBus {
 public:
     SilentBus()
@@ -246,7 +245,7 @@ TEST(SilentSessionBus, isReplacedByTheSocket)
                                        bus.environment());
     };
     const auto agent = start("claim");
-    ASSERT_EQ(agent->nextLine().toStdString(), "first") << "the bus library alone would wait for 25 s";
+    ASSERT_EQ(agent->nextLine().toStdString(), "first") << "Qt would wait for 25 s";
     EXPECT_EQ(start("claim")->nextLine().toStdString(), "other");
     std::string outcome = "lost";
     for (int attempt = 0; attempt < 20 && outcome != "arrived"; ++attempt)
@@ -255,7 +254,7 @@ TEST(SilentSessionBus, isReplacedByTheSocket)
     EXPECT_EQ(agent->nextLine().toStdString(), "toggle");
 }
 
-TEST(SilentSessionBus, isNotWaitedForByTheToolkit)
+TEST(SilentSessionBus, doesNotBlockQt)
 {
     const SilentBus bus;
     const PrivateDisplay display;
@@ -267,7 +266,7 @@ TEST(SilentSessionBus, isNotWaitedForByTheToolkit)
     EXPECT_EQ(program.nextLine().toStdString(), "ready");
 }
 
-/// An agent behind a socket, in this process, and its clients in the same.
+/// An agent with a socket, and its clients, in this process.
 class SocketInstanceTest : public testing::Test {
 protected:
     QByteArray file(const char* name) const
@@ -288,7 +287,7 @@ protected:
         return connectedSocket(*localAddress(file(".socket")));
     }
 
-    /// What the agent answers to some bytes, until it closes.
+    /// What the agent replies to `bytes` before it closes the connection.
     std::string answerTo(const QByteArray& bytes)
     {
         const FileDescriptor socket = connected();
@@ -311,7 +310,7 @@ protected:
     std::atomic<bool> m_isAnswered = false;
 };
 
-TEST_F(SocketInstanceTest, requestsAreTakenInWholeLines)
+TEST_F(SocketInstanceTest, actionsAreReadInWholeLines)
 {
     claim();
     EXPECT_EQ(answerTo("toggle\n"), "ok\n");
@@ -320,7 +319,7 @@ TEST_F(SocketInstanceTest, requestsAreTakenInWholeLines)
     EXPECT_THAT(m_requests, ElementsAre(AgentAction::toggle, AgentAction::settings));
 }
 
-TEST_F(SocketInstanceTest, otherBytesAreNoRequest)
+TEST_F(SocketInstanceTest, otherBytesAreIgnored)
 {
     claim();
     for (const QByteArray& bytes : {QByteArray{"quit\n"}, QByteArray{"\n"}, QByteArray{"TOGGLE\n"},
@@ -331,7 +330,7 @@ TEST_F(SocketInstanceTest, otherBytesAreNoRequest)
     EXPECT_THAT(m_requests, ElementsAre(AgentAction::show));
 }
 
-TEST_F(SocketInstanceTest, endlessBytesAreCutOff)
+TEST_F(SocketInstanceTest, endlessInputIsCutOff)
 {
     claim();
     const FileDescriptor socket = connected();
@@ -348,7 +347,7 @@ TEST_F(SocketInstanceTest, endlessBytesAreCutOff)
     EXPECT_TRUE(isCutOff);
 }
 
-TEST_F(SocketInstanceTest, manyPeersThatSayNothingDoNotKeepTheOthersOutForLong)
+TEST_F(SocketInstanceTest, manySilentPeersDoNotBlockOthersForLong)
 {
     claim();
     std::vector<FileDescriptor> idlers;
@@ -357,7 +356,7 @@ TEST_F(SocketInstanceTest, manyPeersThatSayNothingDoNotKeepTheOthersOutForLong)
     EXPECT_EQ(answerTo("toggle\n"), "ok\n");
 }
 
-TEST_F(SocketInstanceTest, socketIsForTheUserAlone)
+TEST_F(SocketInstanceTest, onlyTheUserCanConnect)
 {
     claim();
     struct stat status { };
@@ -367,7 +366,7 @@ TEST_F(SocketInstanceTest, socketIsForTheUserAlone)
     EXPECT_EQ(status.st_mode & 07777U, 0600U);
 }
 
-TEST_F(SocketInstanceTest, socketGoesWithTheAgent)
+TEST_F(SocketInstanceTest, socketIsRemovedWithTheAgent)
 {
     claim();
     m_agent.reset();
@@ -375,7 +374,7 @@ TEST_F(SocketInstanceTest, socketGoesWithTheAgent)
     claim();
 }
 
-TEST_F(SocketInstanceTest, foldersThatOthersCanWriteToAreRefused)
+TEST_F(SocketInstanceTest, folderThatOthersCanWriteToIsRefused)
 {
     ASSERT_EQ(chmod(m_folder.path().toUtf8().constData(), 0777), 0);
     SocketInstance instance{m_folder.path().toUtf8(), id};
@@ -383,7 +382,7 @@ TEST_F(SocketInstanceTest, foldersThatOthersCanWriteToAreRefused)
     EXPECT_FALSE(instance.send(AgentAction::show, 300ms));
 }
 
-TEST_F(SocketInstanceTest, whatIsNoFolderOfTheUserIsRefused)
+TEST_F(SocketInstanceTest, everythingButAFolderOfTheUserIsRefused)
 {
     const QString link = m_folder.filePath(QStringLiteral("link"));
     ASSERT_TRUE(QFile::link(m_folder.path(), link));
@@ -397,7 +396,7 @@ TEST_F(SocketInstanceTest, whatIsNoFolderOfTheUserIsRefused)
     }
 }
 
-TEST_F(SocketInstanceTest, lockThatIsALinkIsNotFollowed)
+TEST_F(SocketInstanceTest, linkInPlaceOfTheLockIsNotFollowed)
 {
     ASSERT_TRUE(QFile::link(m_folder.filePath(QStringLiteral("victim")), QString::fromUtf8(file(".lock"))));
     SocketInstance instance{m_folder.path().toUtf8(), id};

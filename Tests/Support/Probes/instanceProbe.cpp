@@ -23,12 +23,12 @@ int main(int argumentCount, char** arguments)
     QCoreApplication application{argumentCount, arguments};
     const QByteArray wish = argumentCount > 1 ? arguments[1] : "claim";
     const auto instance = tallyfox::makeSingleInstance(QStringLiteral("org.tallyfox.tallyfox"));
-    if (const auto action = tallyfox::actionNamed(wish)) {
+    if (const auto action = tallyfox::findAction(wish)) {
         report(instance->send(*action) ? "arrived" : "lost");
         return 0;
     }
     QObject::connect(instance.get(), &SingleInstance::requested,
-                     [](tallyfox::AgentAction action) { report(tallyfox::nameOf(action)); });
+                     [](tallyfox::AgentAction action) { report(tallyfox::toName(action)); });
     switch (instance->claim()) {
     case SingleInstance::Claim::first:
         report("first");

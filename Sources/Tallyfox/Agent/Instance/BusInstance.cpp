@@ -8,12 +8,12 @@ namespace tallyfox {
 
 namespace {
 
-constexpr std::chrono::milliseconds busClaimTimeout{1000}; ///< for a bus that has answered a moment ago
-constexpr unsigned doNotQueue = 4; ///< and let nobody take the name over
+constexpr std::chrono::milliseconds busClaimTimeout{1000}; ///< the bus has just answered
+constexpr unsigned doNotQueue = 4; ///< nor allow replacement
 constexpr unsigned nameIsOurs = 1;
 constexpr unsigned nameIsAnothers = 3;
 
-QDBusMessage busCall(const QString& method)
+QDBusMessage makeBusCall(const QString& method)
 {
     const QString bus = QStringLiteral("org.freedesktop.DBus");
     return QDBusMessage::createMethodCall(bus, QStringLiteral("/org/freedesktop/DBus"), bus, method);
@@ -27,27 +27,27 @@ BusInstance::BusInstance(const QDBusConnection& bus, const QString& id, QObject*
     , m_id(id)
     , m_path(QLatin1Char('/') + QString{id}.replace(QLatin1Char('.'), QLatin1Char('/')))
 {
-    // Later, so that the caller, who waits only a moment, is answered first.
+    // Queued, so that the caller, who waits only a moment, is answered first.
     connect(this, &BusInstance::asked, this, &SingleInstance::requested, Qt::QueuedConnection);
 }
 
 BusInstance::~BusInstance()
 {
-    if (!m_isFirst)
+    if (!m_ownsName)
         return;
     m_bus.unregisterObject(m_path);
-    m_bus.send(busCall(QStringLiteral("ReleaseName")) << m_id);
+    m_bus.send(makeBusCall(QStringLiteral("ReleaseName")) << m_id);
 }
 
 SingleInstance::Claim BusInstance::claim()
 {
-    // The object comes first: whoever sees the name may call at once.
+    // The object comes first: peers may call as soon as they see the name.
     if (!m_bus.registerObject(m_path, this, QDBusConnection::ExportScriptableSlots))
         return Claim::impossible;
-    const QDBusMessage call = busCall(QStringLiteral("RequestName")) << m_id << doNotQueue;
+    const QDBusMessage call = makeBusCall(QStringLiteral("RequestName")) << m_id << doNotQueue;
     const QDBusReply<unsigned> answer = m_bus.call(call, QDBus::Block, busClaimTimeout.count());
-    m_isFirst = answer.isValid() && answer.value() == nameIsOurs;
-    if (m_isFirst)
+    m_ownsName = answer.isValid() && answer.value() == nameIsOurs;
+    if (m_ownsName)
         return Claim::first;
     m_bus.unregisterObject(m_path);
     return answer.isValid() && answer.value() == nameIsAnothers ? Claim::other : Claim::impossible;
@@ -60,9 +60,9 @@ bool BusInstance::send(AgentAction action, std::chrono::milliseconds timeout)
         QDBusMessage::createMethodCall(m_id, m_path, QStringLiteral("org.freedesktop.Application"),
                                        isShow ? QStringLiteral("Activate") : QStringLiteral("ActivateAction"));
     if (!isShow)
-        call << QString::fromLatin1(nameOf(action)) << QVariantList{};
+        call << QString::fromLatin1(toName(action)) << QVariantList{};
     call << QVariantMap{};
-    call.setAutoStartService(false); // a request is for an agent that runs
+    call.setAutoStartService(false); // only a running agent is asked
     return m_bus.call(call, QDBus::Block, static_cast<int>(timeout.count())).type() == QDBusMessage::ReplyMessage;
 }
 
@@ -78,7 +78,7 @@ void BusInstance::Open(const QStringList&, const QVariantMap&)
 
 void BusInstance::ActivateAction(const QString& name, const QVariantList&, const QVariantMap&)
 {
-    if (const auto named = actionNamed(name.left(16).toLatin1()))
+    if (const auto named = findAction(name.left(16).toLatin1()))
         Q_EMIT asked(*named);
     else
         sendErrorReply(QDBusError::InvalidArgs, QStringLiteral("no such action"));

@@ -11,15 +11,15 @@
 
 namespace tallyfox {
 
-/// The agent as a name on a bus. What it answers to is org.freedesktop.Application, so that desktops can call it as
-/// well, as they call any other program.
+/// The agent as a name on a bus. Its interface is org.freedesktop.Application, so that desktops can activate it like
+/// any other program.
 class BusInstance : public SingleInstance, protected QDBusContext {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 
 public:
     BusInstance(const QDBusConnection& bus, const QString& id, QObject* parent = nullptr);
-    /// Gives the name back.
+    /// Releases the name.
     ~BusInstance() override;
 
     Claim claim() override;
@@ -33,13 +33,13 @@ public Q_SLOTS:
                                      const QVariantMap& platformData);
 
 Q_SIGNALS:
-    void asked(AgentAction action); ///< of the bus; `requested` follows
+    void asked(AgentAction action); ///< by a bus call; `requested` follows
 
 private:
     QDBusConnection m_bus;
     QString m_id;
     QString m_path;
-    bool m_isFirst = false;
+    bool m_ownsName = false;
 };
 
 } // namespace tallyfox

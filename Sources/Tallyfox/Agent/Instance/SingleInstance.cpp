@@ -33,10 +33,10 @@ std::unique_ptr<SingleInstance> onSocket(const QString& id, std::chrono::millise
                                             id);
 }
 
-/// In order of preference; a maker returns null where the session has no such thing.
+/// In order of preference. Null when the session has none.
 constexpr std::array instanceBackEnds{&onBus, &onSocket};
 
-/// The first back end that works.
+/// Uses the first back end that works.
 class DesktopInstance : public SingleInstance {
 public:
     explicit DesktopInstance(const QString& id)
@@ -72,13 +72,13 @@ private:
 
 } // namespace
 
-const char* nameOf(AgentAction action)
+const char* toName(AgentAction action)
 {
     return std::find_if(actionNames.begin(), actionNames.end(), [&](const auto& each) { return each.first == action; })
         ->second;
 }
 
-std::optional<AgentAction> actionNamed(const QByteArray& name)
+std::optional<AgentAction> findAction(const QByteArray& name)
 {
     const auto* const found =
         std::find_if(actionNames.begin(), actionNames.end(), [&](const auto& each) { return name == each.second; });

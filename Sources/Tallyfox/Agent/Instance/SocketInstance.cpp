@@ -14,15 +14,15 @@ namespace tallyfox {
 
 namespace {
 
-constexpr std::chrono::milliseconds nextTry{10};
-constexpr std::chrono::seconds pause{1};
+constexpr std::chrono::milliseconds sendRetryInterval{10};
+constexpr std::chrono::seconds acceptPause{1};
 constexpr std::chrono::seconds peerTimeout{1};
-constexpr qsizetype longestLine = 16;
-constexpr std::size_t mostPeers = 16; ///< at a time; the others wait in the system's queue
-constexpr int longestQueue = 64;
+constexpr qsizetype maxLineLength = 16;
+constexpr std::size_t maxPeers = 16; ///< at a time; others wait in the kernel's queue
+constexpr int backlog = 64;
 constexpr mode_t privateFile = S_IRUSR | S_IWUSR;
 
-/// Only this user can put anything into it.
+/// Whether only this user can create files in it.
 bool isPrivateFolder(const QByteArray& folder)
 {
     struct stat status { };
@@ -40,7 +40,7 @@ bool belongsToThisUser(const FileDescriptor& socket)
 bool isAnswered(const LocalAddress& address, AgentAction action, const QDeadlineTimer& deadline)
 {
     const FileDescriptor socket = connectedSocket(address);
-    if (!socket.isOpen() || !belongsToThisUser(socket) || !sendAll(socket, QByteArray{nameOf(action)} + '\n', deadline))
+    if (!socket.isOpen() || !belongsToThisUser(socket) || !sendAll(socket, QByteArray{toName(action)} + '\n', deadline))
         return false;
     QByteArray answer;
     while (answer.size() < 3 && receiveMore(socket, answer, deadline)) {
@@ -77,9 +77,9 @@ private:
         const QDeadlineTimer now{0};
         const bool isOpen = receiveMore(m_socket, m_received, now);
         const qsizetype end = m_received.indexOf('\n');
-        if (isOpen && end < 0 && m_received.size() <= longestLine)
+        if (isOpen && end < 0 && m_received.size() <= maxLineLength)
             return;
-        if (const auto action = actionNamed(m_received.left(qMax<qsizetype>(end, 0)))) {
+        if (const auto action = findAction(m_received.left(qMax<qsizetype>(end, 0)))) {
             sendAll(m_socket, "ok\n", now);
             Q_EMIT asked(*action);
         }
@@ -122,10 +122,10 @@ SingleInstance::Claim SocketInstance::claim()
     if (flock(lock.get(), LOCK_EX | LOCK_NB) != 0)
         return errno == EWOULDBLOCK ? Claim::other : Claim::impossible;
     m_lock = std::move(lock);
-    // Without a socket it is the agent all the same, deaf to requests: a second one would be worse.
+    // Without a socket this process is still the agent, and receives nothing: a second agent would be worse.
     if (listen()) {
-        m_newcomers = std::make_unique<QSocketNotifier>(m_socket.get(), QSocketNotifier::Read);
-        connect(m_newcomers.get(), &QSocketNotifier::activated, this, &SocketInstance::accept);
+        m_listenNotifier = std::make_unique<QSocketNotifier>(m_socket.get(), QSocketNotifier::Read);
+        connect(m_listenNotifier.get(), &QSocketNotifier::activated, this, &SocketInstance::accept);
         m_pause.setSingleShot(true);
         connect(&m_pause, &QTimer::timeout, this, &SocketInstance::resume);
     }
@@ -137,9 +137,9 @@ bool SocketInstance::listen()
     const auto address = localAddress(m_socketPath);
     FileDescriptor socket = newLocalSocket();
     unlink(m_socketPath.constData());
-    // The mode of the socket is that of its file to be: there is no moment at which others could connect.
+    // Set before binding, the mode is that of the file from the start, so others can never connect.
     if (!socket.isOpen() || fchmod(socket.get(), privateFile) != 0
-        || bind(socket.get(), address->get(), address->size) != 0 || ::listen(socket.get(), longestQueue) != 0)
+        || bind(socket.get(), address->get(), address->size) != 0 || ::listen(socket.get(), backlog) != 0)
         return false;
     m_socket = std::move(socket);
     return true;
@@ -155,7 +155,7 @@ void SocketInstance::accept()
     if (!belongsToThisUser(socket))
         return;
     m_peers.push_back(std::make_unique<SocketPeer>(std::move(socket)));
-    m_newcomers->setEnabled(m_peers.size() < mostPeers);
+    m_listenNotifier->setEnabled(m_peers.size() < maxPeers);
     const SocketPeer* peer = m_peers.back().get();
     connect(peer, &SocketPeer::asked, this, &SocketInstance::requested, Qt::QueuedConnection);
     connect(
@@ -164,34 +164,34 @@ void SocketInstance::accept()
 
 void SocketInstance::pauseAfterFailure()
 {
-    // A process without free descriptors would otherwise be told of the same newcomer for ever.
-    m_newcomers->setEnabled(false);
-    m_pause.start(pause);
+    // Otherwise a process without free descriptors would be notified of the same connection for ever.
+    m_listenNotifier->setEnabled(false);
+    m_pause.start(acceptPause);
 }
 
 void SocketInstance::resume()
 {
-    m_newcomers->setEnabled(m_peers.size() < mostPeers);
+    m_listenNotifier->setEnabled(m_peers.size() < maxPeers);
 }
 
 void SocketInstance::forget(const SocketPeer& peer)
 {
     std::erase_if(m_peers, [&](const std::unique_ptr<SocketPeer>& each) { return each.get() == &peer; });
-    m_newcomers->setEnabled(true);
+    m_listenNotifier->setEnabled(true);
 }
 
 bool SocketInstance::send(AgentAction action, std::chrono::milliseconds timeout)
 {
     const QDeadlineTimer deadline{timeout};
     const auto address = localAddress(m_socketPath);
-    // There has never been an agent where there is no lock.
+    // Without a lock file there has never been an agent.
     if (!address || !isPrivateFolder(m_folder) || access(m_lockPath.constData(), F_OK) != 0)
         return false;
-    // An agent that has its lock may not have its socket yet.
+    // An agent that is just starting may have its lock, but not its socket yet.
     while (!isAnswered(*address, action, deadline)) {
         if (deadline.hasExpired())
             return false;
-        std::this_thread::sleep_for(nextTry);
+        std::this_thread::sleep_for(sendRetryInterval);
     }
     return true;
 }

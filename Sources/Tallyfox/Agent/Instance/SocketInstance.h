@@ -14,15 +14,15 @@ namespace tallyfox {
 
 class SocketPeer;
 
-/// The agent as the holder of a lock beside a socket, both in a folder that only the user can enter. The lock, which
-/// the system gives back however its holder ends, decides; a socket that a killed agent has left is replaced.
+/// The agent as the holder of a file lock, with a socket beside it, both in a private folder of the user. The lock
+/// decides, because the system releases it however its holder ends; the socket of a killed agent is replaced.
 class SocketInstance : public SingleInstance {
     Q_OBJECT
 
 public:
-    /// `folder` may be anything: one that is no private folder of this user makes every claim impossible.
+    /// With any `folder` that is not a private folder of this user, every claim is impossible.
     SocketInstance(const QByteArray& folder, const QString& id, QObject* parent = nullptr);
-    /// Removes the socket and gives the lock back. The lock's file stays: another start may have it open.
+    /// Removes the socket and releases the lock. The lock file stays: another start may have it open.
     ~SocketInstance() override;
 
     Claim claim() override;
@@ -40,7 +40,7 @@ private:
     QByteArray m_lockPath;
     FileDescriptor m_lock;
     FileDescriptor m_socket;
-    std::unique_ptr<QSocketNotifier> m_newcomers; ///< destroyed before the descriptor is closed
+    std::unique_ptr<QSocketNotifier> m_listenNotifier; ///< destroyed before the descriptor is closed
     QTimer m_pause;
     std::vector<std::unique_ptr<SocketPeer>> m_peers;
 };
