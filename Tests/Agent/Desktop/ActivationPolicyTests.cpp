@@ -11,8 +11,8 @@
 namespace tallyfox::test {
 namespace {
 
-/// An X server of its own without a window manager, and a client of it.
-class WindowListingTest : public testing::Test {
+/// An X server without a window manager, and a client of it.
+class ActivationPolicyTest : public testing::Test {
 protected:
     void SetUp() override
     {
@@ -24,7 +24,7 @@ protected:
                           XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
     }
 
-    ~WindowListingTest() override
+    ~ActivationPolicyTest() override
     {
         if (m_connection)
             xcb_disconnect(m_connection);
@@ -56,7 +56,7 @@ private:
     PrivateDisplay m_display;
 };
 
-TEST_F(WindowListingTest, hiddenWindowSaysOfItselfWhetherItIsListed)
+TEST_F(ActivationPolicyTest, hiddenWindowGetsAProperty)
 {
     setWindowListed(m_connection, m_window, false, false);
     EXPECT_EQ(states(), unlisted());
@@ -66,7 +66,7 @@ TEST_F(WindowListingTest, hiddenWindowSaysOfItselfWhetherItIsListed)
     EXPECT_EQ(states(), std::vector<xcb_atom_t>{});
 }
 
-TEST_F(WindowListingTest, otherStatesOfAHiddenWindowStay)
+TEST_F(ActivationPolicyTest, otherStatesOfAHiddenWindowAreKept)
 {
     const xcb_atom_t above = atom("_NET_WM_STATE_ABOVE");
     xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, m_window, atom("_NET_WM_STATE"), XCB_ATOM_ATOM, 32, 1,
@@ -77,10 +77,11 @@ TEST_F(WindowListingTest, otherStatesOfAHiddenWindowStay)
     EXPECT_EQ(states(), std::vector<xcb_atom_t>{above});
 }
 
-TEST_F(WindowListingTest, windowManagerIsAskedForAShownWindow)
+TEST_F(ActivationPolicyTest, windowManagerIsAskedAboutAShownWindow)
 {
     const std::uint32_t events = XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT;
-    xcb_change_window_attributes(m_connection, m_root, XCB_CW_EVENT_MASK, &events); // this test is the manager
+    xcb_change_window_attributes(m_connection, m_root, XCB_CW_EVENT_MASK,
+                                 &events); // makes this test the window manager
     for (const bool isListed : {false, true}) {
         setWindowListed(m_connection, m_window, isListed, true);
         const XcbReply<xcb_generic_event_t> event{xcb_wait_for_event(m_connection)};
@@ -97,7 +98,7 @@ TEST_F(WindowListingTest, windowManagerIsAskedForAShownWindow)
     EXPECT_TRUE(states().empty());
 }
 
-TEST_F(WindowListingTest, windowThatIsGoneIsNoHarm)
+TEST_F(ActivationPolicyTest, destroyedWindowIsIgnored)
 {
     xcb_destroy_window(m_connection, m_window);
     setWindowListed(m_connection, m_window, false, true);

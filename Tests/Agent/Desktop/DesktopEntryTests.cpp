@@ -12,7 +12,7 @@ std::string afterSetting(std::string_view before)
     return entry.text();
 }
 
-TEST(DesktopEntry, valueIsThatOfTheMainGroupWithoutItsEscapes)
+TEST(DesktopEntry, valueIsUnescapedAndFromTheMainGroup)
 {
     const std::pair<const char*, std::optional<std::string>> cases[]{
         {"[Desktop Entry]\nKey=value\n", "value"},
@@ -32,7 +32,7 @@ TEST(DesktopEntry, valueIsThatOfTheMainGroupWithoutItsEscapes)
         EXPECT_EQ(DesktopEntry{text}.value("Key"), value) << text;
 }
 
-TEST(DesktopEntry, settingChangesTheKeyAndNothingElse)
+TEST(DesktopEntry, settingAKeyChangesNothingElse)
 {
     const std::pair<const char*, const char*> cases[]{
         {"", "[Desktop Entry]\nKey=value\n"},
@@ -47,18 +47,18 @@ TEST(DesktopEntry, settingChangesTheKeyAndNothingElse)
         EXPECT_EQ(afterSetting(before), after) << before;
 }
 
-TEST(DesktopEntry, valueComesBackAsItWasSet)
+TEST(DesktopEntry, setValueIsReadBackUnchanged)
 {
     for (const std::string value : {"", " a  b ", "line\nfeed\r\t", "back\\slash", "\\s", "\xC3\xA4"}) {
         DesktopEntry entry{""};
         entry.set("Key", value);
-        // Blanks at the end cannot be told from those that an editor has left there.
+        // Trailing blanks may be an editor's, and are not part of the value.
         const std::string expected = value == " a  b " ? " a  b" : value;
         EXPECT_EQ(DesktopEntry{entry.text()}.value("Key"), expected);
     }
 }
 
-TEST(DesktopEntry, removedKeyIsGoneWithAllItsLines)
+TEST(DesktopEntry, removingAKeyRemovesAllItsLines)
 {
     DesktopEntry entry{"[Desktop Entry]\nKey=one\nName=n\nKey=two\n"};
     entry.remove("Key");
@@ -79,11 +79,11 @@ TEST(ExecValue, pathIsQuotedByTheRulesOfDesktopEntries)
     };
     for (const auto& [path, value] : cases) {
         EXPECT_EQ(execValue(path), value);
-        EXPECT_EQ(programOf(value), path);
+        EXPECT_EQ(execProgram(value), path);
     }
 }
 
-TEST(ProgramOf, isTheFirstWordOfACommandLine)
+TEST(ExecProgram, isTheFirstArgumentOfTheCommandLine)
 {
     const std::pair<const char*, std::optional<std::string>> cases[]{
         {"tallyfox --settings %u", "tallyfox"},
@@ -95,7 +95,7 @@ TEST(ProgramOf, isTheFirstWordOfACommandLine)
         {"   ", std::nullopt},
     };
     for (const auto& [value, program] : cases)
-        EXPECT_EQ(programOf(value), program) << value;
+        EXPECT_EQ(execProgram(value), program) << value;
 }
 
 } // namespace

@@ -12,7 +12,7 @@ struct Session {
     std::optional<QByteArray> platform;
 };
 
-TEST(Display, platformSuitsTheSession)
+TEST(Display, platformDependsOnTheSession)
 {
     const std::vector<Session> sessions{
         {"X11", {"", ":0", ""}, true, "xcb"},
@@ -30,7 +30,7 @@ TEST(Display, platformSuitsTheSession)
     }
 }
 
-TEST(Display, xServerIsNotAskedWhereTheUserHasChosen)
+TEST(Display, xServerIsNotTriedWhenTheUserHasChosen)
 {
     EXPECT_EQ(platformFor({"offscreen", ":0", ""},
                           [] {

@@ -60,9 +60,9 @@ protected:
     ScratchFolder m_folder;
 };
 
-TEST_F(FolderPickerTest, dialogOpensBesideTheProgramInTheStartFolderUnderTheMessage)
+TEST_F(FolderPickerTest, dialogIsNotModalAndShowsTheMessageAndTheStartFolder)
 {
-    std::vector<Folder> answers; // the picker answers what is open when it goes
+    std::vector<Folder> answers; // outlives the picker, whose destructor answers
     FolderPicker picker;
     picker.begin(request(), keepIn(answers));
     const QFileDialog* const dialog = openDialog();
@@ -76,9 +76,9 @@ TEST_F(FolderPickerTest, dialogOpensBesideTheProgramInTheStartFolderUnderTheMess
     EXPECT_TRUE(answers.empty());
 }
 
-TEST_F(FolderPickerTest, chosenFolderIsTheAnswerOnce)
+TEST_F(FolderPickerTest, chosenFolderIsReportedOnce)
 {
-    std::vector<Folder> answers; // the picker answers what is open when it goes
+    std::vector<Folder> answers; // outlives the picker, whose destructor answers
     FolderPicker picker;
     picker.begin(request(), keepIn(answers));
     ASSERT_TRUE(openDialog());
@@ -88,7 +88,7 @@ TEST_F(FolderPickerTest, chosenFolderIsTheAnswerOnce)
     EXPECT_TRUE(openDialogs().empty());
 }
 
-TEST_F(FolderPickerTest, closedDialogIsAnsweredWithNothingOnce)
+TEST_F(FolderPickerTest, closedDialogReportsNoFolderOnce)
 {
     for (const auto& end : std::vector<std::function<void(QFileDialog&)>>{[](QFileDialog& dialog) { dialog.reject(); },
                                                                           [](QFileDialog& dialog) { dialog.close(); }})
@@ -104,7 +104,7 @@ TEST_F(FolderPickerTest, closedDialogIsAnsweredWithNothingOnce)
     }
 }
 
-TEST_F(FolderPickerTest, secondRequestOpensNoSecondDialogAndGetsNothing)
+TEST_F(FolderPickerTest, secondRequestRaisesTheDialogAndGetsNoFolder)
 {
     FolderPicker picker;
     std::vector<Folder> first;
@@ -119,7 +119,7 @@ TEST_F(FolderPickerTest, secondRequestOpensNoSecondDialogAndGetsNothing)
     EXPECT_EQ(second, std::vector<Folder>{std::nullopt});
 }
 
-TEST_F(FolderPickerTest, destroyedPickerClosesTheDialogAndAnswersWithNothing)
+TEST_F(FolderPickerTest, destroyedPickerClosesTheDialogAndReportsNoFolder)
 {
     std::vector<Folder> answers;
     {
@@ -132,7 +132,7 @@ TEST_F(FolderPickerTest, destroyedPickerClosesTheDialogAndAnswersWithNothing)
     EXPECT_EQ(answers, std::vector<Folder>{std::nullopt});
 }
 
-TEST_F(FolderPickerTest, pickerDestroyedBetweenTheChoiceAndItsAnswerAnswersOnce)
+TEST_F(FolderPickerTest, pickerDestroyedAfterTheChoiceReportsOnce)
 {
     std::vector<Folder> answers;
     {
@@ -145,9 +145,9 @@ TEST_F(FolderPickerTest, pickerDestroyedBetweenTheChoiceAndItsAnswerAnswersOnce)
     EXPECT_EQ(answers.size(), 1U);
 }
 
-TEST_F(FolderPickerTest, completionMayAskAnew)
+TEST_F(FolderPickerTest, completionMayBeginAnotherRequest)
 {
-    std::vector<Folder> answers; // the picker answers what is open when it goes
+    std::vector<Folder> answers; // outlives the picker, whose destructor answers
     FolderPicker picker;
     picker.begin(request(), [&](const Folder& folder) {
         answers.push_back(folder);
@@ -162,7 +162,7 @@ TEST_F(FolderPickerTest, completionMayAskAnew)
     EXPECT_EQ(answers, (std::vector<Folder>{std::nullopt, home()}));
 }
 
-TEST_F(FolderPickerTest, itIsSaidBeforeTheDialogOpensAndBeforeItIsRaised)
+TEST_F(FolderPickerTest, signalComesBeforeTheDialogIsShownOrRaised)
 {
     FolderPicker picker;
     std::vector<std::size_t> dialogsAtTheSignal;

@@ -67,7 +67,7 @@ TEST_F(LoginItemTest, freshAccountIsNotRegisteredAndHasNoFolder)
     EXPECT_FALSE(std::filesystem::exists(entry().parent_path()));
 }
 
-TEST_F(LoginItemTest, registeringMakesACompleteEntryAndUnregisteringTakesItAway)
+TEST_F(LoginItemTest, registeringCreatesACompleteEntryAndUnregisteringRemovesIt)
 {
     EXPECT_TRUE(item()->registerItem());
     EXPECT_EQ(readFile(entry()),
@@ -80,7 +80,7 @@ TEST_F(LoginItemTest, registeringMakesACompleteEntryAndUnregisteringTakesItAway)
     EXPECT_TRUE(std::filesystem::is_empty(entry().parent_path()));
 }
 
-TEST_F(LoginItemTest, programWithADifficultPathIsFoundAgain)
+TEST_F(LoginItemTest, programWithSpecialCharactersInItsPathIsFound)
 {
     const auto difficult = program().parent_path() / "a b\"c\\d%e$f" / "tally fox";
     makeProgram(difficult);
@@ -106,14 +106,14 @@ TEST_F(LoginItemTest, switchInTheDesktopsSettingsRequiresApproval)
     }
 }
 
-TEST_F(LoginItemTest, switchThatSaysOnIsOn)
+TEST_F(LoginItemTest, enabledSwitchInTheDesktopsSettingsIsEnabled)
 {
     ASSERT_TRUE(item()->registerItem());
     appendToEntry("Hidden=false\nX-GNOME-Autostart-enabled=true\nX-MATE-Autostart-enabled=true\n");
     EXPECT_EQ(item()->status(), LoginItemStatus::enabled);
 }
 
-TEST_F(LoginItemTest, entryWithoutAProgramThatIsThereIsNotFound)
+TEST_F(LoginItemTest, entryOfAMissingProgramIsNotFound)
 {
     const std::string group = "[Desktop Entry]\nType=Application\n";
     EXPECT_EQ(statusOf(group + "Exec=/no/such/program\n"), LoginItemStatus::notFound);
@@ -126,7 +126,7 @@ TEST_F(LoginItemTest, entryWithoutAProgramThatIsThereIsNotFound)
     EXPECT_EQ(statusOf(group + execLine() + "TryExec=\n"), LoginItemStatus::enabled);
 }
 
-TEST_F(LoginItemTest, movedProgramIsFollowedAtTheNextChangeAndOtherKeysStay)
+TEST_F(LoginItemTest, registeringUpdatesTheProgramAndKeepsOtherKeys)
 {
     ASSERT_TRUE(item()->registerItem());
     appendToEntry("X-GNOME-Autostart-Delay=10\n# mine\nName[de]=Z\xC3\xA4hlfuchs\n");
@@ -145,7 +145,7 @@ TEST_F(LoginItemTest, movedProgramIsFollowedAtTheNextChangeAndOtherKeysStay)
     EXPECT_FALSE(std::filesystem::exists(entry()));
 }
 
-TEST_F(LoginItemTest, argumentsThatTheUserHasAddedStay)
+TEST_F(LoginItemTest, argumentsAddedByTheUserAreKept)
 {
     const std::string own = "[Desktop Entry]\nType=Application\nName=Mine\nIcon=mine\nExec=" + program().native()
         + " --no-quota\nTryExec=" + program().native() + "\n";
@@ -154,7 +154,7 @@ TEST_F(LoginItemTest, argumentsThatTheUserHasAddedStay)
     EXPECT_EQ(readFile(entry()), own);
 }
 
-TEST_F(LoginItemTest, entryOfSomebodyElseIsHiddenAndShownAgainAndNeverTakenAway)
+TEST_F(LoginItemTest, foreignEntryIsHiddenAndShownButNeverRemoved)
 {
     const std::string own =
         "# mine\n[Desktop Entry]\nType=Application\nName=Mine\nIcon=mine\n" + execLine() + "Try" + execLine();
@@ -169,13 +169,13 @@ TEST_F(LoginItemTest, entryOfSomebodyElseIsHiddenAndShownAgainAndNeverTakenAway)
     EXPECT_EQ(readFile(entry()), own);
 }
 
-TEST_F(LoginItemTest, entryThatTheDesktopShowsAgainIsEnabledWhoeverHidIt)
+TEST_F(LoginItemTest, entryShownAgainByTheDesktopIsEnabled)
 {
     EXPECT_EQ(statusOf("[Desktop Entry]\n" + execLine() + "Hidden=false\nX-Tallyfox-Hidden=true\n"),
               LoginItemStatus::enabled);
 }
 
-TEST_F(LoginItemTest, linkedEntryStaysALinkWhenItIsChanged)
+TEST_F(LoginItemTest, changingALinkedEntryKeepsTheLink)
 {
     const auto target = program().parent_path() / "kept.desktop";
     writeFile(target, "[Desktop Entry]\nName=Mine\n");
@@ -186,7 +186,7 @@ TEST_F(LoginItemTest, linkedEntryStaysALinkWhenItIsChanged)
     EXPECT_NE(readFile(target).find(execLine()), std::string::npos);
 }
 
-TEST_F(LoginItemTest, folderThatCannotBeMadeRefusesTheRegistration)
+TEST_F(LoginItemTest, registrationFailsWithoutAFolder)
 {
     writeFile(entry().parent_path(), "a file where the folder should be");
     EXPECT_FALSE(item()->registerItem());
@@ -194,7 +194,7 @@ TEST_F(LoginItemTest, folderThatCannotBeMadeRefusesTheRegistration)
     EXPECT_TRUE(item()->unregisterItem());
 }
 
-TEST_F(LoginItemTest, missingProgramRefusesTheRegistration)
+TEST_F(LoginItemTest, registrationOfAMissingProgramFails)
 {
     const auto own = makeLoginItem("/no/such/program", "org.tallyfox.tallyfox");
     EXPECT_FALSE(own->registerItem());

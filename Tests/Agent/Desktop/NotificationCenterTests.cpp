@@ -18,7 +18,7 @@ const FakeService::Answer capabilities = answering({QStringList{QStringLiteral("
 
 class NotificationCenterTest : public testing::Test {
 protected:
-    /// What the completion reports; a test fails if that is nothing, or comes before the request has returned.
+    /// What the completion reports. Fails the test if it is called before the request returns, or not once.
     static std::optional<bool> answerOf(NotificationCenter& center)
     {
         std::optional<bool> answer;
@@ -60,17 +60,17 @@ TEST_F(NotificationCenterTest, refusingServiceDoesNotGrant)
     EXPECT_EQ(answerOfAService(refusing()), false);
 }
 
-TEST_F(NotificationCenterTest, silentServiceDoesNotGrantAfterItsTime)
+TEST_F(NotificationCenterTest, silentServiceDoesNotGrantAtTheTimeout)
 {
     EXPECT_EQ(answerOfAService(silent()), false);
 }
 
-TEST_F(NotificationCenterTest, answerOfAnotherTypeDoesNotGrant)
+TEST_F(NotificationCenterTest, replyOfAnotherTypeDoesNotGrant)
 {
     EXPECT_EQ(answerOfAService(answering({5})), false);
 }
 
-TEST_F(NotificationCenterTest, emptyAnswerDoesNotGrant)
+TEST_F(NotificationCenterTest, emptyReplyDoesNotGrant)
 {
     EXPECT_EQ(answerOfAService(answering({})), false);
 }
@@ -87,7 +87,7 @@ TEST_F(NotificationCenterTest, sessionWithoutABusDoesNotGrant)
     EXPECT_EQ(answerOf(*center), false);
 }
 
-TEST_F(NotificationCenterTest, busThatDiesBeforeTheAnswerDoesNotGrant)
+TEST_F(NotificationCenterTest, lostBusDoesNotGrant)
 {
     FakeService service{m_bus.connect(), serviceName, silent()};
     const auto center = makeNotificationCenter(m_bus.connect());
@@ -99,7 +99,7 @@ TEST_F(NotificationCenterTest, busThatDiesBeforeTheAnswerDoesNotGrant)
     EXPECT_EQ(answer, false);
 }
 
-TEST_F(NotificationCenterTest, nobodyIsToldWhenTheCenterGoesFirst)
+TEST_F(NotificationCenterTest, destroyedCenterDoesNotCallTheCompletion)
 {
     FakeService service{m_bus.connect(), serviceName, capabilities};
     bool isTold = false;

@@ -37,7 +37,7 @@ std::vector<xcb_atom_t> windowStates(xcb_connection_t* connection, xcb_window_t 
     return {first, first + xcb_get_property_value_length(reply.get()) / static_cast<int>(sizeof(xcb_atom_t))};
 }
 
-/// States that are not about the listing stay.
+/// Keeps all other states.
 void setProperty(xcb_connection_t* connection, xcb_window_t window, bool isListed, const Atoms& atoms)
 {
     auto values = windowStates(connection, window, atoms.state);
@@ -95,8 +95,8 @@ public:
 
     bool eventFilter(QObject* watched, QEvent* event) override
     {
-        // The window manager clears the state of a window that is hidden. This event comes before the window is shown
-        // again, except where it comes from the window manager itself.
+        // The window manager clears the state of a hidden window. This event comes before the window is shown again,
+        // unless it is spontaneous, from the window manager.
         auto* const window = qobject_cast<QWidget*>(watched);
         if (window && event->type() == QEvent::Show && !event->spontaneous())
             apply(*window, false);

@@ -31,7 +31,7 @@ std::string unescaped(std::string_view raw)
     return result;
 }
 
-/// A space needs its escape only where it would be trimmed off.
+/// A space needs to be escaped only where it would be trimmed.
 std::string escaped(std::string_view value)
 {
     std::string result;
@@ -47,7 +47,8 @@ std::string escaped(std::string_view value)
     return result;
 }
 
-/// Takes a quoted argument, without its opening quote, from the front of a command line; nothing without an end.
+/// The quoted argument at the start of a command line, whose opening quote has been removed; nothing without a closing
+/// quote.
 std::optional<std::string> quotedArgument(std::string_view rest)
 {
     std::string argument;
@@ -151,7 +152,7 @@ std::string execValue(const std::filesystem::path& program)
     return value + (needsQuotes ? "\"" : "");
 }
 
-std::optional<std::string> programOf(std::string_view exec)
+std::optional<std::string> execProgram(std::string_view exec)
 {
     const std::string_view command = trimmed(exec);
     const auto argument = command.starts_with('"') ? quotedArgument(command.substr(1))

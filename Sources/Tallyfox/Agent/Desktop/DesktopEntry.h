@@ -8,11 +8,11 @@
 
 namespace tallyfox {
 
-/// The text of a desktop entry file, of which single keys of its main group are read and changed. All else stays as it
-/// is. Values are strings without the escapes of the file.
+/// A desktop entry file, of whose main group single keys are read and changed. All other text is kept verbatim. Values
+/// are unescaped strings.
 class DesktopEntry {
 public:
-    /// Any bytes.
+    /// `text` may be any bytes.
     explicit DesktopEntry(std::string_view text);
 
     [[nodiscard]] std::optional<std::string> value(std::string_view key) const;
@@ -26,7 +26,7 @@ public:
 private:
     struct Line {
         std::string text; ///< without its line feed
-        std::string key{}; ///< empty for what is no key of the main group
+        std::string key{}; ///< empty unless it is a key of the main group
         bool opensMainGroup = false;
     };
 
@@ -36,7 +36,7 @@ private:
 /// A command line that starts `program` without arguments, as the value of "Exec".
 std::string execValue(const std::filesystem::path& program);
 
-/// The program that the value of an "Exec" starts: a path or a name; nothing when the value is none.
-std::optional<std::string> programOf(std::string_view exec);
+/// The program that the value of an "Exec" starts: a path or a name; nothing for an invalid value.
+std::optional<std::string> execProgram(std::string_view exec);
 
 } // namespace tallyfox

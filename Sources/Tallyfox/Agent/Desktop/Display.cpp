@@ -8,7 +8,7 @@ namespace tallyfox {
 
 namespace {
 
-/// Qt ends the program with a core dump when there is none, so it is asked first.
+/// Tried before Qt does, which aborts the program when the server cannot be reached.
 bool reachesXServer()
 {
     xcb_connection_t* connection = xcb_connect(nullptr, nullptr);

@@ -12,10 +12,10 @@ struct xcb_connection_t;
 
 namespace tallyfox {
 
-/// What a session says of its display: the variables of the same names, empty when not set.
+/// The environment variables of the display, empty when not set.
 struct DisplayVariables {
     QByteArray qtPlatform; ///< QT_QPA_PLATFORM: what the user has chosen
-    QByteArray display; ///< DISPLAY: the X server, which may be a Wayland compositor's
+    QByteArray display; ///< DISPLAY: the X server, perhaps of a Wayland compositor
     QByteArray waylandDisplay; ///< WAYLAND_DISPLAY
 };
 
@@ -23,7 +23,7 @@ struct DisplayVariables {
 /// whether the X server can be reached; it is called only when that matters.
 ///
 /// A native Wayland client cannot place its windows, so the popover would not open beside its icon: where there is an
-/// X server, the program is its client. The user's own choice is kept whatever it is.
+/// X server, the program is its client. The user's own choice is always kept.
 std::optional<QByteArray> platformFor(const DisplayVariables& variables, const std::function<bool()>& hasXServer);
 
 /// Decides for this process, before its QApplication is made; returns whether there is a display at all. Waits for the

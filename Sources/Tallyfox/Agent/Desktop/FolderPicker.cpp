@@ -11,7 +11,7 @@ namespace tallyfox {
 
 namespace {
 
-std::filesystem::path pathOf(const QString& file)
+std::filesystem::path toPath(const QString& file)
 {
     return QFile::encodeName(file).toStdString();
 }
@@ -45,7 +45,7 @@ void FolderPicker::open(const Request& request)
     m_dialog = std::make_unique<QFileDialog>(nullptr, message, folder);
     m_dialog->setFileMode(QFileDialog::Directory);
     m_dialog->setOption(QFileDialog::ShowDirsOnly);
-    // Later: the dialog is at work when it says that it ends, and what follows may need another one.
+    // Queued: the dialog is still emitting this signal, and a completion may open the next one.
     connect(m_dialog.get(), &QFileDialog::finished, this, &FolderPicker::finish, Qt::QueuedConnection);
     m_dialog->setModal(false);
     m_dialog->show();
@@ -54,9 +54,9 @@ void FolderPicker::open(const Request& request)
 void FolderPicker::finish(int result)
 {
     const QStringList chosen = result == QDialog::Accepted ? m_dialog->selectedFiles() : QStringList{};
-    const auto folder = chosen.isEmpty() ? std::nullopt : std::optional{pathOf(chosen.front())};
+    const auto folder = chosen.isEmpty() ? std::nullopt : std::optional{toPath(chosen.front())};
     m_dialog.reset();
-    const auto completions = std::exchange(m_completions, {}); // one of them may ask anew
+    const auto completions = std::exchange(m_completions, {}); // one of them may begin another request
     for (std::size_t index = 0; index < completions.size(); ++index)
         completions[index](index == 0 ? folder : std::nullopt);
 }

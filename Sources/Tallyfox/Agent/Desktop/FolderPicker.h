@@ -11,9 +11,8 @@ class QFileDialog;
 
 namespace tallyfox {
 
-/// The desktop's own dialog for choosing a folder, beside the program's other windows, which stay usable. There is one
-/// at a time: who asks while it is open brings it to the front, and gets no folder. Requests that are open when the
-/// object ends are answered with none. Main thread.
+/// The desktop's own dialog for choosing a folder. It is not modal. A request that comes while it is open raises it,
+/// and gets no folder. The destructor answers pending requests with no folder. Main thread.
 class FolderPicker : public QObject, public HomeFolderPicker {
     Q_OBJECT
 
@@ -24,7 +23,7 @@ public:
     void begin(const Request& request, Completion completion) override;
 
 Q_SIGNALS:
-    /// The dialog is about to come up or to the front: the last moment to close what would hold the keyboard.
+    /// The dialog is about to be shown or raised: the last moment to close a popup that holds the keyboard.
     void aboutToOpen();
 
 private:
@@ -32,7 +31,7 @@ private:
     void finish(int result);
 
     std::unique_ptr<QFileDialog> m_dialog; ///< while it is open
-    std::vector<Completion> m_completions; ///< the first is who the dialog was opened for
+    std::vector<Completion> m_completions; ///< the first one gets the chosen folder
 };
 
 } // namespace tallyfox

@@ -15,20 +15,20 @@ namespace {
 constexpr std::string_view hidden = "Hidden";
 constexpr std::string_view exec = "Exec";
 constexpr std::string_view tryExec = "TryExec";
-/// Says that the entry was made here, so that it may be taken away.
+/// Marks an entry that this program has created, and may remove.
 constexpr std::string_view madeByUs = "X-Tallyfox-Created";
-/// Says that it was hidden here, not by the desktop's settings, so that it may be shown again.
+/// Marks an entry that this program has hidden, not the desktop's settings, and may show again.
 constexpr std::string_view hiddenByUs = "X-Tallyfox-Hidden";
 
-std::optional<DesktopEntry> entryIn(const std::filesystem::path& file)
+std::optional<DesktopEntry> readEntry(const std::filesystem::path& file)
 {
     const auto content = FileUpdate::read(file);
     const auto* const text = std::get_if<std::string>(&content);
     return text ? std::optional{DesktopEntry{*text}} : std::nullopt;
 }
 
-/// A program by its path, or by its name in one of the folders of `PATH`.
-bool canBeStarted(const std::string& program)
+/// `program` is a path, or a name to be found through `PATH`.
+bool isExecutable(const std::string& program)
 {
     const QString name = QFile::decodeName(program.c_str());
     const QFileInfo file{name};
@@ -40,35 +40,34 @@ bool isHiddenByUs(const DesktopEntry& entry)
     return entry.isTrue(hidden) && entry.isTrue(hiddenByUs);
 }
 
-bool findsProgram(const DesktopEntry& entry)
+bool hasExecutableProgram(const DesktopEntry& entry)
 {
     const auto tried = entry.value(tryExec);
-    const auto program = programOf(entry.value(exec).value_or(std::string{}));
-    return program && canBeStarted(*program) && (!tried || tried->empty() || canBeStarted(*tried));
+    const auto program = execProgram(entry.value(exec).value_or(std::string{}));
+    return program && isExecutable(*program) && (!tried || tried->empty() || isExecutable(*tried));
 }
 
-void setWhereAbsent(DesktopEntry& entry, std::string_view key, std::string_view value)
+void setIfAbsent(DesktopEntry& entry, std::string_view key, std::string_view value)
 {
     if (!entry.value(key))
         entry.set(key, value);
 }
 
-/// Each desktop has a key of its own for the switch in its settings, besides the one that all know.
-bool isSwitchedOff(const DesktopEntry& entry)
+/// Besides the standard key, desktops have keys of their own for the switch in their settings.
+bool isDisabledByUser(const DesktopEntry& entry)
 {
     const bool isHidden = entry.isTrue(hidden) && !entry.isTrue(hiddenByUs);
     return isHidden || entry.value("X-GNOME-Autostart-enabled") == "false"
         || entry.value("X-MATE-Autostart-enabled") == "false";
 }
 
-/// Makes an entry start this program, and changes nothing else. A command line that starts it already keeps its
-/// arguments.
+/// Makes an entry start `program`, and changes nothing else. A command line that starts it already keeps its arguments.
 void complete(DesktopEntry& entry, const std::filesystem::path& program)
 {
-    setWhereAbsent(entry, "Type", "Application");
-    setWhereAbsent(entry, "Name", "Tallyfox");
-    setWhereAbsent(entry, "Icon", "org.tallyfox.tallyfox");
-    if (programOf(entry.value(exec).value_or(std::string{})) != program.native())
+    setIfAbsent(entry, "Type", "Application");
+    setIfAbsent(entry, "Name", "Tallyfox");
+    setIfAbsent(entry, "Icon", "org.tallyfox.tallyfox");
+    if (execProgram(entry.value(exec).value_or(std::string{})) != program.native())
         entry.set(exec, execValue(program));
     entry.set(tryExec, program.native());
     if (isHiddenByUs(entry)) {
@@ -78,7 +77,7 @@ void complete(DesktopEntry& entry, const std::filesystem::path& program)
 }
 
 /// An entry of the user's autostart folder. One that this class has created is removed again; one that somebody else
-/// has created stays, and is hidden and shown by keys of ours.
+/// has created stays, and is hidden and shown.
 class AutostartLoginItem : public LoginItem {
 public:
     AutostartLoginItem(std::filesystem::path entry, std::filesystem::path program)
@@ -100,7 +99,7 @@ bool AutostartLoginItem::registerItem()
     const bool isWritten =
         FileUpdate::apply(m_entry, [this](const std::string& before) -> std::optional<FileUpdate::Replacement> {
             DesktopEntry entry{before};
-            if (isSwitchedOff(entry))
+            if (isDisabledByUser(entry))
                 return std::nullopt;
             complete(entry, m_program);
             if (before.empty())
@@ -113,7 +112,7 @@ bool AutostartLoginItem::registerItem()
 
 bool AutostartLoginItem::unregisterItem()
 {
-    const auto current = entryIn(m_entry);
+    const auto current = readEntry(m_entry);
     if (current && current->isTrue(madeByUs)) {
         std::error_code error;
         std::filesystem::remove(m_entry, error);
@@ -131,12 +130,12 @@ bool AutostartLoginItem::unregisterItem()
 
 LoginItemStatus AutostartLoginItem::status() const
 {
-    const auto entry = entryIn(m_entry);
+    const auto entry = readEntry(m_entry);
     if (!entry || isHiddenByUs(*entry))
         return LoginItemStatus::notRegistered;
-    if (isSwitchedOff(*entry))
+    if (isDisabledByUser(*entry))
         return LoginItemStatus::requiresApproval;
-    return findsProgram(*entry) ? LoginItemStatus::enabled : LoginItemStatus::notFound;
+    return hasExecutableProgram(*entry) ? LoginItemStatus::enabled : LoginItemStatus::notFound;
 }
 
 } // namespace

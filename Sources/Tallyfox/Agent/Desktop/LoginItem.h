@@ -13,8 +13,8 @@ enum class LoginItemStatus {
     notFound, ///< registered, but the program that would be started is not there
 };
 
-/// Starts the program with the user's session. What the user or the desktop has changed about it is respected. Main
-/// thread; touches one small file.
+/// Starts the program with the user's session, unless the user has changed that in the desktop's settings. Main thread;
+/// reads and writes one small file.
 class LoginItem {
 public:
     LoginItem() = default;
@@ -22,10 +22,10 @@ public:
     LoginItem& operator=(const LoginItem&) = delete;
     virtual ~LoginItem() = default;
 
-    /// Whether the program is going to be started now. It is not when the desktop's settings forbid it: they are where
-    /// the user allows it again.
+    /// Returns whether the program will be started. It will not be when the desktop's settings forbid it: the user can
+    /// allow it again only there.
     virtual bool registerItem() = 0;
-    /// Whether it is not going to be started any more; also when it was not before.
+    /// Returns whether the program will not be started; also true when it was not before.
     virtual bool unregisterItem() = 0;
     [[nodiscard]] virtual LoginItemStatus status() const = 0;
 };

@@ -14,10 +14,11 @@ struct NotificationOptions {
     bool sound = false;
 };
 
-/// The desktop's notifications, as far as this program uses them: it asks whether it may, and posts none. Main thread.
+/// Asks for permission to post notifications; this program posts none. Main thread.
 class NotificationCenter {
 public:
-    /// Called at most once, on the main thread, after `requestAuthorization` has returned and while the object lives.
+    /// Called once, on the main thread, after `requestAuthorization` has returned; not if the object is destroyed
+    /// first.
     using Completion = std::function<void(bool granted)>;
 
     NotificationCenter() = default;
@@ -25,7 +26,7 @@ public:
     NotificationCenter& operator=(const NotificationCenter&) = delete;
     virtual ~NotificationCenter() = default;
 
-    /// Asks for permission. An error, and no answer within the bounds of the implementation, count as not granted.
+    /// An error or a timeout counts as not granted.
     virtual void requestAuthorization(NotificationOptions options, Completion completion) = 0;
 };
 
