@@ -58,7 +58,7 @@ protected:
         return visibleWindow(QStringLiteral("settings"));
     }
 
-    /// What Qt tells a popup of a button somewhere else on the desktop.
+    /// What Qt sends to a popup for a button event elsewhere on the desktop.
     static void sendOutside(QWidget& popup, QEvent::Type type)
     {
         const QPointF outside{-20, -20};
@@ -142,7 +142,7 @@ TEST_F(AppDelegateTest, shortcutOpensAndCloses)
     EXPECT_EQ(popover(), nullptr);
 }
 
-TEST_F(AppDelegateTest, clickOutsideClosesThePopoverWhenTheButtonIsUpAgain)
+TEST_F(AppDelegateTest, clickOutsideClosesThePopoverAtTheRelease)
 {
     const auto delegate = launched();
     delegate->togglePopover();
@@ -154,7 +154,7 @@ TEST_F(AppDelegateTest, clickOutsideClosesThePopoverWhenTheButtonIsUpAgain)
     EXPECT_FALSE(popup->isVisible());
 }
 
-TEST_F(AppDelegateTest, buttonThatWasPressedInsideMayBeReleasedOutside)
+TEST_F(AppDelegateTest, pressInsideReleasedOutsideLeavesThePopoverOpen)
 {
     const auto delegate = launched();
     delegate->togglePopover();

@@ -8,17 +8,17 @@ namespace {
 constexpr QSize size{420, 680};
 constexpr QRect screen{0, 0, 1920, 1080};
 
-TEST(PopoverPlacement, topPanelHasThePopoverBelowCentredOnTheClick)
+TEST(PopoverPlacement, popoverIsBelowATopPanelCentredOnTheClick)
 {
     EXPECT_EQ(popoverPosition(QPoint{1000, 12}, {screen, {0, 28, 1920, 1052}}, size), QPoint(790, 28));
 }
 
-TEST(PopoverPlacement, bottomPanelHasThePopoverAbove)
+TEST(PopoverPlacement, popoverIsAboveABottomPanel)
 {
     EXPECT_EQ(popoverPosition(QPoint{1000, 1070}, {screen, {0, 0, 1920, 1050}}, size), QPoint(790, 1050 - 680));
 }
 
-TEST(PopoverPlacement, sidePanelHasThePopoverBesideIt)
+TEST(PopoverPlacement, popoverIsBesideASidePanel)
 {
     EXPECT_EQ(popoverPosition(QPoint{20, 500}, {screen, {48, 0, 1872, 1080}}, size), QPoint(48, 160));
     EXPECT_EQ(popoverPosition(QPoint{1900, 500}, {screen, {0, 0, 1872, 1080}}, size), QPoint(1872 - 420, 160));
@@ -31,33 +31,33 @@ TEST(PopoverPlacement, clickAtTheEdgeKeepsThePopoverInsideTheWorkArea)
     EXPECT_EQ(popoverPosition(QPoint{20, 1079}, {screen, {48, 0, 1872, 1080}}, size), QPoint(48, 400));
 }
 
-TEST(PopoverPlacement, panelWithoutReservedRoomIsKeptClear)
+TEST(PopoverPlacement, panelThatReservesNoSpaceIsNotCovered)
 {
     EXPECT_EQ(popoverPosition(QPoint{1000, 10}, {screen, screen}, size), QPoint(790, 34));
     EXPECT_EQ(popoverPosition(QPoint{1000, 1069}, {screen, screen}, size), QPoint(790, 1070 - 24 - 680));
 }
 
-TEST(PopoverPlacement, cornerBelongsToTheHorizontalPanel)
+TEST(PopoverPlacement, clickInACornerCountsAsTheTopOrBottomPanel)
 {
     EXPECT_EQ(popoverPosition(QPoint{1915, 15}, {screen, screen}, size), QPoint(1500, 39));
     EXPECT_EQ(popoverPosition(QPoint{3, 1070}, {screen, screen}, size), QPoint(0, 1071 - 24 - 680));
     EXPECT_EQ(popoverPosition(QPoint{3, 500}, {screen, screen}, size), QPoint(27, 160));
 }
 
-TEST(PopoverPlacement, secondScreenKeepsThePopoverToItself)
+TEST(PopoverPlacement, popoverStaysOnTheClickedScreen)
 {
     const QRect second{1920, 0, 1280, 1024};
     EXPECT_EQ(popoverPosition(QPoint{1925, 10}, {second, {1920, 24, 1280, 1000}}, size), QPoint(1920, 24));
 }
 
-TEST(PopoverPlacement, smallWorkAreaKeepsTheTopLeftCorner)
+TEST(PopoverPlacement, tooSmallWorkAreaShowsTheTopLeftCorner)
 {
     const QRect small{0, 0, 400, 300};
     EXPECT_EQ(popoverPosition(QPoint{390, 5}, {small, {0, 20, 400, 280}}, size), QPoint(0, 20));
     EXPECT_EQ(centredPosition({small, small}, size), QPoint(0, 0));
 }
 
-TEST(PopoverPlacement, withoutAClickItStandsAtTheEndOfThePanel)
+TEST(PopoverPlacement, withoutAClickThePopoverIsAtTheEndOfThePanel)
 {
     EXPECT_EQ(popoverPosition({screen, {0, 28, 1920, 1052}}, size), QPoint(1500, 28));
     EXPECT_EQ(popoverPosition({screen, {0, 0, 1920, 1050}}, size), QPoint(1500, 370));
@@ -65,7 +65,7 @@ TEST(PopoverPlacement, withoutAClickItStandsAtTheEndOfThePanel)
     EXPECT_EQ(popoverPosition({screen, screen}, size), std::nullopt);
 }
 
-TEST(PopoverPlacement, middleIsThatOfTheWorkArea)
+TEST(PopoverPlacement, centredPositionIsInTheMiddleOfTheWorkArea)
 {
     EXPECT_EQ(centredPosition({screen, {0, 40, 1920, 1040}}, size).x(), 749);
     EXPECT_NEAR(centredPosition({screen, {0, 40, 1920, 1040}}, size).y(), 220, 1);

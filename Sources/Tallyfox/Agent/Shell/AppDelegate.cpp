@@ -18,8 +18,8 @@ AppDelegate::AppDelegate(AppDelegateEnvironment environment, QString version, QO
     , m_store(m_environment.store)
     , m_caffeine(*m_environment.sleepInhibitor)
 {
-    m_publication.setSingleShot(true);
-    connect(&m_publication, &QTimer::timeout, this, &AppDelegate::publish);
+    m_publicationTimer.setSingleShot(true);
+    connect(&m_publicationTimer, &QTimer::timeout, this, &AppDelegate::publish);
 }
 
 AppDelegate::~AppDelegate() = default;
@@ -125,9 +125,9 @@ void AppDelegate::createSettingsWindow()
 
 void AppDelegate::publishLater()
 {
-    // The store publishes several values in a row; all of them are drawn at once, after the last.
+    // The store publishes several values in a row: draw once, after the last.
     if (m_popover.isVisible() || isSettingsVisible())
-        m_publication.start(std::chrono::milliseconds{0});
+        m_publicationTimer.start(std::chrono::milliseconds{0});
 }
 
 void AppDelegate::publish()

@@ -25,7 +25,7 @@ class LoginItem;
 class NotificationCenter;
 class SettingsWindow;
 
-/// The desktop as the agent sees it.
+/// What the agent uses of the desktop.
 struct AppDelegateEnvironment {
     StoreEnvironment store{};
     std::unique_ptr<SleepInhibitor> sleepInhibitor{};
@@ -43,22 +43,22 @@ class AppDelegate : public QObject {
     Q_OBJECT
 
 public:
-    /// `version` is the program's, as the settings show it.
+    /// `version` is shown in the settings.
     AppDelegate(AppDelegateEnvironment environment, QString version, QObject* parent = nullptr);
     ~AppDelegate() override;
 
-    /// Puts everything in place and starts the first refresh. Once.
+    /// Creates the parts of the agent and starts the first refresh. Must be called once.
     void applicationDidFinishLaunching();
 
-    /// Opens the popover where the status item was clicked last, or closes it.
+    /// Closes the popover, or opens it where the status item was last clicked.
     void togglePopover();
-    /// The same, never closing it.
+    /// Opens it unless it is open.
     void showPopover();
     /// Opens the settings window, or brings it to the front.
     void showSettings();
     void closePopover();
 
-    /// The armed interval of the refreshes; nothing before the launch has finished.
+    /// Nothing before the launch has finished.
     [[nodiscard]] std::optional<std::chrono::seconds> refreshInterval() const
     {
         return m_store.refreshInterval();
@@ -84,7 +84,7 @@ private:
     std::unique_ptr<SettingsWindow> m_settingsWindow;
     std::unique_ptr<GlobalShortcut> m_hotKey;
     std::optional<QPoint> m_lastClick; ///< on the status item
-    QTimer m_publication;
+    QTimer m_publicationTimer;
 };
 
 } // namespace tallyfox

@@ -19,11 +19,11 @@ namespace {
 
 constexpr int fadeMilliseconds = 120;
 
-/// How long after the press of a button, which takes the focus away, a panel may take to report the click.
-constexpr qint64 clickMilliseconds = 400;
+/// How long after a button press has taken the focus away a panel may report the click.
+constexpr qint64 clickReportMilliseconds = 400;
 
-/// A Wayland client cannot say where its window goes, and may open popups only from a window of its own: there the
-/// popover is an ordinary window that closes when another one gets the focus.
+/// A Wayland client cannot place its windows, and may open popups only from a window of its own: there the popover is
+/// an ordinary window that closes when another one gets the focus.
 bool canPlaceItself()
 {
     return !QGuiApplication::platformName().startsWith(QStringLiteral("wayland"));
@@ -31,9 +31,9 @@ bool canPlaceItself()
 
 enum class Side { top, bottom, left, right };
 
-/// Half of what a panel without reserved room takes at most, seen from a click on it.
+/// Half the thickness that a panel which reserves no space may have.
 constexpr int clearance = 24;
-constexpr int thickestPanel = 2 * clearance;
+constexpr int maxPanelThickness = 2 * clearance;
 
 /// How far `point` is from each side of `rect`, in the order of `Side`; negative outside.
 std::array<int, 4> distances(const QPoint& point, const QRect& rect)
@@ -47,13 +47,13 @@ Side nearestSide(const QPoint& point, const QRect& rect)
     return static_cast<Side>(std::min_element(all.begin(), all.end()) - all.begin());
 }
 
-/// The side of a panel that reserves no room, or whose room the desktop does not tell of, as it is with several
-/// screens. Most panels lie along the top or the bottom, and end in a corner with their status items.
+/// The side of a panel whose space is not reserved, or not reported, as with several screens. Most panels are at the
+/// top or the bottom, with the status items at the end: there a corner counts as top or bottom.
 Side sideOfUnknownPanel(const QPoint& click, const QRect& screen)
 {
     const auto all = distances(click, screen);
     for (const Side side : {Side::top, Side::bottom, Side::left, Side::right}) {
-        if (all.at(static_cast<std::size_t>(side)) < thickestPanel)
+        if (all.at(static_cast<std::size_t>(side)) < maxPanelThickness)
             return side;
     }
     return nearestSide(click, screen);
@@ -61,9 +61,9 @@ Side sideOfUnknownPanel(const QPoint& click, const QRect& screen)
 
 QPoint clamped(const QPoint& position, const QRect& workArea, const QSize& size)
 {
-    const auto inside = [](int value, int low, int high) { return std::max(low, std::min(value, high)); };
-    return {inside(position.x(), workArea.left(), workArea.right() + 1 - size.width()),
-            inside(position.y(), workArea.top(), workArea.bottom() + 1 - size.height())};
+    const auto clamp = [](int value, int low, int high) { return std::max(low, std::min(value, high)); };
+    return {clamp(position.x(), workArea.left(), workArea.right() + 1 - size.width()),
+            clamp(position.y(), workArea.top(), workArea.bottom() + 1 - size.height())};
 }
 
 /// Beside the click, towards the middle of the screen.
@@ -125,11 +125,11 @@ void PopoverWindow::open(std::optional<QPoint> click)
     const bool fades = desktopComposites();
     setWindowOpacity(fades ? 0 : 1);
     show();
-    // A popup is on top and has the keyboard as it is. Activating it makes the toolkit take the late news of an earlier
-    // popup's end for the loss of this one's focus, and close it again.
+    // A popup is on top and has the keyboard anyway. If it were activated, Qt would mistake the late event of an
+    // earlier popup's closing for this one's loss of focus, and close it again.
     if (windowType() != Qt::Popup)
         activateWindow();
-    // A popup gets the keyboard, but no widget in it the focus, by itself. Screen readers follow the focus.
+    // Showing a popup gives none of its widgets the focus, which is what screen readers follow.
     m_view->setFocus(Qt::PopupFocusReason);
     if (fades)
         m_fade.start();
@@ -145,7 +145,7 @@ void PopoverWindow::stayOnScreen()
 
 bool PopoverWindow::hasJustLostFocus() const
 {
-    return m_sinceDeactivation.isValid() && m_sinceDeactivation.elapsed() < clickMilliseconds;
+    return m_sinceDeactivation.isValid() && m_sinceDeactivation.elapsed() < clickReportMilliseconds;
 }
 
 void PopoverWindow::mousePressEvent(QMouseEvent* event)
@@ -157,9 +157,8 @@ void PopoverWindow::mousePressEvent(QMouseEvent* event)
 
 void PopoverWindow::mouseReleaseEvent(QMouseEvent* event)
 {
-    // Until here the pointer was the popup's. A popup that closes at the press leaves the release to the panel, and
-    // where that was over the status item, the panel takes it for a click on the item, which would open the popover
-    // again.
+    // Not at the press: the pointer's grab would end with the popup, so the panel would get the release, take it for a
+    // click where it was over the status item, and open the popover again.
     if (std::exchange(m_isClickedOutside, false))
         hide();
     else
@@ -193,7 +192,7 @@ QPoint popoverPosition(const QPoint& click, const ScreenArea& area, const QSize&
 {
     const bool isOnReservedPanel = !area.workArea.contains(click);
     const Side side = isOnReservedPanel ? nearestSide(click, area.workArea) : sideOfUnknownPanel(click, area.screen);
-    // A reserved panel ends where the work area begins: clamping puts the popover against it.
+    // The work area begins where the panel ends: clamping puts the popover against the panel.
     return clamped(beside(click, side, isOnReservedPanel ? 1 : clearance, size), area.workArea, size);
 }
 

@@ -13,8 +13,8 @@
 
 namespace tallyfox {
 
-/// The window of the popover: opens beside the status item, has the keyboard at once, and closes on a click outside
-/// and on Escape. Made once, then hidden and shown again.
+/// The window of the popover: opens beside the status item, has the keyboard at once, and closes on a click outside and
+/// on Escape. Created once, then hidden and shown again.
 class PopoverWindow : public QWidget {
     Q_OBJECT
 
@@ -30,8 +30,9 @@ public:
     /// screen with the pointer where there is no panel.
     void open(std::optional<QPoint> click);
 
-    /// Where it is an ordinary window: whether it has just been closed because another window took the focus. Where
-    /// that was by a click on the status item, the panel reports it afterwards, and it must not open the popover again.
+    /// Whether it has just been closed because another window took the focus, which closes it where it is an ordinary
+    /// window. If a click on the status item did that, the panel reports the click afterwards, and it must not open the
+    /// popover again.
     [[nodiscard]] bool hasJustLostFocus() const;
 
 protected:
@@ -46,8 +47,8 @@ private:
 
     PopoverView* m_view;
     QPropertyAnimation m_fade;
-    std::optional<QPoint> m_click; ///< what it was opened beside
-    bool m_isClickedOutside = false; ///< a button is down that was pressed outside
+    std::optional<QPoint> m_click; ///< where the status item was clicked
+    bool m_isClickedOutside = false; ///< a button that was pressed outside is still down
     QElapsedTimer m_sinceDeactivation;
 };
 
@@ -57,16 +58,16 @@ struct ScreenArea {
     QRect workArea; ///< what panels leave free
 };
 
-/// Where the top left corner of a popover of `size` goes: beside the panel at the side where the status item was
-/// clicked, centred on the click, and inside of the work area. A panel that reserves no room is kept clear of by
-/// some pixels. A popover larger than the work area keeps its top left corner inside.
+/// The top left corner of a popover of `size`: next to the panel on which the status item was clicked, centred on the
+/// click, inside the work area. It is some pixels away from a click on a panel that reserves no space. A popover larger
+/// than the work area keeps its top left corner inside.
 QPoint popoverPosition(const QPoint& click, const ScreenArea& area, const QSize& size);
 
-/// The same without a click: at the end of the panel where items usually stand, which is the right or the lower one;
-/// nothing when no side of the screen is taken by a panel.
+/// The same without a click: at the right or lower end of the panel, where status items usually are. Nothing when no
+/// side of the screen has a panel.
 std::optional<QPoint> popoverPosition(const ScreenArea& area, const QSize& size);
 
-/// The middle of the work area.
+/// Centred in the work area.
 QPoint centredPosition(const ScreenArea& area, const QSize& size);
 
 } // namespace tallyfox

@@ -43,7 +43,7 @@ ExitStatus fail(const std::string& message, ExitStatus status = ExitStatus::fail
     return status;
 }
 
-/// Before the first window: what desktops know the program by, and what ends it. Closing its last window does not.
+/// Must be called before the first window is created. Closing the last window does not end the program.
 void setApplicationMetadata()
 {
     QCoreApplication::setApplicationName(QStringLiteral("Tallyfox"));
@@ -107,7 +107,7 @@ ExitStatus TallyfoxApp::runRequest(const AgentRequest& request)
     return start(request, std::get<std::optional<std::filesystem::path>>(home));
 }
 
-/// A key binding of a compositor calls this: it needs the bus alone, and no display.
+/// For key bindings of a compositor: needs a bus or a socket, but no display.
 ExitStatus TallyfoxApp::forwardToRunningAgent(AgentAction action)
 {
     chooseSessionBus();
@@ -143,7 +143,7 @@ void TallyfoxApp::runAgent(const AgentRequest& request, const std::optional<std:
 {
     installTranslations(*qApp, QLocale{});
     Theme::apply(*qApp);
-    // Not every taskbar finds it by the desktop entry.
+    // Not every taskbar finds the icon through the desktop entry.
     QGuiApplication::setWindowIcon(StatusIconPainter::icon(QString{}));
     installAccessibleElements();
     installAccessibleSettings();

@@ -9,8 +9,8 @@ namespace tallyfox {
 
 class SingleInstance;
 
-/// One run of the agent's program: builds the parts, makes them one application, and runs it until the desktop or a
-/// signal ends it. Without anything to show on, or where an agent runs already, it is short.
+/// One run of the agent's program: creates the parts of the application and runs it until the desktop or a signal ends
+/// it. Returns early without a display, and when an agent is already running.
 class TallyfoxApp {
 public:
     /// Keeps references: both must outlive the object.
