@@ -38,7 +38,7 @@ public:
     QPointer<SleepInhibition> inhibition; ///< the newest one, while it exists
 };
 
-/// A session that starts the program if it is asked to, unless it refuses.
+/// Registers the program unless it refuses.
 class FakeLoginItem : public LoginItem {
 public:
     bool registerItem() override
@@ -66,7 +66,7 @@ public:
     int unregistrations = 0;
 };
 
-/// Nobody answers until the test does.
+/// Keeps the completions for the test to call.
 class FakeNotificationCenter : public NotificationCenter {
 public:
     void requestAuthorization(NotificationOptions options, Completion completion) override
@@ -90,7 +90,7 @@ public:
     std::vector<ActivationPolicy> policies;
 };
 
-/// A desktop that writes down what the agent asks of it. The parts it has handed out are valid as long as the agent.
+/// A desktop that records what the agent asks of it. The pointers are valid as long as the agent exists.
 class FakeDesktop {
 public:
     AppDelegateEnvironment environment(const StoreEnvironment& store)
@@ -119,7 +119,7 @@ public:
         return result;
     }
 
-    std::vector<std::string> events; ///< in the order they came
+    std::vector<std::string> events; ///< in order
     FakeStatusItem* statusItem = nullptr;
     GlobalShortcut* shortcut = nullptr;
     FakeSleepInhibitor* inhibitor = nullptr;

@@ -6,16 +6,16 @@
 
 namespace tallyfox::test {
 
-/// What the portal decides about a request: its response (0 is consent), and the results.
+/// The response to a request: a code (0 is consent), and results.
 struct PortalDecision {
     unsigned response = 0;
     QVariantMap results{};
 };
 
-/// A desktop portal that gives each request its handle at once, and decides as the test wants.
+/// A desktop portal that returns the handle of each request at once, and responds as the test wants.
 class FakePortal {
 public:
-    /// Nothing for a request that stays undecided.
+    /// Nothing for no response.
     using Decide = std::function<std::optional<PortalDecision>(const QDBusMessage& call)>;
 
     FakePortal(const QDBusConnection& bus, Decide decide)
@@ -34,7 +34,7 @@ public:
         return m_service.callsOf(method);
     }
 
-    /// Where the portal has the request that a call has made.
+    /// The object path of the request that `call` has made.
     static QString handleOf(const QDBusMessage& call)
     {
         const auto options = qdbus_cast<QVariantMap>(call.arguments().last());
@@ -48,7 +48,7 @@ public:
         sendResponse(m_service.bus(), handle, decision);
     }
 
-    /// As anybody on the bus could.
+    /// From any peer on the bus.
     static void sendResponse(const QDBusConnection& bus, const QString& handle, const PortalDecision& decision)
     {
         QDBusMessage signal = QDBusMessage::createSignal(handle, QStringLiteral("org.freedesktop.portal.Request"),

@@ -11,10 +11,10 @@
 
 namespace tallyfox::test {
 
-/// A service on a bus that answers whatever the test wants, and remembers what it was asked.
+/// A service on a bus that replies what the test wants, and records the calls.
 class FakeService : public QDBusVirtualObject {
 public:
-    /// What to send back; no message for silence.
+    /// The reply; nothing for none.
     using Answer = std::function<std::optional<QDBusMessage>(const QDBusMessage& call)>;
 
     /// Takes `name` on `bus`, which must be a connection of its own, for everything below "/".
@@ -32,7 +32,7 @@ public:
         m_bus.unregisterService(m_name);
     }
 
-    /// The calls that have come, "Method(argument, …)", numbers and texts only.
+    /// The calls so far, as "Method(argument, …)" with the numbers and strings among the arguments.
     [[nodiscard]] const QStringList& calls() const
     {
         return m_calls;
@@ -83,7 +83,7 @@ private:
     QList<QDBusMessage> m_messages;
 };
 
-/// Answers every call with these values.
+/// Replies to every call with these values.
 inline FakeService::Answer answering(const QVariantList& values)
 {
     return [values](const QDBusMessage& call) { return call.createReply(values); };

@@ -12,8 +12,8 @@ public:
         takesItems,
         refuses,
         isSilent, ///< never replies
-        answersNonsense, ///< in types that nobody expects
-        knowsNoCalls, ///< has its name, and nothing behind it yet
+        answersNonsense, ///< of unexpected types
+        knowsNoCalls, ///< owns its name, but has no object yet
     };
 
     explicit FakeStatusNotifierWatcher(const QDBusConnection& bus, Manner manner = Manner::takesItems);
@@ -25,15 +25,15 @@ public:
     {
         m_manner = manner;
     }
-    /// Whether a panel shows what is registered; announced when it comes or goes.
+    /// Whether a panel shows the items; announces the change.
     void setHost(bool isThere);
 
-    /// By every call, in order.
+    /// What every call has registered, in order.
     [[nodiscard]] const QStringList& registered() const
     {
         return m_registered;
     }
-    /// With those that were not taken.
+    /// Including refused ones.
     [[nodiscard]] qsizetype registrationCalls() const;
     /// How often it was asked whether there is a panel.
     [[nodiscard]] qsizetype hostQuestions() const;

@@ -7,7 +7,7 @@ namespace tallyfox::test {
 
 namespace {
 
-// The services that a machine has installed must not be started by a test's bus: it knows no service folders.
+// Without service folders: a test's bus must not start the services installed on the machine.
 constexpr const char* configuration =
     R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">

@@ -7,7 +7,7 @@
 
 namespace tallyfox::test {
 
-/// A session bus of its own, a real one, which ends with the object.
+/// A real session bus, which is ended with the object.
 class PrivateBus {
 public:
     PrivateBus();
@@ -15,7 +15,7 @@ public:
     PrivateBus(const PrivateBus&) = delete;
     PrivateBus& operator=(const PrivateBus&) = delete;
 
-    /// What `DBUS_SESSION_BUS_ADDRESS` would hold; empty when no bus could be started.
+    /// The value for `DBUS_SESSION_BUS_ADDRESS`; empty when no bus could be started.
     [[nodiscard]] QString address() const
     {
         return m_address;
@@ -24,7 +24,7 @@ public:
     /// A new connection to the bus: each is a peer of its own. Closed together with the bus.
     QDBusConnection connect();
 
-    /// Ends the bus under its peers.
+    /// Ends the bus while its peers are connected.
     void kill();
 
 private:

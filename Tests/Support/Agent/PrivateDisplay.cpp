@@ -20,7 +20,7 @@ PrivateDisplay::PrivateDisplay()
 
 PrivateDisplay::~PrivateDisplay()
 {
-    m_server.process().terminate(); // so that it takes its socket and lock file with it
+    m_server.process().terminate(); // not killed, so that it removes its socket and lock file
     m_server.process().waitForFinished(10'000);
 }
 
@@ -38,7 +38,7 @@ void PrivateDisplay::pressCodes(const std::vector<std::uint8_t>& codes)
         xcb_test_fake_input(connection, XCB_KEY_PRESS, code, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
     for (auto code = codes.rbegin(); code != codes.rend(); ++code)
         xcb_test_fake_input(connection, XCB_KEY_RELEASE, *code, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
-    // The server has taken them all when it has answered a question that comes after them.
+    // When the server has replied to a later request, it has processed them all.
     std::free(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
     xcb_disconnect(connection);
 }

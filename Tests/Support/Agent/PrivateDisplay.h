@@ -9,7 +9,7 @@
 
 namespace tallyfox::test {
 
-/// An X server of its own without a screen, which ends with the object. It takes a display number that is free.
+/// An X server without a monitor, which is ended with the object. It uses a free display number.
 class PrivateDisplay {
 public:
     PrivateDisplay();
@@ -17,18 +17,18 @@ public:
     PrivateDisplay(const PrivateDisplay&) = delete;
     PrivateDisplay& operator=(const PrivateDisplay&) = delete;
 
-    /// What `DISPLAY` would hold; empty when no server could be started.
+    /// The value for `DISPLAY`; empty when no server could be started.
     [[nodiscard]] QString name() const
     {
         return m_name;
     }
 
-    /// Runs an X program to its end; whether it went well.
+    /// Runs an X program to its end; returns whether it succeeded.
     bool run(const QString& program, const QStringList& arguments);
-    /// Presses keys with xdotool, "super+alt+b" for example; whether it went well.
+    /// Presses keys with xdotool, "super+alt+b" for example; returns whether that succeeded.
     bool press(const QString& keys);
-    /// Presses keys by their codes, all together, and lets them go. Unlike xdotool, which goes to the first layout for
-    /// each key and back again, it leaves the layout to the keys.
+    /// Presses keys by their codes, all together, and releases them. Unlike xdotool, which switches to the first layout
+    /// for each key, it does not change the layout.
     void pressCodes(const std::vector<std::uint8_t>& codes);
 
 private:

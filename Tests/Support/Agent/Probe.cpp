@@ -26,9 +26,9 @@ Probe::~Probe()
     kill();
 }
 
-QString Probe::nextLine(std::chrono::milliseconds limit)
+QString Probe::nextLine(std::chrono::milliseconds timeout)
 {
-    const QDeadlineTimer deadline{limit};
+    const QDeadlineTimer deadline{timeout};
     while (!m_process.canReadLine()) {
         if (!m_process.waitForReadyRead(static_cast<int>(deadline.remainingTime())) && !m_process.canReadLine())
             return {};

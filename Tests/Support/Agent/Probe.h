@@ -8,17 +8,17 @@
 
 namespace tallyfox::test {
 
-/// A program that tells in lines on its standard output what happens to it. Killed with the object.
+/// A program that reports events as lines on its standard output. Killed with the object.
 class Probe {
 public:
-    /// `environment` stands beside the usual one: "NAME=value", or "NAME" for a variable that must not be set.
+    /// `environment` is added to the inherited one: "NAME=value", or "NAME" to unset a variable.
     Probe(const QString& program, const QStringList& arguments, const QStringList& environment);
     ~Probe();
     Probe(const Probe&) = delete;
     Probe& operator=(const Probe&) = delete;
 
-    /// The next line, waiting for it as long as `limit`; null when none comes.
-    QString nextLine(std::chrono::milliseconds limit = std::chrono::seconds{20});
+    /// The next line; null when none comes within `timeout`.
+    QString nextLine(std::chrono::milliseconds timeout = std::chrono::seconds{20});
 
     [[nodiscard]] QProcess& process()
     {
@@ -26,7 +26,7 @@ public:
     }
 
     void sendSignal(int number);
-    /// Ends the program without its knowing, and waits until it is gone.
+    /// Kills the program with SIGKILL, and waits until it has ended.
     void kill();
 
 private:

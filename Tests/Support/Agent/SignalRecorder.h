@@ -9,12 +9,12 @@ class QDBusMessage;
 
 namespace tallyfox::test {
 
-/// Writes down the signals that its slot is connected to.
+/// Records the signals that its slot is connected to.
 class SignalRecorder : public QObject {
     Q_OBJECT
 
 public:
-    /// Of each signal the member, then its arguments: texts as they are, maps by their keys; between them "|".
+    /// The member of each signal and its arguments, separated by "|": strings verbatim, maps as their keys.
     std::vector<std::string> list;
 
 public Q_SLOTS:

@@ -67,7 +67,7 @@ void click(QWidget& widget, std::optional<QPoint> position)
 
 void pressKey(QWidget& widget, Qt::Key key)
 {
-    const QPointer<QWidget> target{&widget}; // pressing a key may end what it is pressed in
+    const QPointer<QWidget> target{&widget}; // the key may destroy the widget
     QKeyEvent press{QEvent::KeyPress, key, Qt::NoModifier};
     QApplication::sendEvent(target, &press);
     QKeyEvent release{QEvent::KeyRelease, key, Qt::NoModifier};

@@ -21,7 +21,7 @@ namespace tallyfox::test {
 /// Shows `window` and waits until it is the active one, so that a widget of it can have the focus.
 void showActive(QWidget& window);
 
-/// Lets happen what waits for the event loop: layouts above all, which may ask for further ones.
+/// Processes pending events, above all layout requests, which may cause further ones.
 void settle();
 
 /// Presses and releases the left button in the middle of `widget`, or at `position` in it.
@@ -30,10 +30,10 @@ void click(QWidget& widget, std::optional<QPoint> position = std::nullopt);
 /// Presses and releases `key` in `widget`.
 void pressKey(QWidget& widget, Qt::Key key);
 
-/// The texts of a list, for a comparison with what a view shows.
+/// The texts of a list, to compare with what a view shows.
 QStringList textList(std::initializer_list<const char16_t*> texts);
 
-/// What a screen reader is told about `widget`.
+/// What `widget` reports to screen readers.
 QString accessibleName(QWidget& widget);
 QString accessibleDescription(QWidget& widget);
 QString accessibleValue(QWidget& widget);

@@ -6,8 +6,8 @@
 
 #include <cstdlib>
 
-/// Widgets need an application object. It draws without a display, in one language and one zone, and meets neither
-/// the session bus nor the accessibility bus of whoever runs the tests.
+/// Widgets need an application object. It needs no display, has a fixed language and time zone, and uses neither the
+/// session bus nor the accessibility bus of the user.
 int main(int argumentCount, char** arguments)
 {
     testing::InitGoogleTest(&argumentCount, arguments);

@@ -7,8 +7,8 @@
 #include <cstdio>
 #include <string_view>
 
-/// Has the global shortcut on the display it is given, and writes a line for each activation. "--popup": opens and
-/// closes a popup by it, as the program does.
+/// Registers the global shortcut and writes a line for each activation. "--popup": the shortcut opens and closes a
+/// popup, as in the program.
 int main(int argumentCount, char** arguments)
 {
     const bool hasPopup = argumentCount > 1 && std::string_view{arguments[1]} == "--popup";
