@@ -1,6 +1,6 @@
-/// Our clients of services on the session bus, against peers that answer anything, late, twice or never, that lie,
-/// vanish and come back. Each client tells what has happened, once; it believes nobody who is not the service; and when
-/// it has ended, all that it was given is given back, and it listens to nothing any more.
+/// Our clients of services on the session bus, against peers that reply anything, late, twice or never, that lie,
+/// vanish and restart. Each client reports what has happened, once; it ignores all peers but the service; and once it
+/// is destroyed, everything it was granted has been given back, and no match rule is left.
 
 #include "Bus/AnyValues.h"
 #include "Bus/BusClient.h"
@@ -75,7 +75,7 @@ public:
         settle();
         require(m_ledger.isBalanced(), "what was granted is given back");
         require(m_ledger.areDescriptorsClosed(), "no descriptor is kept");
-        require(m_bus.matches() == m_matches, "who has ended listens to nothing");
+        require(m_bus.matches() == m_matches, "a destroyed client leaves no match rules");
     }
 
 private:
@@ -123,18 +123,18 @@ private:
             answer(&Scene::fillKindly);
             break;
         }
-        if (choice < 192 && !m_bus.hasHungUp()) // else more at a time
+        if (choice < 192 && !m_bus.hasHungUp()) // otherwise several steps at a time
             settle();
     }
 
     void end()
     {
         if (m_client->kind() == BusClientKind::portalShortcut)
-            settle(); // it takes what has come, and no more
+            settle(); // it handles what has been sent, and no more
         m_client->end();
     }
 
-    // What the program says
+    // Messages of the program
 
     void settle()
     {
@@ -143,16 +143,17 @@ private:
             hear(std::move(said));
         if (m_client && m_client->isThere() && !m_bus.hasHungUp())
             m_model.judge(*m_client, m_asked, m_ledger);
-        require(m_bus.matches().size() <= m_matches.size() + mostMatches, "a client does not listen to ever more");
+        require(m_bus.matches().size() <= m_matches.size() + mostMatches, "match rules of a client are bounded");
     }
 
     void hear(WireMessage said)
     {
-        require(said.kind == WireMessage::Kind::call, "clients call, and do nothing else");
+        require(said.kind == WireMessage::Kind::call, "clients send calls only");
         m_ledger.noteCall(said);
         if (said.member == "RegisterStatusNotifierItem" || said.member == "Get") {
-            require(!said.destination.empty() && said.destination[0] == ':', "one watcher is meant and no other");
-            require(said.member == "Get" || said.textAt(0) == HostileBus::uniqueName, "the item is where it says");
+            require(!said.destination.empty() && said.destination[0] == ':', "a call is for one watcher only");
+            require(said.member == "Get" || said.textAt(0) == HostileBus::uniqueName,
+                    "the item is registered under the program's name");
         }
         if (!said.wantsAnswer())
             return;
@@ -164,11 +165,11 @@ private:
         m_asked.push_back(std::move(asked));
     }
 
-    // What peers answer
+    // Replies of peers
 
     using Fill = bool (Scene::*)(const AskedCall& asked, WireMessage& answer);
 
-    /// Answers one of the calls that wait for it. `fill` returns whether a descriptor comes with the answer.
+    /// Replies to one of the pending calls. `fill` returns whether the reply has a descriptor.
     void answer(Fill fill)
     {
         const auto waiting = std::ranges::count_if(m_asked, isOpen);
@@ -184,13 +185,14 @@ private:
     {
         WireMessage message{.kind = WireMessage::Kind::answer, .answered = asked.call.serial};
         message.sender = m_input.oneOf(peers);
-        if (asked.call.destination == HostileBus::busName) { // which may be slow, but does not lie
+        if (asked.call.destination == HostileBus::busName) { // it may be slow, but does not lie
             message.sender = HostileBus::busName;
             fill = fill == &Scene::fillAnything ? &Scene::fillKindly : fill;
         }
         const bool hasDescriptor = (this->*fill)(asked, message);
         const FileDescriptor descriptor = hasDescriptor ? m_ledger.newDescriptor() : FileDescriptor{};
-        // A shortcut ends with the program, and so with its connection: it leaves nobody behind to take late answers.
+        // A shortcut is destroyed at the end of the program, just before its connection: late replies need not be
+        // handled.
         const bool isHeard = m_client->isThere() || m_client->kind() != BusClientKind::portalShortcut;
         if (!std::exchange(asked.isAnswered, true) && isHeard) {
             const bool isGrant = m_ledger.noteAnswer(asked, message, hasDescriptor);
@@ -224,7 +226,7 @@ private:
             sendAnswer(m_asked[m_input.below(std::min<std::size_t>(m_asked.size(), 256))], &Scene::fillAnything);
     }
 
-    /// Whoever asked is gone: what is granted now is given back at once.
+    /// The client is destroyed: what is granted now must be given back at once.
     void answerTheRest()
     {
         for (AskedCall& asked : m_asked) {
@@ -234,7 +236,7 @@ private:
         settle();
     }
 
-    // What peers say of themselves
+    // Signals of peers
 
     static WireMessage signalOf(std::string_view sender, std::string_view path, std::string_view interface,
                                 std::string_view member)
@@ -247,7 +249,7 @@ private:
         return message;
     }
 
-    /// The decision about one of the requests that a portal has, or about to be given a handle.
+    /// The response to one of the requests of a portal, or to one whose handle is yet to be returned.
     void respond(bool isKind)
     {
         std::vector<std::size_t> requests;
@@ -259,7 +261,7 @@ private:
             return;
         const std::size_t place = requests[requests.size() - 1 - std::min(m_input.below(4), requests.size() - 1)];
         if (m_asked[place].handle != expectedHandle(m_asked[place].call))
-            settle(); // nobody can listen to a handle before it is known
+            settle(); // the program cannot match an unexpected handle before it is returned
         AskedCall& asked = m_asked[place];
         WireMessage response =
             signalOf(m_input.oneOf(peers), asked.handle, "org.freedesktop.portal.Request", "Response");
@@ -287,7 +289,7 @@ private:
         sendOwner(HostileBus::busName, name, before, after);
     }
 
-    /// Anybody may send the signal by which the bus tells of owners.
+    /// Any peer may send the signal that reports owners.
     void forgeOwner()
     {
         const std::string name{m_input.oneOf(services)};
@@ -329,10 +331,10 @@ private:
         const int before = m_client->activated();
         m_bus.send(std::move(message));
         settle();
-        require(m_client->activated() == before + (isMeant ? 1 : 0), "keys are pressed by the portal alone");
+        require(m_client->activated() == before + (isMeant ? 1 : 0), "only the portal can activate the shortcut");
     }
 
-    /// Any other, from some peer.
+    /// Any other signal, from any peer.
     void signal()
     {
         const SignalName& name = m_input.oneOf(signalNames);
@@ -345,7 +347,7 @@ private:
         const int before = m_client->activated();
         m_bus.send(std::move(message));
         settle();
-        require(m_client->activated() == before, "what is not understood presses no keys");
+        require(m_client->activated() == before, "other signals do not activate the shortcut");
     }
 
     /// Rarely: a new bus takes some time.
@@ -355,7 +357,7 @@ private:
             return;
         m_bus.hangUp();
         m_client->ask();
-        require(QTest::qWaitFor([this] { return hasEnded(); }, hangGuard), "who has no bus any more tells");
+        require(QTest::qWaitFor([this] { return hasEnded(); }, hangGuard), "a client reports the lost bus");
     }
 
     bool hasEnded() const
@@ -364,7 +366,7 @@ private:
             return true;
         switch (m_client->kind()) {
         case BusClientKind::portalShortcut:
-            return true; // it keeps what it has been told
+            return true; // its state does not change
         case BusClientKind::statusNotifierWatch:
             return m_client->host() == StatusNotifierHost::absent;
         case BusClientKind::notificationCenter:

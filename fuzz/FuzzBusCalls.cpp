@@ -1,5 +1,5 @@
-/// Our own objects on the session bus, called by anybody with anything. A call that is understood has its effect once,
-/// any other has none; each is answered once where an answer is wanted; and afterwards the objects are as they were.
+/// Our own objects on the session bus, called by any peer with any arguments. A valid call has its effect once, any
+/// other has none; each gets one reply where one is wanted; and afterwards the objects are unchanged.
 
 #include "Bus/AnyValues.h"
 #include "Bus/HostileBus.h"
@@ -32,7 +32,7 @@ struct Method {
     std::string_view signature;
 };
 
-/// What there is.
+/// The methods that exist.
 constexpr Method methods[] = {
     {instancePath, application, "Activate", "a{sv}"},
     {instancePath, application, "Open", "asa{sv}"},
@@ -53,7 +53,7 @@ constexpr Method methods[] = {
     {"/", "org.freedesktop.DBus.Peer", "GetMachineId", ""},
 };
 
-/// What is not for others to call.
+/// Members that must not be callable.
 constexpr std::string_view privateMembers[] = {"asked",     "requested",   "claim",
                                                "send",      "deleteLater", "setObjectName",
                                                "destroyed", "NewTitle",    "XAyatanaNewLabel",
@@ -72,7 +72,7 @@ std::string effect(AgentAction action)
     return "request " + std::to_string(static_cast<int>(action));
 }
 
-/// A call, and what has to come of it.
+/// A call and its expected outcome.
 struct Call {
     WireMessage message;
     std::string effect; ///< empty for none
@@ -81,7 +81,7 @@ struct Call {
     std::string_view valueType; ///< of the property that is asked for
 };
 
-/// What our own interfaces promise about a call, which may be any.
+/// The expected outcome of any call by the documentation of our interfaces.
 class Expectation {
 public:
     explicit Expectation(bool isFirst)
@@ -110,7 +110,7 @@ private:
     {
         return interface == application || interface == item;
     }
-    /// A call without an interface may mean the library's own.
+    /// A call without an interface may be for the library's own.
     static bool isStandard(std::string_view member)
     {
         return member == "Get" || member == "GetAll" || member == "Set" || member == "Introspect" || member == "Ping"
@@ -183,7 +183,7 @@ public:
                          [this](QPoint position) { m_effects.push_back(effect(position)); });
         claim(1);
         m_bus.settle();
-        m_bus.taken(); // what panels were told of the content
+        m_bus.taken(); // the signals of the first content
         m_matches = m_bus.matches();
     }
 
@@ -198,7 +198,7 @@ public:
         judge();
         setContent(content);
         require(allProperties() == before, "no call changes the item");
-        require(m_bus.matches() == m_matches, "no call makes the program listen to anything");
+        require(m_bus.matches() == m_matches, "no call adds a match rule");
     }
 
 private:
@@ -231,7 +231,7 @@ private:
         }
     }
 
-    /// Becomes the agent, or is told that it is not.
+    /// Tries to become the agent.
     void claim(std::uint32_t answer)
     {
         m_instance.reset();
@@ -243,7 +243,7 @@ private:
                          [this](AgentAction action) { m_effects.push_back(effect(action)); });
         using Claim = SingleInstance::Claim;
         const Claim expected = answer == 1 ? Claim::first : answer == 3 ? Claim::other : Claim::impossible;
-        require(m_instance->claim() == expected, "a claim is what the bus says of it");
+        require(m_instance->claim() == expected, "the outcome of a claim is what the bus replies");
         m_isFirst = answer == 1;
     }
 
@@ -263,7 +263,7 @@ private:
         send(input, std::move(call));
     }
 
-    /// The names of a property; then what it should become, when it is to be set.
+    /// The names of a property, and its new value when it is to be set.
     static void fillProperty(FuzzInput& input, WireMessage& message)
     {
         auto property = test::statusNotifierProperties.begin();
@@ -299,7 +299,7 @@ private:
         send(input, std::move(call));
     }
 
-    /// An answer to nothing, or a signal for nobody.
+    /// A reply without a call, or a signal without a receiver.
     void sendNoCall(FuzzInput& input)
     {
         const Method& method = input.oneOf(methods);
@@ -329,25 +329,25 @@ private:
         m_calls.emplace(serial, std::move(call));
     }
 
-    /// Looks at what has come of the calls since the last time.
+    /// Checks the outcome of the calls since the last time.
     void judge()
     {
         m_bus.settle();
-        // Requests and clicks are told one by one, but the former a moment later.
+        // Both kinds of effect come in order, but actions a moment later than clicks.
         std::ranges::stable_sort(m_effects, {}, [](const std::string& one) { return one.front(); });
         std::ranges::stable_sort(m_expectedEffects, {}, [](const std::string& one) { return one.front(); });
-        require(m_effects == m_expectedEffects, "what is understood has its effect once, and nothing else has any");
+        require(m_effects == m_expectedEffects, "a valid call has its effect once, and no other has any");
         m_effects.clear();
         m_expectedEffects.clear();
         for (const WireMessage& said : m_bus.taken()) {
-            require(said.isAnswer(), "whoever calls hears answers only");
+            require(said.isAnswer(), "callers receive replies only");
             const auto call = m_calls.find(said.answered);
-            require(call != m_calls.end(), "a call is answered once at most");
+            require(call != m_calls.end(), "a call gets one reply at most");
             judgeAnswer(call->second, said);
             m_calls.erase(call);
         }
         require(std::ranges::none_of(m_calls, [](const auto& call) { return call.second.message.wantsAnswer(); }),
-                "who wants an answer gets one");
+                "a call that wants a reply gets one");
         m_calls.clear();
     }
 
@@ -359,17 +359,18 @@ private:
                              call.message.member.c_str(), call.message.signature.c_str(), answer.error.c_str());
             require(holds, promise);
         };
-        // The library's own methods and errors are answered all the same; a bus keeps that from who did not ask.
+        // The library replies to calls of its own methods and to invalid calls even if no reply is wanted; a bus drops
+        // those.
         const bool isOurMethod = call.outcome == WireMessage::Kind::answer && call.message.interface != properties;
-        demand(call.message.wantsAnswer() || !isOurMethod, "who wants no answer gets none");
-        demand(!call.isOutcomeKnown || answer.kind == call.outcome, "an answer says whether a call was understood");
+        demand(call.message.wantsAnswer() || !isOurMethod, "a call that wants no reply gets none");
+        demand(!call.isOutcomeKnown || answer.kind == call.outcome, "a reply shows whether the call was valid");
         demand(answer.kind == WireMessage::Kind::answer || !answer.error.empty(), "an error has a name");
         const std::string begin = static_cast<char>(call.valueType.size()) + std::string{call.valueType} + '\0';
         demand(call.valueType.empty() || (answer.signature == "v" && answer.body.starts_with(begin)),
-               "a property is of its type");
+               "a property has its type");
     }
 
-    /// What the item is to show, and what panels then are told.
+    /// Changes the content and checks what panels are sent.
     void setContent(const StatusItemContent& content)
     {
         std::vector<std::string> expected;
@@ -384,10 +385,10 @@ private:
         m_bus.settle();
         std::vector<std::string> told;
         for (const WireMessage& said : m_bus.taken()) {
-            require(said.kind == WireMessage::Kind::signal && said.path == itemPath, "panels are told by signals");
+            require(said.kind == WireMessage::Kind::signal && said.path == itemPath, "panels receive signals only");
             told.push_back(said.member);
         }
-        require(told == expected, "panels are told what has changed, and nothing when nothing has");
+        require(told == expected, "panels receive what has changed, and nothing when nothing has");
     }
 
     std::string allProperties()
@@ -402,7 +403,7 @@ private:
         m_bus.settle();
         const std::vector<WireMessage> said = m_bus.taken();
         require(said.size() == 1 && said[0].answered == serial && said[0].signature == "a{sv}",
-                "the item tells its properties");
+                "the item returns its properties");
         return said[0].body;
     }
 
@@ -417,7 +418,7 @@ private:
     std::vector<std::string> m_expectedEffects;
 };
 
-/// Icons are painted, which needs an application; it needs no display.
+/// Painting the icon needs an application object, but no display.
 Bench& bench()
 {
     static int argumentCount = 1;

@@ -4,12 +4,12 @@ namespace tallyfox {
 
 namespace {
 
-constexpr int deepest = 24; ///< of types in types and of variants in variants: libraries refuse 32 and 64
-constexpr std::size_t largest = 65'536; ///< of a message, roughly: a repeated large one is no news
+constexpr int deepest = 24; ///< nesting of types and of variants: libraries refuse 32 and 64
+constexpr std::size_t largest = 65'536; ///< rough size of a message: larger ones find nothing new
 constexpr std::size_t longestType = 200; ///< 255 are allowed
-constexpr std::string_view basicTypes = "sybnqiuxtdoghv"; ///< variants last: they hold others
+constexpr std::string_view basicTypes = "sybnqiuxtdoghv"; ///< the variant last, because it holds other types
 
-/// Words that somebody in the program looks for.
+/// Words with a meaning to the program.
 constexpr std::string_view words[] = {"show",
                                       "toggle",
                                       "settings",
@@ -23,7 +23,7 @@ constexpr std::string_view words[] = {"show",
                                       "org.tallyfox.tallyfox",
                                       "org.freedesktop.portal.Desktop"};
 
-/// Characters of one to four bytes, with those at the edges of what is allowed.
+/// Characters of one to four bytes, with those at the limits of the encoding.
 constexpr std::string_view characters[] = {"a",
                                            "%",
                                            "\xC2\x80",
@@ -84,7 +84,7 @@ void writeVariant(FuzzInput& input, WireWriter& writer, int depth)
 void writeArray(FuzzInput& input, WireWriter& writer, std::string_view element, int depth)
 {
     std::size_t count = input.below(5);
-    if (element == "y" && input.byte() == 255) // long ones, of what needs no input
+    if (element == "y" && input.byte() == 255) // a long one, of elements that need no input
         count = 20'000;
     writer.array(alignmentOf(element.front()), [&] {
         for (std::size_t place = 0; place < count && writer.bytes().size() < largest; ++place) {
@@ -94,7 +94,7 @@ void writeArray(FuzzInput& input, WireWriter& writer, std::string_view element, 
     });
 }
 
-/// A structure, or a pair of a dictionary.
+/// A structure, or an entry of a dictionary.
 void writeStructure(FuzzInput& input, WireWriter& writer, std::string_view& types, int depth)
 {
     writer.align(8);

@@ -2,21 +2,16 @@
 
 #include "FuzzSupport.h"
 #include "Tallyfox/Agent/Bus/PortalRequest.h"
+#include "Tallyfox/Agent/Bus/ServiceCall.h"
 #include "Tallyfox/Agent/Desktop/NotificationCenter.h"
 #include "Tallyfox/Agent/KeepAwake/InhibitionRequest.h"
 #include "Tallyfox/Agent/Shortcut/PortalShortcut.h"
 
 namespace tallyfox {
 
-namespace {
-
-constexpr std::chrono::hours noLimit{1}; ///< time is for other tests
-
-} // namespace
-
 BusClient::BusClient(BusClientKind kind, const QDBusConnection& bus)
     : m_kind(kind)
-    , m_inhibitor(makeSleepInhibitor([bus] { return bus; }, [bus] { return bus; }, noLimit))
+    , m_inhibitor(makeSleepInhibitor([bus] { return bus; }, [bus] { return bus; }, noTimeout))
 {
     make(bus);
 }
@@ -68,13 +63,14 @@ void BusClient::make(const QDBusConnection& bus)
         m_shortcut = &keep(std::make_unique<PortalShortcut>(bus));
         QObject::connect(m_shortcut, &PortalShortcut::activated, m_shortcut, [this] { ++m_activated; });
         QObject::connect(m_shortcut, &PortalShortcut::boundChanged, m_shortcut, [this](bool isBound) {
-            require(isBound != std::exchange(m_wasBound, isBound), "a change of the binding is one");
+            require(isBound != std::exchange(m_wasBound, isBound), "the binding has changed when it is reported");
         });
         break;
     case BusClientKind::statusNotifierWatch:
         m_watch = &keep(std::make_unique<StatusNotifierWatch>(bus));
         QObject::connect(m_watch, &StatusNotifierWatch::hostChanged, m_watch, [this] {
-            require(m_watch->host() != std::exchange(m_toldHost, m_watch->host()), "a change of the host is one");
+            require(m_watch->host() != std::exchange(m_toldHost, m_watch->host()),
+                    "the host has changed when it is reported");
         });
         break;
     case BusClientKind::notificationCenter:
@@ -126,7 +122,7 @@ void BusClient::ask()
     const std::size_t place = m_completions.size();
     m_completions.push_back(-1);
     m_center->requestAuthorization({.alert = true, .sound = true}, [this, place](bool granted) {
-        require(m_completions[place] == -1, "a question is answered once");
+        require(m_completions[place] == -1, "a completion is called once");
         m_completions[place] = granted ? 1 : 0;
     });
 }

@@ -25,7 +25,7 @@ enum class BusClientKind {
 };
 inline constexpr std::size_t busClientKinds = 9;
 
-/// One of the program's clients of services on the bus, and how often it has told what.
+/// One of the program's clients of bus services, and a count of what it has reported.
 class BusClient {
 public:
     BusClient(BusClientKind kind, const QDBusConnection& bus);
@@ -33,7 +33,7 @@ public:
     BusClient(const BusClient&) = delete;
     BusClient& operator=(const BusClient&) = delete;
 
-    /// Ends the client, not the calls that it has left under way.
+    /// Destroys the client, but not its pending calls.
     void end();
     [[nodiscard]] bool isThere() const
     {
@@ -43,12 +43,12 @@ public:
     {
         return m_kind;
     }
-    /// Whether it asks for one thing, which it gets or not.
+    /// Whether it is a single request, which is granted or not.
     [[nodiscard]] bool isRequest() const
     {
         return m_kind <= BusClientKind::sleepInhibitor;
     }
-    /// The service on which a request depends; empty where there are several.
+    /// The service that a request depends on; empty with several.
     [[nodiscard]] std::string_view service() const;
 
     [[nodiscard]] int granted() const
@@ -67,7 +67,7 @@ public:
     }
     /// Of a watch.
     [[nodiscard]] StatusNotifierHost host() const;
-    /// Of a notification centre, which is asked here once more; -1 for the requests it has not answered yet.
+    /// Makes another request to a notification center.
     void ask();
     [[nodiscard]] const std::vector<int>& completions() const
     {

@@ -53,7 +53,7 @@ void ClientModel::setWatcher(const std::string& owner)
     m_host = owner.empty() ? StatusNotifierHost::absent : StatusNotifierHost::unknown;
 }
 
-/// An owner is told of the item at once, and then again when it was not ready.
+/// Each owner is called at once, and again when it was not ready.
 unsigned ClientModel::appointmentOf(const WireMessage& call)
 {
     if (call.member == "RegisterStatusNotifierItem" && m_registrations < m_appointments)
@@ -92,25 +92,25 @@ void ClientModel::judge(const BusClient& client, const std::vector<AskedCall>& a
         judgeWatch(client, asked);
     require(!client.isBound() || ledger.openSessions() == 1, "a shortcut is bound by one session");
     require(ledger.openSessions() <= 1, "there is one session at a time");
-    require(client.completions() == m_completions, "who asks is told what the service says");
+    require(client.completions() == m_completions, "completions report the replies of the service");
 }
 
 void ClientModel::judgeRequest(const BusClient& client) const
 {
-    require(client.granted() <= std::min(1, m_grants), "a grant is told once, if there is one");
-    require(client.failed() <= std::min(1, m_reasonsToFail), "a failure is told once, and has a reason");
+    require(client.granted() <= std::min(1, m_grants), "a grant is reported once, if there is one");
+    require(client.failed() <= std::min(1, m_reasonsToFail), "a failure is reported once, and has a reason");
     if (client.kind() == BusClientKind::sleepInhibitor)
-        return; // which service it has asked when is its own
-    require(client.granted() == std::min(1, m_grants) || client.failed() > 0, "a grant is told");
-    require(client.failed() == std::min(1, m_reasonsToFail), "a failure is told");
+        return; // in what order it asks the services is up to it
+    require(client.granted() == std::min(1, m_grants) || client.failed() > 0, "a grant is reported");
+    require(client.failed() == std::min(1, m_reasonsToFail), "a failure is reported");
 }
 
 void ClientModel::judgeWatch(const BusClient& client, const std::vector<AskedCall>& asked) const
 {
-    require(client.host() == m_host, "the panel is where the watcher says");
+    require(client.host() == m_host, "the host is what the watcher has reported");
     const auto questions = std::ranges::count_if(
         asked, [this](const AskedCall& one) { return one.call.member == "Get" && isOpen(one) && isToWatcher(one); });
-    require(questions <= 1, "a watcher is asked one question at a time");
+    require(questions <= 1, "a watcher gets one call at a time");
 }
 
 } // namespace tallyfox

@@ -8,21 +8,21 @@
 
 namespace tallyfox {
 
-/// What a client has been told, as far as its documentation makes something of it, and what it then has to say.
+/// What a client has received that matters by its documentation, and what it has to report then.
 class ClientModel {
 public:
     /// The first answer to one of the calls; `isGrant` as the ledger sees it.
     void noteAnswer(const BusClient& client, const std::vector<AskedCall>& all, AskedCall& asked,
                     const WireMessage& answer, bool isGrant);
-    /// A response of the portal that has answered. The first counts.
+    /// A response of the portal that has replied. Only the first counts.
     void noteResponse(AskedCall& asked, bool isGrant);
-    /// What the bus says of a name.
+    /// A change of the owner of a name.
     void noteOwner(const BusClient& client, const std::string& name, const std::string& before,
                    const std::string& after);
-    /// Which of the watcher's owners a new call of the program means.
+    /// Which of the watchers a new call of the program is for.
     unsigned appointmentOf(const WireMessage& call);
 
-    /// Requires of the client what is promised.
+    /// Checks the client against the model.
     void judge(const BusClient& client, const std::vector<AskedCall>& asked, const GrantLedger& ledger);
 
 private:
@@ -32,7 +32,7 @@ private:
     void noteWatchersAnswer(const AskedCall& asked, const WireMessage& answer);
     [[nodiscard]] bool isToWatcher(const AskedCall& asked) const;
 
-    int m_grants = 0; ///< that a request should take for one
+    int m_grants = 0; ///< that a request should accept
     int m_reasonsToFail = 0;
     bool m_isWatcherKnown = false;
     std::string m_watcher; ///< the owner of the name of the watcher of status notifiers

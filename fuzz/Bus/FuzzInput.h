@@ -7,7 +7,7 @@
 
 namespace tallyfox {
 
-/// Decisions, taken from the bytes of the fuzzer one after the other; zeros when they have run out.
+/// Decisions, made from the fuzzer's bytes in order; zeros when they have run out.
 class FuzzInput {
 public:
     explicit FuzzInput(std::string_view bytes)
@@ -35,7 +35,7 @@ public:
     {
         return byte() % end;
     }
-    /// Of any size, though small ones come more easily.
+    /// Any number; small ones are likelier.
     std::uint64_t number()
     {
         const std::size_t length = below(9);

@@ -15,7 +15,7 @@ namespace {
 template <typename Set, typename Value> void takeOut(Set& set, const Value& value)
 {
     const auto found = set.find(value);
-    require(found != set.end(), "only what was given is given back, and once");
+    require(found != set.end(), "only what was granted is given back, and once");
     set.erase(found);
 }
 
@@ -38,7 +38,7 @@ bool isLoginCall(const WireMessage& call)
 
 std::string expectedHandle(const WireMessage& call)
 {
-    constexpr std::string_view key = "handle_token"; // the first of the options, a text in a variant
+    constexpr std::string_view key = "handle_token"; // the first option, a string in a variant
     const std::size_t place = call.body.find(key);
     if (!isPortalCall(call) || place == std::string::npos)
         return {};

@@ -11,16 +11,16 @@
 
 namespace tallyfox {
 
-/// A call of the program that a peer may answer.
+/// A call of the program, to be answered by a peer.
 struct AskedCall {
     WireMessage call;
-    bool isAnswered = false; ///< further answers mean nothing
-    std::string portal{}; ///< who has answered, where a portal has given a handle
-    std::string handle{}; ///< which; before the answer the one that is expected
+    bool isAnswered = false; ///< further replies are ignored
+    std::string portal{}; ///< the sender of a reply with a handle
+    std::string handle{}; ///< the handle; before the reply the expected one
     std::optional<std::pair<std::string, bool>>
-        early{}; ///< the last response before the handle: whose, and whether it grants
+        early{}; ///< the last response before the reply: its sender, and whether it grants
     bool isDecided = false; ///< by a response of that portal
-    unsigned appointment = 0; ///< which of the owners of a watcher's name is meant
+    unsigned appointment = 0; ///< which of the watchers it is for
 };
 
 inline bool isOpen(const AskedCall& asked)
@@ -32,24 +32,24 @@ bool isPortalCall(const WireMessage& call);
 bool isCookieCall(const WireMessage& call);
 bool isLoginCall(const WireMessage& call);
 
-/// Where a portal that keeps to its protocol has the request of `call`; empty for other calls.
+/// The handle of the request of `call` in a portal that follows its protocol; empty for other calls.
 std::string expectedHandle(const WireMessage& call);
 
-/// What the services have given to the program: all of it is to be given back.
+/// What the services have granted: the program must give all of it back.
 class GrantLedger {
 public:
-    /// Takes the first answer to a call; whether it grants what was asked for.
+    /// Records the first reply to a call; returns whether it is a grant.
     bool noteAnswer(const AskedCall& asked, const WireMessage& answer, bool hasDescriptor);
-    /// Takes a call; one that gives something back has to give back what is there.
+    /// Records a call. One that gives something back must give back what was granted.
     void noteCall(const WireMessage& call);
-    /// A descriptor to be given to the program, with which nobody but the ledger knows whether it is open.
+    /// A descriptor for the program; the ledger keeps the other end to see whether it is open.
     FileDescriptor newDescriptor();
-    /// Sessions of the portal that the program has and has not closed.
+    /// Sessions of the portal that the program has not closed.
     [[nodiscard]] std::size_t openSessions() const
     {
         return m_sessions.size();
     }
-    /// Whether nothing is left with the program; descriptors apart.
+    /// Whether all but descriptors has been given back.
     [[nodiscard]] bool isBalanced() const;
     [[nodiscard]] bool areDescriptorsClosed() const;
 

@@ -18,7 +18,7 @@ namespace tallyfox {
 namespace {
 
 constexpr int hangGuard = 5000; ///< ms
-constexpr int roundsOfEvents = 4; ///< what an event queues is handled, and what that queues, and so on
+constexpr int roundsOfEvents = 4; ///< an event may queue another, and so on
 
 std::string textBody(std::string_view text)
 {
@@ -34,7 +34,7 @@ std::string numberBody(std::uint32_t number)
     return writer.bytes();
 }
 
-/// No file, so nothing is left over; each process has its own.
+/// An abstract address leaves no file behind.
 QByteArray newAddress()
 {
     static int count = 0;
@@ -69,7 +69,7 @@ void sendBytes(int socket, std::string_view bytes, int descriptor = -1)
     while (part.iov_len > 0) {
         const ssize_t count = sendmsg(socket, &header, MSG_NOSIGNAL);
         if (count <= 0)
-            return; // the program has closed the connection: whoever looks for an answer will see
+            return; // the program has closed the connection, and will not reply
         part.iov_base = static_cast<char*>(part.iov_base) + count;
         part.iov_len -= static_cast<std::size_t>(count);
         header.msg_control = nullptr;
@@ -87,7 +87,7 @@ HostileBus::HostileBus()
     m_server = std::thread{[this] { serve(); }};
     m_name = QString::fromLatin1(address);
     m_connection = QDBusConnection::connectToBus(QStringLiteral("unix:abstract=") + m_name, m_name);
-    require(m_connection.isConnected(), "a bus that is there lets the program in");
+    require(m_connection.isConnected(), "the program can connect");
     settle();
 }
 
@@ -109,7 +109,7 @@ void HostileBus::serve()
     m_ponged.notify_all();
 }
 
-/// Anybody: what the program says of itself here is the library's.
+/// Accepts any credentials: they are sent by the library.
 bool HostileBus::letIn()
 {
     std::string line;
@@ -163,7 +163,7 @@ bool HostileBus::answersItself(const WireMessage& message)
         m_matches.insert(message.textAt(0));
         answer(message, "", {});
     } else if (message.member == "RemoveMatch") {
-        // The library also gives up what it has never asked for, which a bus ignores.
+        // The library also removes rules it has never added, which a bus ignores.
         if (const auto found = m_matches.find(message.textAt(0)); found != m_matches.end())
             m_matches.erase(found);
         answer(message, "", {});
@@ -174,7 +174,7 @@ bool HostileBus::answersItself(const WireMessage& message)
             ++m_namesHeld;
         answer(message, m_nameAnswer == 0 ? "s" : "u", m_nameAnswer == 0 ? textBody("no") : numberBody(m_nameAnswer));
     } else {
-        require(false, "the program asks the bus for nothing else");
+        require(false, "the program calls nothing else on the bus");
     }
     return true;
 }
@@ -200,7 +200,7 @@ std::uint32_t HostileBus::send(WireMessage message, int descriptor)
     return message.serial;
 }
 
-/// The library answers by itself and in order: it has then seen all that was sent before, and has sent all before it.
+/// The library replies itself, and in order: it has then handled all earlier messages, and sent all its own.
 void HostileBus::ping()
 {
     WireMessage message{.path = "/", .interface = "org.freedesktop.DBus.Peer", .member = "Ping"};
@@ -264,7 +264,7 @@ void HostileBus::hangUp()
     bool isKnown = false;
     QObject::connect(&watcher, &BusDisconnectWatcher::disconnected, &watcher, [&isKnown] { isKnown = true; });
     shutdown(m_peer.get(), SHUT_RDWR);
-    require(QTest::qWaitFor([&isKnown] { return isKnown; }, hangGuard), "the program hears of the end of its bus");
+    require(QTest::qWaitFor([&isKnown] { return isKnown; }, hangGuard), "the program notices the lost connection");
     passEvents();
 }
 

@@ -13,10 +13,10 @@
 
 namespace tallyfox {
 
-/// A session bus inside of this process, and everybody on it: it passes on whatever a target wants to have said, by
-/// whomever, and keeps what the program says. Its own thread receives, so that the program may wait for it.
+/// A session bus inside this process, with all its peers: sends what a target wants, from any sender, and keeps what
+/// the program sends. It receives in a thread of its own, so that the program may block.
 ///
-/// What the program asks the bus itself is answered as a bus does. Only who owns a name is left to the target.
+/// Calls to the bus are answered as a bus does, except that the target decides who owns a name.
 class HostileBus {
 public:
     HostileBus();
@@ -24,7 +24,7 @@ public:
     HostileBus(const HostileBus&) = delete;
     HostileBus& operator=(const HostileBus&) = delete;
 
-    /// The program's.
+    /// The program's connection.
     [[nodiscard]] const QDBusConnection& connection() const
     {
         return m_connection;
@@ -33,19 +33,19 @@ public:
     static constexpr std::string_view uniqueName = ":1.1";
     static constexpr std::string_view busName = "org.freedesktop.DBus";
 
-    /// Sends to the program; returns the serial under which an answer would come. A descriptor is duplicated.
+    /// Sends to the program; returns the serial of the message. A descriptor is duplicated.
     std::uint32_t send(WireMessage message, int descriptor = -1);
-    /// Waits until neither the program nor the bus has anything to do.
+    /// Waits until both the program and the bus are idle.
     void settle();
-    /// What the program has said since the last time, to others than the bus.
+    /// What the program has sent to peers since the last call.
     std::vector<WireMessage> taken();
-    /// The signals that the program wants, and how often it has asked for each.
+    /// The match rules of the program, as often as it has added each.
     std::multiset<std::string> matches();
-    /// What is answered to whoever wants a name: 1 it is theirs, 3 it is another's; 0 for an error.
+    /// The reply to RequestName: 1 it is theirs, 3 it is another's; 0 for an error.
     void setNameAnswer(std::uint32_t answer);
-    /// Names that are wanted, less those given back.
+    /// Names that are requested, less those released.
     int namesHeld();
-    /// Ends the connection under the program, which then knows.
+    /// Closes the connection, and waits until the program has noticed.
     void hangUp();
     [[nodiscard]] bool hasHungUp() const
     {
@@ -64,7 +64,7 @@ private:
 
     FileDescriptor m_listener;
     FileDescriptor m_peer;
-    std::string m_received; ///< and not understood yet
+    std::string m_received; ///< and not decoded yet
     std::mutex m_sending;
     std::uint32_t m_lastSerial = 0;
     std::mutex m_access; ///< to all of the following

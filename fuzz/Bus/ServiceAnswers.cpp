@@ -12,7 +12,7 @@ void set(WireMessage& message, std::string_view signature, const WireWriter& wri
     message.body = writer.bytes();
 }
 
-/// Some portals send a path, others a text.
+/// Some portals send an object path, others a string.
 void writeSession(FuzzInput& input, WireWriter& writer)
 {
     const std::string path = "/org/freedesktop/portal/desktop/session/1_1/s" + std::to_string(input.byte());

@@ -5,12 +5,12 @@
 
 namespace tallyfox {
 
-/// What services answer that keep to their protocols, whatever they say. The rest of the input says what.
+/// Replies of services that follow their protocols; the input decides what they contain.
 namespace ServiceAnswers {
 
-/// The answer to a call; returns whether a descriptor comes with it.
+/// The reply to a call; returns whether it has a descriptor.
 bool fill(FuzzInput& input, const AskedCall& asked, WireMessage& answer);
-/// A portal's decision about a request: mostly consent, with what was asked for.
+/// A portal's response to a request: mostly consent, with what was requested.
 void fillResponse(FuzzInput& input, const AskedCall& asked, WireMessage& response);
 
 } // namespace ServiceAnswers

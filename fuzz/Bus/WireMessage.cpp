@@ -81,7 +81,7 @@ std::string* textField(WireMessage& message, std::uint8_t field)
     }
 }
 
-/// Reads the field at `place`, which is moved behind it.
+/// Reads the field at `place`, and moves `place` behind it.
 void readField(WireMessage& message, std::string_view bytes, std::size_t& place)
 {
     const auto field = static_cast<std::uint8_t>(bytes[place]);

@@ -7,14 +7,14 @@
 
 namespace tallyfox {
 
-/// One message of a bus, its body as it goes over the wire.
+/// One message on a bus, its body in wire format.
 struct WireMessage {
     enum class Kind : std::uint8_t { call = 1, answer = 2, error = 3, signal = 4 };
     static constexpr std::uint8_t noAnswerWanted = 1;
 
     Kind kind = Kind::call;
     std::uint8_t flags = 0;
-    std::uint32_t serial = 0; ///< given by the bus's end when it sends
+    std::uint32_t serial = 0; ///< set when it is sent
     std::uint32_t answered = 0; ///< the serial of the call
     std::string path{};
     std::string interface { };
@@ -41,10 +41,10 @@ struct WireMessage {
 
 std::string encoded(const WireMessage& message);
 
-/// How long the message is of which `bytes` are the beginning; nothing while that cannot be told.
+/// The length of the message that begins with `bytes`; nothing when there are too few to know.
 std::optional<std::size_t> wireLength(std::string_view bytes);
 
-/// What the bus library of the program has sent: a whole message, which is well-formed.
+/// `bytes` must be one well-formed message.
 WireMessage decoded(std::string_view bytes);
 
 } // namespace tallyfox

@@ -6,7 +6,7 @@
 
 namespace tallyfox {
 
-/// Values as they go over the wire of a bus, little-endian. Whoever writes has to keep to the signature.
+/// Values in wire format, little-endian. The caller has to follow the signature.
 class WireWriter {
 public:
     [[nodiscard]] const std::string& bytes() const
