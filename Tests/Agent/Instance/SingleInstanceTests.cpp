@@ -25,21 +25,21 @@ using testing::ElementsAre;
 const QString id = QStringLiteral("org.tallyfox.tallyfox");
 
 /// How the processes find each other.
-enum class Way { bus, socket };
+enum class BackEnd { bus, socket };
 
-void PrintTo(Way way, std::ostream* out)
+void PrintTo(BackEnd backEnd, std::ostream* out)
 {
-    *out << (way == Way::bus ? "bus" : "socket");
+    *out << (backEnd == BackEnd::bus ? "bus" : "socket");
 }
 
-class SingleInstanceTest : public testing::TestWithParam<Way> {
+class SingleInstanceTest : public testing::TestWithParam<BackEnd> {
 protected:
     std::unique_ptr<Probe> start(const char* wish)
     {
         const QString bus = QStringLiteral("DBUS_SESSION_BUS_ADDRESS");
         return std::make_unique<Probe>(
             QStringLiteral(TALLYFOX_INSTANCE_PROBE), QStringList{QString::fromLatin1(wish)},
-            QStringList{GetParam() == Way::bus ? bus + QLatin1Char('=') + m_bus.address() : bus,
+            QStringList{GetParam() == BackEnd::bus ? bus + QLatin1Char('=') + m_bus.address() : bus,
                         QStringLiteral("XDG_RUNTIME_DIR=") + m_folder.path()});
     }
 
@@ -62,8 +62,8 @@ protected:
     QTemporaryDir m_folder;
 };
 
-INSTANTIATE_TEST_SUITE_P(Ways, SingleInstanceTest, testing::Values(Way::bus, Way::socket),
-                         [](const auto& way) { return testing::PrintToString(way.param); });
+INSTANTIATE_TEST_SUITE_P(BackEnds, SingleInstanceTest, testing::Values(BackEnd::bus, BackEnd::socket),
+                         [](const auto& backEnd) { return testing::PrintToString(backEnd.param); });
 
 TEST_P(SingleInstanceTest, firstStartIsTheAgentAndGetsTheOthersActions)
 {
