@@ -73,10 +73,10 @@ void StatusNotifierWatch::requestOwner()
                                                        QStringLiteral("GetNameOwner"));
     call << watcherName();
     m_ownerCall = std::make_unique<QDBusPendingCallWatcher>(m_bus.asyncCall(call));
-    connect(m_ownerCall.get(), &QDBusPendingCallWatcher::finished, this, &StatusNotifierWatch::handleOwner);
+    connect(m_ownerCall.get(), &QDBusPendingCallWatcher::finished, this, &StatusNotifierWatch::handleOwnerReply);
 }
 
-void StatusNotifierWatch::handleOwner()
+void StatusNotifierWatch::handleOwnerReply()
 {
     const QDBusPendingReply<QString> reply = *m_ownerCall;
     if (m_host == StatusNotifierHost::unknown && m_owner.isEmpty())
@@ -113,10 +113,10 @@ void StatusNotifierWatch::registerItem()
     call << m_bus.baseService();
     m_registrationCall = std::make_unique<QDBusPendingCallWatcher>(m_bus.asyncCall(call));
     connect(m_registrationCall.get(), &QDBusPendingCallWatcher::finished, this,
-            &StatusNotifierWatch::handleRegistration);
+            &StatusNotifierWatch::handleRegistrationReply);
 }
 
-void StatusNotifierWatch::handleRegistration()
+void StatusNotifierWatch::handleRegistrationReply()
 {
     if (!m_registrationCall->isError()) {
         m_isRegistered = true;
@@ -150,10 +150,10 @@ void StatusNotifierWatch::requestHost()
     call << watcherName() << QStringLiteral("IsStatusNotifierHostRegistered");
     m_isReplyStale = false;
     m_hostCall = std::make_unique<QDBusPendingCallWatcher>(m_bus.asyncCall(call));
-    connect(m_hostCall.get(), &QDBusPendingCallWatcher::finished, this, &StatusNotifierWatch::handleHost);
+    connect(m_hostCall.get(), &QDBusPendingCallWatcher::finished, this, &StatusNotifierWatch::handleHostReply);
 }
 
-void StatusNotifierWatch::handleHost()
+void StatusNotifierWatch::handleHostReply()
 {
     const QDBusPendingReply<QDBusVariant> reply = *m_hostCall;
     const QVariant isThere = reply.isValid() ? reply.value().variant() : QVariant{};

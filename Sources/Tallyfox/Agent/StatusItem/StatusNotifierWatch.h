@@ -45,12 +45,12 @@ private Q_SLOTS: // called by the bus
 private:
     void connectSignals();
     void requestOwner();
-    void handleOwner();
+    void handleOwnerReply();
     void setOwner(const QString& owner);
     void registerItem();
-    void handleRegistration();
+    void handleRegistrationReply();
     void requestHost();
-    void handleHost();
+    void handleHostReply();
     void setHost(StatusNotifierHost host);
 
     QDBusConnection m_bus;

@@ -39,8 +39,8 @@ TrayManagerWatch::TrayManagerWatch(QObject* parent)
 {
     if (m_connection == nullptr)
         return;
-    m_notification.setSingleShot(true);
-    connect(&m_notification, &QTimer::timeout, this, &TrayManagerWatch::managerChanged);
+    m_changeTimer.setSingleShot(true);
+    connect(&m_changeTimer, &QTimer::timeout, this, &TrayManagerWatch::managerChanged);
     m_selection = x11Atom(m_connection, selectionName());
     m_announcement = x11Atom(m_connection, QByteArrayLiteral("MANAGER"));
     qGuiApp->installNativeEventFilter(this); // removed by its destructor
@@ -61,7 +61,7 @@ void TrayManagerWatch::setManager(quint32 window)
     if (window == m_manager)
         return;
     m_manager = window;
-    m_notification.start();
+    m_changeTimer.start();
 }
 
 /// Trays announce themselves to the root window, whose messages Qt selects anyway.

@@ -36,7 +36,7 @@ private:
     quint32 m_selection = 0;
     quint32 m_announcement = 0;
     quint32 m_manager = 0;
-    QTimer m_notification;
+    QTimer m_changeTimer;
 };
 
 } // namespace tallyfox
