@@ -42,7 +42,7 @@ struct Badge {
     std::string_view detail;
 };
 
-/// The first row that applies wins. A kept quota that is not stale connects nothing: only a fresh one does.
+/// The first case that applies wins. Only a quota fetched by this update counts as connected, not one that was kept.
 Badge chooseBadge(const ProviderUpdate& update, const ProviderState& next)
 {
     if (next.isQuotaStale)
@@ -123,7 +123,7 @@ std::optional<std::int64_t> combinedPercent(const std::vector<ProviderState>& st
         if (!state.quota)
             continue;
         const double percent = state.quota->primary.usedPercent;
-        if (std::isnan(percent)) // would lose every comparison, and with it be passed over in silence
+        if (std::isnan(percent)) // std::max would silently ignore it
             stopProgram("the quota percentage is no number that 64 bits hold");
         highest = highest ? std::max(*highest, percent) : percent;
     }

@@ -11,20 +11,20 @@
 
 namespace tallyfox {
 
-/// How well a provider's data source does; the raw value is the label of its badge.
+/// The condition of a provider's data source; the raw value is the label of its badge.
 enum class SourceHealth { connected, localOnly, stale, permissionRequired, unavailable };
 
 /// "Connected", "Local history", "Stale", "Permission" or "Unavailable".
 std::string_view rawValue(SourceHealth health);
 
-/// Everything shown about one provider. Never changed, only replaced whole.
+/// Everything shown about one provider. Never modified, only replaced as a whole.
 struct ProviderState {
     Provider provider = Provider::claude;
-    std::optional<QuotaSnapshot> quota; ///< the newest one obtained, possibly before a failed fetch
-    UsageSummary summary; ///< never absent: an empty summary stands in
+    std::optional<QuotaSnapshot> quota; ///< the latest one obtained, possibly before a failed fetch
+    UsageSummary summary; ///< an empty one before the first scan
     SourceHealth health = SourceHealth::unavailable;
-    std::string detail; ///< one line, shown under or beside the badge
-    Instant updatedAt = distantPast; ///< when the data were last obtained; `distantPast` for never
+    std::string detail; ///< one line, shown next to the badge
+    Instant updatedAt = distantPast; ///< when data were last obtained; `distantPast` for never
     bool isPartialHistory = false; ///< the history scan could not read everything
     bool isQuotaStale = false; ///< `quota` was kept after a failed fetch
 
@@ -40,26 +40,26 @@ struct ProviderState {
 /// The state before the first refresh: no quota, an empty summary, "Waiting for first refresh".
 ProviderState initialState(Provider provider, Instant now, const Calendar& calendar);
 
-/// What loading one provider once brought.
+/// The result of loading one provider once.
 struct ProviderUpdate {
     Provider provider = Provider::claude;
     std::optional<UsageSummary> summary; ///< absent when the scan was impossible or failed
     bool isPartialHistory = false; ///< the scan's flag; false without a summary
-    bool historyPermissionRequired = false; ///< no authorized home folder was there to scan
-    std::optional<QuotaSnapshot> quota; ///< freshly fetched; absent where there is none to fetch
+    bool historyPermissionRequired = false; ///< there was no authorized home folder to scan
+    std::optional<QuotaSnapshot> quota; ///< as fetched by this load; absent for a provider without a quota
     bool quotaFailed = false; ///< a fetch was attempted and failed
     Instant attemptedAt = distantPast; ///< when the load finished
 
     friend bool operator==(const ProviderUpdate&, const ProviderUpdate&) = default;
 };
 
-/// The next state of a provider. Keeps the last good quota and summary, marks a quota that outlived a failed fetch
-/// as stale, and chooses health and detail. `now` and `calendar` serve the empty summary alone.
+/// The next state of a provider. Keeps the last good quota and summary, marks a quota kept after a failed fetch as
+/// stale, and chooses health and detail. `now` and `calendar` are only used for an empty summary.
 ProviderState merge(const ProviderUpdate& update, const ProviderState* previous, Instant now, const Calendar& calendar);
 
-/// The highest primary percentage of all states that have a quota, stale ones included, rounded to the nearest
-/// integer, halves away from zero, not clamped; nothing without a quota. A percentage that is not finite or does not
-/// fit 64 bits is a programming error and ends the program.
+/// The highest primary percentage of all quotas, including stale ones, rounded to the nearest integer, halves away from
+/// zero, and not clamped; nothing without a quota. A percentage that is not finite or does not fit 64 bits is a
+/// programming error and ends the program.
 std::optional<std::int64_t> combinedPercent(const std::vector<ProviderState>& states);
 
 } // namespace tallyfox

@@ -13,14 +13,14 @@ namespace tallyfox {
 
 namespace {
 
-constexpr std::chrono::milliseconds partingTime{250}; ///< for loads that are asked to stop
+constexpr std::chrono::milliseconds stopTimeout{250}; ///< for loads that were asked to stop
 
 std::size_t toIndex(Provider provider)
 {
     return static_cast<std::size_t>(provider);
 }
 
-/// The last resort of a load: a step that throws has brought nothing.
+/// The result of `step`, or nothing if it throws.
 template <typename Step> auto valueOrNothing(const Step& step) noexcept -> std::optional<decltype(step())>
 {
     try {
@@ -68,7 +68,7 @@ ProviderUpdate loadProvider(Provider provider, const StoreEnvironment& environme
     return update;
 }
 
-/// The update of a load that could not even be started.
+/// The update of a load that could not be started.
 ProviderUpdate failedLoad(Provider provider, const StoreEnvironment& environment) noexcept
 {
     ProviderUpdate update;
@@ -109,8 +109,8 @@ public:
         if (!isComplete())
             return;
         m_completed.notify_all();
-        // Under the lock, so that the receiver cannot go meanwhile. The event carries nothing: whatever is passed
-        // between the threads is passed under this lock.
+        // Under the lock, so that the receiver cannot be destroyed meanwhile. The event carries no data: everything
+        // that the threads exchange is guarded by this lock.
         if (m_receiver)
             QCoreApplication::postEvent(m_receiver, new QEvent{QEvent::User});
     }
@@ -156,7 +156,7 @@ RefreshRun::RefreshRun(const StoreEnvironment& environment, QObject* receiver)
         auto load = [provider, own = StoreEnvironment{environment}, calendar = m_calendar, mailbox = m_mailbox,
                      stop = m_stop.get_token()]() mutable {
             ProviderUpdate update = loadProvider(provider, own, calendar, stop);
-            own = {}; // nothing of the outside world is held any more when the update is out
+            own = {}; // release the environment before anyone sees the update
             mailbox->deliver(std::move(update));
         };
         try {
@@ -170,7 +170,7 @@ RefreshRun::RefreshRun(const StoreEnvironment& environment, QObject* receiver)
 RefreshRun::~RefreshRun()
 {
     abandon();
-    const bool isComplete = m_mailbox->waitUntilComplete(partingTime);
+    const bool isComplete = m_mailbox->waitUntilComplete(stopTimeout);
     for (std::thread& thread : m_threads) {
         if (!thread.joinable())
             continue;

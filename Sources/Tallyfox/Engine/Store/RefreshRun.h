@@ -15,7 +15,7 @@ class QObject;
 
 namespace tallyfox {
 
-/// What reading one provider's history in the granted home folder brought.
+/// The result of reading one provider's history in the granted home folder.
 struct HistoryScan {
     std::optional<LocalUsageScanResult> result; ///< absent when there was nothing to scan, or the scan failed
     bool permissionRequired = false; ///< no folder has been granted
@@ -28,11 +28,11 @@ std::filesystem::path historyRoot(Provider provider, const std::filesystem::path
 /// gives no result.
 HistoryScan scanHistory(Provider provider, const std::optional<std::filesystem::path>& home);
 
-/// The loads of one refresh, one for each provider, each on a thread of its own and all at the same time. When the
-/// last of them is done the receiver gets one custom event (`QEvent::User`) on its own thread. Main thread only.
+/// The loads of one refresh, one per provider, each on its own thread and all at the same time. When the last of them
+/// is done, the receiver gets one custom event (`QEvent::User`) on its own thread. Main thread only.
 ///
-/// A load can be stuck for as long as a stalled file system likes. So what the loads and this object share belongs to
-/// all of them: a load that is abandoned posts into something that nobody looks at any more.
+/// A stalled file system can block a load indefinitely. The loads therefore share ownership of the mailbox with this
+/// object: an abandoned load delivers into a mailbox that nobody reads.
 class RefreshRun {
 public:
     using Updates = std::array<ProviderUpdate, allProviders.size()>;
@@ -40,19 +40,19 @@ public:
     RefreshRun(const StoreEnvironment& environment, QObject* receiver);
     RefreshRun(const RefreshRun&) = delete;
     RefreshRun& operator=(const RefreshRun&) = delete;
-    /// Abandons the loads unless they are done: as `abandon`, then waits a quarter of a second at most.
+    /// Abandons the loads and waits for them, for at most 250 milliseconds.
     ~RefreshRun();
 
-    /// The calendar of the moment of the start, which the days of all updates are counted with.
+    /// The calendar at the start, with which the days of all updates are counted.
     [[nodiscard]] const Calendar& calendar() const
     {
         return m_calendar;
     }
 
-    /// The updates in the order of `allProviders`. Only after the event.
+    /// The updates in the order of `allProviders`. Only after the event; once.
     [[nodiscard]] Updates takeUpdates();
 
-    /// Asks the loads to stop; the receiver is not told any more.
+    /// Asks the loads to stop; the receiver gets no event.
     void abandon();
 
 private:

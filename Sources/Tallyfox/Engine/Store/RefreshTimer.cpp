@@ -35,7 +35,7 @@ void RefreshTimer::wake()
     }
     m_due += m_interval * ((now - m_due) / m_interval + 1);
     wait();
-    m_action(); // last: it may end in the destruction of this timer
+    m_action(); // last: it may destroy this timer
 }
 
 } // namespace tallyfox

@@ -35,7 +35,7 @@ bool storeGrant(const std::filesystem::path& userDefaults, const std::filesystem
     return token && UserDefaults{userDefaults}.setHomeFolderBookmark(*token);
 }
 
-/// The folder of zones, which systems without a fixed place for it give in `TZDIR`.
+/// Systems without a fixed folder of zones name it in `TZDIR`.
 Calendar::Database systemDatabase()
 {
     Calendar::Database database;

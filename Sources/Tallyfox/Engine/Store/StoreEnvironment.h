@@ -32,38 +32,38 @@ public:
     virtual void begin(const Request& request, Completion completion) = 0;
 };
 
-/// The outside world as the store sees it. The functions marked "any thread" are called from the load threads, several
-/// at a time, and may outlive the store by a load that cannot be interrupted: they must own what they use. The others
-/// are called on the main thread.
+/// The outside world as the store sees it. Functions marked "any thread" are called from several load threads at a time
+/// and may outlive the store, in a load that cannot be interrupted: they must own what they use. The others are called
+/// on the main thread.
 struct StoreEnvironment {
     std::function<Instant()> now; ///< any thread
     std::function<Calendar()> calendar; ///< the user's current calendar
     /// The granted home folder, resolved at each call; nothing without a valid grant. Any thread.
     std::function<std::optional<std::filesystem::path>()> authorizedHomeURL;
-    /// Fetches the Codex quota, blocking for at most 10 seconds; ends early on a stop request. Empty: no fetch is
-    /// attempted, which does not count as a failure. Any thread.
+    /// Fetches the Codex quota, blocking for at most 10 seconds; returns early on a stop request. May be empty: then no
+    /// fetch is attempted, which does not count as a failure. Any thread.
     std::function<std::variant<QuotaSnapshot, QuotaError>(std::stop_token)> fetchQuota;
-    /// Ends at once every child process that fetches have started, and keeps fetches from starting another. Called when
-    /// the store is destroyed; may be empty.
+    /// Ends every child process that fetches have started, and prevents fetches from starting another. Called when the
+    /// store is destroyed; may be empty.
     std::function<void()> endFetches;
     /// Stores a grant for a folder the user has chosen; returns whether that succeeded.
     std::function<bool(const std::filesystem::path&)> grantHome;
-    /// Where the folder picker starts.
+    /// The folder that the picker shows first.
     std::function<std::filesystem::path()> accountHome;
     HomeFolderPicker* picker = nullptr; ///< null where there is no display: requests are then ignored
 };
 
-/// The user's calendar now: the zone that `TZ` names; without `TZ`, the zone the system is set to. Where that is
-/// unknown, or its data cannot be used, the calendar is UTC, as for every other program. Reads everything at each call
-/// (a fraction of a millisecond), so that a changed setting takes effect at once. Any thread.
+/// The user's current calendar: the zone that `TZ` names; without `TZ`, the zone the system is set to; UTC where that
+/// is unknown or its data is unusable, as in every other program. Reads everything at each call (a fraction of a
+/// millisecond), so that a changed setting takes effect at once. Any thread.
 Calendar systemCalendar();
 
-/// The store's environment on the real machine: system clock and zone, and the grant in the preferences file
-/// `userDefaults`, or `home` in its place, which is not stored. Without quota and without picker.
+/// The environment on the real machine: system clock and zone, and the grant stored in the preferences file
+/// `userDefaults`. `home` replaces the grant without being stored. Without quota and picker.
 StoreEnvironment makeStoreEnvironment(const std::filesystem::path& userDefaults,
                                       const std::optional<std::filesystem::path>& home);
 
-/// Adds the quota that the user's own `codex` reports. Once in a program: it owns all child processes.
+/// Adds the quota that the user's own `codex` reports. Call once: the environment then owns all child processes.
 void addCodexQuota(StoreEnvironment& environment);
 
 } // namespace tallyfox

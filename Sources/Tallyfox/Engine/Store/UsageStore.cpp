@@ -83,7 +83,7 @@ bool UsageStore::setHomeAccess(bool hasAccess)
     return assign(m_hasHomeAccess, hasAccess, &UsageStore::hasHomeAccessPublished, hasAccess);
 }
 
-/// Assigns and emits. False when an observer has destroyed the store: nothing of it may be touched then.
+/// Assigns and emits. Returns false when an observer has destroyed the store: no member may be used then.
 template <typename Value, typename Signal, typename... Arguments>
 bool UsageStore::assign(Value& property, Value value, Signal signal, Arguments... arguments)
 {
@@ -117,7 +117,7 @@ void UsageStore::requestHomeAccess()
         return;
     const HomeFolderPicker::Request request{.startFolder = m_environment.accountHome(),
                                             .message = std::string{accessMessage}};
-    // The dialog may outlive the store. The user's choice is kept even then.
+    // The dialog may outlive the store. The grant is stored even then.
     m_environment.picker->begin(request,
                                 [store = QPointer<UsageStore>{this}, grantHome = m_environment.grantHome](
                                     const std::optional<std::filesystem::path>& folder) {

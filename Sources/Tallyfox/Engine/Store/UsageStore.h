@@ -16,15 +16,14 @@ namespace tallyfox {
 
 class RefreshRun;
 
-/// The one observable store: loads both providers together on demand and on a timer, and publishes the results.
-/// Main thread only. Each assignment to a published property emits its signal, right after the assignment, also when
-/// the value is the same.
+/// Loads all providers together, on demand and on a timer, and publishes the results. Each assignment to a published
+/// property emits its signal right afterwards, even when the value is unchanged. Main thread only.
 class UsageStore : public QObject {
     Q_OBJECT
 
 public:
     explicit UsageStore(StoreEnvironment environment, QObject* parent = nullptr);
-    /// Never blocks on a load: asks both to stop and ends every child process they started.
+    /// Asks the loads to stop and ends every child process they started. Waits at most 250 milliseconds for them.
     ~UsageStore() override;
 
     [[nodiscard]] const std::vector<ProviderState>& states() const
@@ -48,19 +47,19 @@ public:
         return m_hasHomeAccess;
     }
 
-    /// All of these, with the calendar of the refresh that published them.
+    /// All of the above, with the calendar of the refresh that published them.
     [[nodiscard]] UsageSnapshot snapshot() const;
 
-    /// Starts one refresh and returns; does nothing while one is running.
+    /// Starts a refresh and returns; does nothing while one is running.
     void refresh();
-    /// Refreshes every `minutes` minutes (at least 1), the first time one whole interval from now.
+    /// Refreshes every `minutes` minutes (at least 1), first after one whole interval.
     void setRefreshInterval(std::int64_t minutes);
-    /// The armed interval; nothing before `setRefreshInterval`.
+    /// Nothing before `setRefreshInterval`.
     [[nodiscard]] std::optional<std::chrono::seconds> refreshInterval() const
     {
         return m_interval;
     }
-    /// Lets the user choose the home folder; the outcome arrives through `hasHomeAccess` and a refresh.
+    /// Lets the user choose the home folder; sets `hasHomeAccess` and refreshes afterwards.
     void requestHomeAccess();
 
 Q_SIGNALS:
@@ -71,7 +70,7 @@ Q_SIGNALS:
     void hasHomeAccessPublished(bool hasHomeAccess);
 
 protected:
-    void customEvent(QEvent* event) override; ///< the loads of a refresh are done
+    void customEvent(QEvent* event) override; ///< all loads of a refresh are done
 
 private:
     void publish(std::vector<ProviderState> states);
@@ -81,7 +80,7 @@ private:
     bool assign(Value& property, Value value, Signal signal, Arguments... arguments);
 
     StoreEnvironment m_environment;
-    Calendar m_calendar; ///< the one that the days of `m_states` were counted with
+    Calendar m_calendar; ///< with which the days of `m_states` were counted
     std::vector<ProviderState> m_states;
     bool m_isRefreshing = false;
     std::optional<Instant> m_lastUpdated;
