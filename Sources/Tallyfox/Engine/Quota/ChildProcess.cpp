@@ -16,7 +16,7 @@ std::error_code systemError(int number)
     return {number, std::system_category()};
 }
 
-/// Moves a descriptor out of the range of the standard ones, which the child's own would overwrite.
+/// Duplicates a descriptor in the range of the standard ones, which those of the child would overwrite.
 FileDescriptor moveAboveStandardDescriptors(FileDescriptor descriptor)
 {
     if (descriptor.get() > STDERR_FILENO)

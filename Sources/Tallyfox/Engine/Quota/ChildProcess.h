@@ -10,8 +10,8 @@
 
 namespace tallyfox {
 
-/// Both ends are closed in programs that are started meanwhile, and are never one of the standard descriptors, even
-/// when the program runs without those.
+/// A pipe whose ends are closed on exec, and are never one of the standard descriptors, even when the program was
+/// started without those.
 struct Pipe {
     FileDescriptor reader;
     FileDescriptor writer;
@@ -19,9 +19,9 @@ struct Pipe {
     static std::variant<Pipe, std::error_code> open();
 };
 
-/// Starts `executable` with one argument in a session and process group of its own, with no signal blocked or ignored.
-/// Standard error goes to the null device; environment and working folder are inherited. The error is the system's,
-/// also for a file that turns out not to be executable.
+/// Starts `executable` with one argument in its own session and process group, with no signal blocked or ignored.
+/// Standard error is the null device; environment and working directory are inherited. Returns the process id or the
+/// system's error, including that of a file that cannot be executed.
 std::variant<pid_t, std::error_code> spawnChild(const std::filesystem::path& executable, const std::string& argument,
                                                 const FileDescriptor& standardInput,
                                                 const FileDescriptor& standardOutput);

@@ -10,14 +10,14 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr auto terminationTimeout = 1s; ///< from the request to terminate until the group is killed
-constexpr auto groupTimeout = 250ms; ///< for the rest of the group, after its leader has exited
-constexpr auto finalTimeout = 100ms; ///< when everything has to end at once
+constexpr auto terminationTimeout = 1s; ///< from SIGTERM until the group is killed
+constexpr auto groupTimeout = 250ms; ///< for the rest of the group, once its leader has exited
+constexpr auto finalTimeout = 100ms; ///< from SIGTERM until SIGKILL in `endAll`, and from that until giving up
 constexpr auto pollInterval = 10ms;
 
 enum class LeaderState { running, exited, gone };
 
-/// Looks without reaping.
+/// Does not reap.
 LeaderState leaderState(pid_t leader)
 {
     siginfo_t info{};
@@ -31,15 +31,14 @@ bool hasExited(pid_t leader)
     return leaderState(leader) != LeaderState::running;
 }
 
-/// Signals the leader and its whole group; nobody when somebody else has reaped the leader, because its number
-/// may be a stranger's by then.
+/// Signals the whole group, unless somebody else has reaped the leader: its process id may have been reused then.
 void signalGroup(pid_t leader, int signal)
 {
     if (leaderState(leader) != LeaderState::gone)
         killpg(leader, signal);
 }
 
-/// False while the leader still runs.
+/// False while the leader is still running.
 bool reap(pid_t leader)
 {
     return waitpid(leader, nullptr, WNOHANG) != 0;
@@ -86,7 +85,7 @@ std::variant<ChildReaper::Child, std::error_code, ChildReaper::Ended> ChildReape
         if (m_isClosed)
             return Ended{};
     }
-    // Not under the lock: starting a program from a stalled file system blocks, and must block nobody else.
+    // Not under the lock: starting a program from a stalled file system blocks, and must not block other threads.
     const auto started = spawn();
     if (const auto* error = std::get_if<std::error_code>(&started))
         return *error;
@@ -119,7 +118,7 @@ void ChildReaper::startThread()
     if (m_threadRuns)
         return;
     if (m_thread.joinable())
-        m_thread.join(); // has left its loop already
+        m_thread.join(); // has already left its loop
     try {
         m_thread = std::thread{&ChildReaper::endInBackground, this};
         m_threadRuns = true;
@@ -151,7 +150,7 @@ bool ChildReaper::isEnding() const
     return std::any_of(m_groups.begin(), m_groups.end(), [](const Group& group) { return group.terminatedAt; });
 }
 
-/// Takes the next step of ending a group; true when nothing is left to do for it.
+/// Takes the next step in ending a group; true when nothing is left of it.
 bool ChildReaper::isGone(Group& group, Clock::time_point now)
 {
     if (!group.terminatedAt)
@@ -192,7 +191,7 @@ void ChildReaper::endAll()
         thread.join();
 }
 
-/// Kills and reaps. A leader that the kernel keeps busy beyond that is left to the system, for nobody may wait for it.
+/// Kills and reaps. A leader that is stuck in the kernel beyond the timeout is left to the system.
 void ChildReaper::endNow(std::vector<Group> groups)
 {
     for (const Group& group : groups)

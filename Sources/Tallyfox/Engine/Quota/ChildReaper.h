@@ -14,20 +14,20 @@
 
 namespace tallyfox {
 
-/// Sees to it that child processes end, whole process groups at a time, and that none is left as a zombie. A child
-/// belongs to the reaper from its start on, and its leader is not waited for by anybody else: as long as the leader
-/// stays unreaped its number, which is the group's, cannot be given to a stranger.
+/// Ends child processes, a whole process group at a time, and leaves no zombies. The reaper owns each child from its
+/// start; nobody else may wait for a group's leader: while the leader is not reaped, its process id, which is also the
+/// group's, cannot be reused.
 ///
-/// Any thread may use it. A thread of its own runs only while something is being ended.
+/// Any thread may use it. Its own thread runs only while a group is being ended.
 class ChildReaper {
 public:
-    /// Starts a child as the leader of a new process group; its process id, or the system's error.
+    /// Starts a child as the leader of a new process group; returns its process id, or the system's error.
     using Spawn = std::function<std::variant<pid_t, std::error_code>()>;
 
-    struct Ended { }; ///< `endAll` has been called: nothing may be started any more
+    struct Ended { }; ///< `endAll` has been called: nothing can be started any more
 
-    /// A running child. When the object goes, the child's group is told to terminate; what is still there a moment
-    /// later is killed in the background, so that nothing of the group is left 2 seconds afterwards.
+    /// A running child. Destroying it sends the group SIGTERM; the reaper kills what remains in the background, so that
+    /// nothing of the group is left after 2 seconds.
     class Child {
     public:
         Child(Child&& other) noexcept
@@ -55,17 +55,17 @@ public:
         pid_t m_processId;
     };
 
-    /// Makes the program's children waitable, in case whoever started it had it ignore their end (SIGCHLD).
+    /// Makes the program's children waitable, in case its parent process made it ignore SIGCHLD.
     ChildReaper();
     ChildReaper(const ChildReaper&) = delete;
     ChildReaper& operator=(const ChildReaper&) = delete;
-    /// As `endAll`. Every `Child` must be gone before.
+    /// Calls `endAll`. Every `Child` must have been destroyed before.
     ~ChildReaper();
 
     std::variant<Child, std::error_code, Ended> start(const Spawn& spawn);
 
-    /// Ends every group within about 100 milliseconds: told to terminate, then killed and reaped. Afterwards nothing
-    /// can be started any more.
+    /// Terminates every group, then kills and reaps it, within about 100 milliseconds. Afterwards nothing can be
+    /// started any more.
     void endAll();
 
 private:

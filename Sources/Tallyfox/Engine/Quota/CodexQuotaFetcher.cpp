@@ -26,7 +26,7 @@ namespace {
 
 using Outcome = std::variant<QuotaSnapshot, QuotaError>;
 
-constexpr std::int64_t rateLimitRequest = 2; ///< id of the request whose reply is wanted
+constexpr std::int64_t rateLimitRequest = 2; ///< id of the request for the rate limits
 constexpr std::string_view requests =
     R"({"method":"initialize","id":0,"params":{"clientInfo":{"name":"tallyfox","title":"Tallyfox","version":"0.1.0"}}})"
     "\n"
@@ -34,7 +34,7 @@ constexpr std::string_view requests =
     "\n"
     R"({"method":"account/rateLimits/read","id":2})"
     "\n";
-constexpr std::size_t maximumLineLength = std::size_t{1024} * 1024; ///< bytes; no reply comes near it
+constexpr std::size_t maximumLineLength = std::size_t{1024} * 1024; ///< bytes; far above any reply
 constexpr std::size_t pieceSize = std::size_t{64} * 1024; ///< bytes read at a time
 
 std::error_code lastError()
@@ -55,14 +55,14 @@ bool arm(const FileDescriptor& timer, std::chrono::milliseconds limit)
     return timerfd_settime(timer.get(), TFD_TIMER_ABSTIME, &setting, nullptr) == 0;
 }
 
-/// Waits for output of a child process, for the time limit and for a stop request at once, in one system call, so that
-/// no reader is ever left blocked. The limit runs from the construction on and counts the time the machine sleeps.
+/// Waits for output of a child process, the time limit and a stop request in one system call, so that a reader never
+/// blocks for longer. The limit starts at construction and includes system sleep.
 class ExchangeClock {
 public:
     struct Wake {
         bool isStopped = false; ///< a stop was requested
         bool isExpired = false; ///< the limit has passed
-        bool hasOutput = false; ///< reading will not block: there are bytes, or the end
+        bool hasOutput = false; ///< reading will not block: there is data, or the end
     };
 
     ExchangeClock(std::chrono::milliseconds limit, const std::stop_token& stop)
@@ -75,7 +75,7 @@ public:
             m_onStop.emplace(stop, [descriptor = m_stopped.get()] { eventfd_write(descriptor, 1); });
     }
 
-    /// Blocks until one of the three happens; the system's error when it cannot wait.
+    /// Blocks until one of the three happens; returns the system's error if it cannot wait.
     [[nodiscard]] std::variant<Wake, std::error_code> wait(const FileDescriptor& output) const
     {
         if (m_error)
@@ -106,7 +106,7 @@ bool isExecutableFile(const std::filesystem::path& path)
         && faccessat(AT_FDCWD, path.c_str(), X_OK, AT_EACCESS) == 0;
 }
 
-/// The outcome if `line` is the wanted reply. A byte that is no UTF-8 spoils its line alone.
+/// The outcome if `line` is the wanted reply. Invalid UTF-8 is repaired, so that it affects no other line.
 std::optional<Outcome> readReply(std::string_view line)
 {
     std::string repaired;
@@ -122,14 +122,14 @@ std::optional<Outcome> readReply(std::string_view line)
     return std::get<QuotaSnapshot>(decoded);
 }
 
-/// Reads a child's output, in pieces, until the reply is found.
+/// Reads a child's output in pieces until it finds the reply.
 class ReplyReader {
 public:
     explicit ReplyReader(const FileDescriptor& output)
         : m_output(output)
     { }
 
-    /// Reads one piece; the outcome, if the piece decided it.
+    /// Reads one piece; returns the outcome if that piece determines it.
     std::optional<Outcome> readPiece()
     {
         const ssize_t count = read(m_output.get(), m_piece.data(), m_piece.size());
@@ -157,8 +157,8 @@ private:
     std::vector<char> m_piece = std::vector<char>(pieceSize);
 };
 
-/// A reply that is already there when the limit strikes still wins; only one piece is read for it, so that a child
-/// that floods its output cannot put the limit off.
+/// A reply that is already there when the limit expires still counts; only one piece is read for it, so that a child
+/// that floods its output cannot extend the limit.
 Outcome awaitReply(const FileDescriptor& output, const ExchangeClock& clock)
 {
     ReplyReader reader{output};
@@ -178,8 +178,8 @@ Outcome awaitReply(const FileDescriptor& output, const ExchangeClock& clock)
     }
 }
 
-/// Fills the pipe before the child exists: the pipe is empty and its reading end is our own, so that the one write
-/// can neither block, nor be cut short, nor fail because a child has exited already.
+/// Fills the pipe before the child exists: it is empty and its reading end is still open here, so that the single write
+/// can neither block, nor be partial, nor fail because the child has exited.
 std::error_code writeRequests(const Pipe& input)
 {
     return write(input.writer.get(), requests.data(), requests.size()) < 0 ? lastError() : std::error_code{};
@@ -201,7 +201,7 @@ Outcome exchange(const std::filesystem::path& executable, Pipe input, Pipe outpu
     input.reader = FileDescriptor{};
     output.writer = FileDescriptor{};
     const Outcome outcome = awaitReply(output.reader, clock);
-    input.writer = FileDescriptor{}; // before the child is told to terminate, which `started` does when it goes
+    input.writer = FileDescriptor{}; // before SIGTERM, which the destructor of `started` sends
     return outcome;
 }
 

@@ -14,7 +14,7 @@ namespace tallyfox {
 
 class ChildReaper;
 
-/// The failures that a quota fetch raises itself.
+/// The failures that the fetch itself detects.
 enum class SourceError {
     missingCLI, ///< no executable `codex` at any candidate path
     timeout, ///< no result within 10 seconds
@@ -29,17 +29,16 @@ using QuotaError = std::variant<SourceError, std::error_code, DecodingError>;
 /// standard input and output of a child process.
 namespace CodexQuotaFetcher {
 
-inline constexpr std::chrono::seconds timeLimit{10}; ///< of a whole fetch; counts system sleep
+inline constexpr std::chrono::seconds timeLimit{10}; ///< of a whole fetch; includes system sleep
 
-/// Where `codex` is looked for, in this order, given the home folder of the account.
+/// Where to look for `codex`, in this order.
 std::vector<std::filesystem::path> candidates(const std::filesystem::path& accountHome);
 
 /// The first candidate that is an executable file, or `SourceError::missingCLI`.
 std::variant<std::filesystem::path, SourceError> executableURL(const std::vector<std::filesystem::path>& candidates);
 
-/// One exchange. Blocks until the reply, a failure, the limit or a stop request, whichever is first; never waits for
-/// the child to exit. Whatever the way out, the child's process group is told to terminate and `reaper` sees to it
-/// that nothing of it is left 2 seconds later.
+/// One exchange. Blocks until the reply, a failure, the limit or a stop request, whichever comes first, but never until
+/// the child exits. In every case `reaper` ends the child's process group, of which nothing is left 2 seconds later.
 std::variant<QuotaSnapshot, QuotaError> fetch(const std::vector<std::filesystem::path>& candidates, ChildReaper& reaper,
                                               const std::stop_token& stop = {},
                                               std::chrono::milliseconds limit = timeLimit);
