@@ -13,7 +13,7 @@ namespace tallyfox::HomeFolderGrant {
 namespace {
 
 constexpr std::string_view formatLine = "tallyfox-folder-grant 2\n";
-constexpr std::string_view firstFormatLine = "tallyfox-folder-grant 1\n"; ///< had one line more, before the path
+constexpr std::string_view firstFormatLine = "tallyfox-folder-grant 1\n"; ///< has one line more, before the path
 constexpr std::size_t maximumSize = PATH_MAX + 256; ///< bytes; the lines before the path need less than 200
 
 /// What distinguishes a folder from another that has the same path later, and survives a reboot.
@@ -88,8 +88,8 @@ std::optional<Content> decode(std::string_view token)
     return content;
 }
 
-/// Asks the open folder, so that it cannot be exchanged meanwhile. O_PATH needs no permission to read the folder: one
-/// that nobody may list can be granted as well.
+/// Reads both values from one open folder, so that it cannot be replaced in between. O_PATH needs no permission to read
+/// the folder: an unreadable one can be granted too.
 std::optional<Identity> readIdentity(const std::filesystem::path& folder)
 {
     const FileDescriptor handle{open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC)};

@@ -8,14 +8,14 @@
 
 namespace tallyfox {
 
-/// The user's grant of one folder, kept as a token: the folder's canonical path and its identity (inode and birth
-/// time, which survive a reboot; the device number does not).
+/// The user's grant of one folder, stored as a token: the folder's canonical path and its identity (inode and birth
+/// time; the device number would not survive a reboot).
 namespace HomeFolderGrant {
 
 struct Location {
     std::filesystem::path path;
 };
-struct Absent { }; ///< there is no such folder any more, or the token is damaged
+struct Absent { }; ///< the folder no longer exists, or the token is damaged
 struct Stale { }; ///< another folder has taken the path
 
 using Resolution = std::variant<Location, Absent, Stale>;

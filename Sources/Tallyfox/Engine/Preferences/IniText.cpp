@@ -32,7 +32,7 @@ bool isHexDigit(char16_t character)
         || (character >= u'A' && character <= u'F');
 }
 
-/// Takes what follows a backslash from the front of `rest`; there is something.
+/// Reads what follows a backslash from the front of `rest`, which is not empty.
 QChar takeEscaped(QStringView& rest)
 {
     constexpr std::string_view names = "abfnrtv";
@@ -53,7 +53,7 @@ QChar takeEscaped(QStringView& rest)
     return known == std::string_view::npos ? QChar{name} : QChar{QLatin1Char{meanings[known]}};
 }
 
-/// A value without quotes and escapes.
+/// The value without quotes and escapes.
 QString unescaped(std::string_view raw)
 {
     const QString text = QString::fromUtf8(raw.data(), static_cast<qsizetype>(raw.size()));
@@ -70,23 +70,23 @@ QString unescaped(std::string_view raw)
     return result;
 }
 
-/// Bytes as a value between quotes, in the toolkit's own notation: printable ASCII as it is, all else by its number. A
-/// digit after a number would be read as part of it, and is written by its number too.
+/// Bytes as QSettings writes them between quotes: printable ASCII unchanged, other bytes as hexadecimal escapes. A
+/// hexadecimal digit after an escape is escaped too, since it would be read as part of it.
 std::string escaped(std::string_view bytes)
 {
     constexpr std::string_view digits = "0123456789abcdef";
     std::string result;
-    bool isAfterNumber = false;
+    bool isAfterEscape = false;
     for (const char byte : bytes) {
         const auto code = static_cast<unsigned char>(byte);
         const bool isPlain = code >= 0x20 && code < 0x7F && byte != '"' && byte != '\\';
-        if (isPlain && !(isAfterNumber && isHexDigit(code))) {
+        if (isPlain && !(isAfterEscape && isHexDigit(code))) {
             result += byte;
-            isAfterNumber = false;
+            isAfterEscape = false;
             continue;
         }
         result.append("\\x").append({digits[code >> 4U], digits[code & 15U]});
-        isAfterNumber = true;
+        isAfterEscape = true;
     }
     return result;
 }
@@ -101,7 +101,7 @@ IniText::Line IniText::readLine(std::string_view text, bool& isInGeneral)
         return line;
     if (content.front() == '[') {
         line.isDamaged = content.back() != ']';
-        if (line.isDamaged) // what follows stays where it is, with this line and without it
+        if (line.isDamaged) // the current section continues, whether or not this line is removed
             return line;
         const QString title = QString::fromUtf8(content.data(), static_cast<qsizetype>(content.size()));
         isInGeneral = title.compare("[General]"_L1, Qt::CaseInsensitive) == 0;
@@ -120,7 +120,7 @@ IniText::IniText(std::string_view text)
     constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
     if (text.starts_with(byteOrderMark))
         text.remove_prefix(byteOrderMark.size());
-    bool isInGeneral = true; // so are keys before the first section
+    bool isInGeneral = true; // keys before the first section belong to it
     while (!text.empty()) {
         const std::size_t end = std::min(text.find('\n'), text.size());
         m_lines.push_back(readLine(text.substr(0, end), isInGeneral));
@@ -146,7 +146,7 @@ void IniText::setLine(std::string_view key, std::string line)
     remove(key);
     const auto isOfGeneral = [](const Line& each) { return each.key || each.opensGeneral; };
     auto place = std::find_if(m_lines.rbegin(), m_lines.rend(), isOfGeneral).base();
-    // Without any line of the section it begins at the end, whatever section the lines before belong to.
+    // Without any line of the section, the section is added at the end.
     if (place == m_lines.begin())
         place = m_lines.insert(m_lines.end(), {.text = "[General]", .opensGeneral = true}) + 1;
     m_lines.insert(place, {.text = std::move(line), .key = std::string{key}});

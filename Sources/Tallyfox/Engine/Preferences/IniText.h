@@ -7,24 +7,25 @@
 
 namespace tallyfox {
 
-/// The text of an INI file as a list of lines, of which single ones are read and changed. Everything else stays as it
-/// is: comments, other sections, keys of a later version. Keys are those of the section "General".
+/// The text of an INI file as a list of lines. Changing a key leaves everything else unchanged: comments, other
+/// sections, and keys of later versions. Keys are those of the section "General".
 class IniText {
 public:
-    /// Any bytes.
+    /// Accepts any bytes.
     explicit IniText(std::string_view text);
 
-    /// The value of a key: of its last line when it has several. Bytes come back as they were set; other values are
-    /// UTF-8 text without the quotes and escapes of the file.
+    /// The value of a key, the last one if it has several. Returns bytes as they were set, and other values as UTF-8
+    /// without quotes and escapes.
     [[nodiscard]] std::optional<std::string> value(std::string_view key) const;
 
-    /// Sets a value of printable ASCII without quotes, backslashes, commas and semicolons: a number or a word.
+    /// Sets a number or a word: printable ASCII without quotes, backslashes, commas and semicolons.
     void setPlain(std::string_view key, std::string_view value);
     /// Sets a value of any bytes.
     void setBytes(std::string_view key, std::string_view bytes);
     void remove(std::string_view key);
 
-    /// Takes out the lines that are neither empty, a comment, a section nor a key with a value; whether there were any.
+    /// Removes the lines that are neither empty, a comment, a section nor a key with a value; returns whether there
+    /// were any.
     bool removeDamage();
 
     [[nodiscard]] std::string text() const;

@@ -17,7 +17,7 @@ namespace {
 constexpr std::string_view homeFolderBookmarkKey = "homeFolderBookmark";
 constexpr std::int64_t mostMinutes = std::numeric_limits<std::int64_t>::max() / 60; // their seconds fit 64 bits
 
-/// One preference: its key, its member, and the bounds of a stored value. Values out of bounds count as damage.
+/// One preference: its key, its member, and the bounds of a stored value. A value out of bounds counts as damage.
 template <typename Value> struct Entry {
     std::string_view key;
     Value Preferences::*member;
