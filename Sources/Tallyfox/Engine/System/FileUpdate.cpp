@@ -18,15 +18,15 @@ namespace {
 constexpr std::chrono::milliseconds longestWait{500};
 constexpr std::chrono::milliseconds betweenTries{1};
 
-/// Creates what is missing of a folder's path. An existing folder is left as it is.
+/// Creates the missing folders of a path. Existing ones are not changed.
 void makeFolders(const std::filesystem::path& folder)
 {
     if (folder.has_parent_path() && folder.parent_path() != folder)
         makeFolders(folder.parent_path());
-    mkdir(folder.c_str(), S_IRWXU); // a failure shows when something is to be made in it
+    mkdir(folder.c_str(), S_IRWXU); // a failure shows when a file is created in it
 }
 
-/// The file itself where `file` is a link to it, so that the link is not what is replaced.
+/// The target if `file` is a symbolic link, so that the link itself is not replaced.
 std::filesystem::path resolveLinks(const std::filesystem::path& file)
 {
     std::error_code error;
@@ -36,7 +36,7 @@ std::filesystem::path resolveLinks(const std::filesystem::path& file)
 
 std::optional<std::string> readContent(const FileDescriptor& file)
 {
-    std::string content(maximumSize + 1, '\0'); // the one byte more tells a file that is too large
+    std::string content(maximumSize + 1, '\0'); // one byte more, to detect a file that is too large
     std::size_t size = 0;
     while (size < content.size()) {
         const ssize_t count = ::read(file.get(), content.data() + size, content.size() - size);
@@ -65,8 +65,8 @@ bool writeAll(const FileDescriptor& file, std::string_view content)
     return fsync(file.get()) == 0;
 }
 
-/// The file that is going to replace another. Its name is also the lock: whoever holds the file that bears it may
-/// replace the other one. A process that dies leaves a draft behind that the next one takes over, never more than one.
+/// The file that will replace another. It is also the lock: the process that has locked the file of that name may
+/// replace the other one. A process that dies leaves at most one draft behind, which the next process reuses.
 class Draft {
 public:
     explicit Draft(const std::filesystem::path& file)
@@ -94,7 +94,7 @@ public:
     }
 
 private:
-    /// A file that was renamed or removed while this process waited for it is no draft any more.
+    /// False for a draft that was renamed or removed while this process waited for its lock.
     static bool hasName(const FileDescriptor& file, const std::string& name)
     {
         struct stat opened { };
@@ -132,7 +132,7 @@ bool store(const std::filesystem::path& file, std::string_view content)
 
 std::variant<std::string, Absent, Unreadable> read(const std::filesystem::path& file)
 {
-    // Without O_NONBLOCK a pipe of that name would be waited for.
+    // Without O_NONBLOCK, opening a pipe of that name would block.
     const FileDescriptor opened{open(file.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC)};
     if (!opened.isOpen() && (errno == ENOENT || errno == ENOTDIR))
         return Absent{};

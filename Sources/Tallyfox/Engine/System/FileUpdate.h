@@ -8,30 +8,31 @@
 
 namespace tallyfox::FileUpdate {
 
-/// The largest file that is read, in bytes: what is larger is none of the small text files this is for.
+/// The largest file that is read, in bytes: this is for small text files.
 inline constexpr std::size_t maximumSize = 1'048'576;
 
 struct Absent { };
-struct Unreadable { }; ///< no permission, no regular file, too large, or an error of the disk
+struct Unreadable { }; ///< no permission, not a regular file, too large, or a disk error
 
 /// The whole content of a file.
 std::variant<std::string, Absent, Unreadable> read(const std::filesystem::path& file);
 
-/// What is to become of a file.
+/// The new content of a file.
 struct Replacement {
     std::string content;
-    bool keepsBackup = false; ///< whether the content before is to stay beside it, under `backupPath(file)`
+    bool keepsBackup = false; ///< whether to keep the old content as `backupPath(file)`
 };
 
-/// Makes the new content out of the one before (empty for a file that does not exist yet), or nothing to leave it.
+/// Makes the new content from the old one (empty for a file that does not exist), or nothing to leave the file as it
+/// is.
 using Change = std::function<std::optional<Replacement>(const std::string& before)>;
 
 std::filesystem::path backupPath(const std::filesystem::path& file);
 
-/// Reads, changes and replaces a file as one step: it is exchanged whole or left untouched, whatever happens meanwhile,
-/// and two processes that change it at the same time do so one after the other. The file and missing folders are made
-/// for the user alone (0600, 0700). A link stays a link, to the changed file. Waits half a second at most for another
-/// process; whether the file is now as wanted, on the disk. An unreadable file is not replaced.
+/// Reads, changes and replaces a file atomically: whatever happens, the file is either replaced as a whole or
+/// unchanged, and processes that change it at the same time take turns. Waits at most half a second for another
+/// process. Creates the file and missing folders for the user alone (0600, 0700). A symbolic link is kept; its target
+/// is changed. Does not replace an unreadable file. Returns whether the file has the wanted content on the disk.
 bool apply(const std::filesystem::path& file, const Change& change);
 
 } // namespace tallyfox::FileUpdate

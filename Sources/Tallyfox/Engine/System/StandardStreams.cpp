@@ -16,8 +16,8 @@ namespace tallyfox::StandardStreams {
 
 namespace {
 
-/// Keeps SIGPIPE from this thread while it lives, and takes back the one that a write has raised meanwhile. Ignoring
-/// the signal instead would change it for the whole program.
+/// Blocks SIGPIPE in this thread during its lifetime, and discards one that a write has raised meanwhile. Ignoring the
+/// signal instead would affect the whole program.
 class WithoutPipeSignal {
 public:
     WithoutPipeSignal()
@@ -45,7 +45,7 @@ private:
     bool m_wasPending = false;
 };
 
-/// 0 when all has been written, else the error's number.
+/// 0 when all of `text` has been written, else errno.
 int writeAll(int descriptor, std::string_view text)
 {
     while (!text.empty()) {
@@ -75,7 +75,7 @@ void guard()
     for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor) {
         if (fcntl(descriptor, F_GETFD) >= 0 || errno != EBADF)
             continue;
-        // The wrong direction on purpose: using the stream stays the error it was. The lowest free number is taken.
+        // In the wrong direction on purpose, so that using the stream still fails. open() takes the lowest free number.
         if (open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY) < 0)
             return;
     }

@@ -8,25 +8,24 @@
 
 namespace tallyfox::StandardStreams {
 
-/// Makes sure that the descriptors of the three standard streams are taken, so that no file the program opens later
-/// becomes one of them. Reading or writing one that was closed fails as before. To be called first of all.
+/// Opens those of the three standard descriptors that are closed, so that no file the program opens later becomes one
+/// of them. Using a stream that was closed still fails. Call this before anything else.
 void guard();
 
 struct Written { };
-struct ReaderGone { }; ///< whoever read standard output wants no more, which is no failure
+struct ReaderGone { }; ///< the reader has closed standard output, which does not count as a failure
 
-/// Writes all of `text` to standard output; never ends the program by a signal. The error is the system's. Call it
-/// from one thread only.
+/// Writes all of `text` to standard output; never raises SIGPIPE. Call it from one thread only.
 std::variant<Written, ReaderGone, std::error_code> writeOutput(std::string_view text);
 
-/// Writes one line to standard error: the program's name, the message and a line feed. Failure is ignored.
+/// Writes one line to standard error: the program's name, the message and a line feed. Ignores failures.
 void writeDiagnostic(std::string_view message);
 
-/// From now on messages of the toolkit are not printed, except for the one that ends the program: they would break the
-/// rule of one line per diagnostic, and no user can act on them.
+/// Silences Qt's own messages, except fatal ones: they would break the rule of one line per diagnostic, and users
+/// cannot act on them.
 void silenceToolkit();
 
-/// How to draw on standard output: with colour on a terminal that can, unless the user set `NO_COLOR`.
+/// What standard output can show: colour on a terminal that has it, unless `NO_COLOR` is set.
 TextStyle outputStyle();
 
 } // namespace tallyfox::StandardStreams

@@ -19,7 +19,7 @@ std::optional<std::filesystem::path> absolutePath(const char* text)
 
 std::optional<std::filesystem::path> homeInAccountDatabase()
 {
-    constexpr std::size_t roomForOneEntry = 65'536; // network databases hand out entries of several KiB
+    constexpr std::size_t roomForOneEntry = 65'536; // network databases have entries of several KiB
     std::array<char, roomForOneEntry> room{};
     passwd entry{};
     passwd* found = nullptr;

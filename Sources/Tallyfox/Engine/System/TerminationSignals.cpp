@@ -15,7 +15,7 @@ bool isIgnored(int signal)
     return sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
 }
 
-/// Without those that whoever started the program had it ignore, as `nohup` does.
+/// Without those that the parent process made this one ignore, as `nohup` does.
 sigset_t endingSignals()
 {
     sigset_t signals;
@@ -39,7 +39,7 @@ TerminationSignals::TerminationSignals(QObject* parent)
 
 TerminationSignals::~TerminationSignals()
 {
-    qDeleteAll(findChildren<QSocketNotifier*>()); // before the descriptor it watches is closed
+    qDeleteAll(findChildren<QSocketNotifier*>()); // before their descriptor is closed
     close(m_descriptor);
     pthread_sigmask(SIG_SETMASK, &m_before, nullptr);
 }

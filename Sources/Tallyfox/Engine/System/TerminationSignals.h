@@ -7,21 +7,21 @@
 
 namespace tallyfox {
 
-/// The system's wish that the program ends (Ctrl-C, a lost terminal, `kill`), as an event instead of sudden death: the
-/// program can first end the processes it has started. To be made before any other thread, and so before a
-/// QApplication, whose threads the signals would end the program through.
+/// Turns the signals that end a program (Ctrl-C, a lost terminal, `kill`) into an event, so that the program can first
+/// end the processes it has started. Construct it before any other thread, and so before a QApplication: the signals
+/// would otherwise end the program through those threads.
 class TerminationSignals : public QObject {
     Q_OBJECT
 
 public:
     explicit TerminationSignals(QObject* parent = nullptr);
-    /// The signals have their usual effect again.
+    /// Restores the usual effect of the signals.
     ~TerminationSignals() override;
 
-    /// Reports what comes, and what has come since the object was made. Needs the application object. Once.
+    /// Starts to emit `received`, also for a signal since construction. Needs the application object. Call it once.
     void watch();
 
-    /// Ends the program as the signal that has come would have done; returns when none has.
+    /// Ends the program by the signal that was received; returns if there was none.
     void raiseReceived() const;
 
 Q_SIGNALS:
