@@ -25,7 +25,7 @@ constexpr std::array options{
     CommandLineOption{Meaning::version, "--version", "", "print the version"},
 };
 
-/// Text that came with the arguments, for a message: no control characters, not endless.
+/// An argument, quoted for a message: without control characters, and cut to 64 bytes.
 std::string quoted(std::string_view text)
 {
     constexpr std::size_t longest = 64;
@@ -38,7 +38,7 @@ UsageError usageError(const std::string& problem)
     return {problem + "; see tallyfox --help"};
 }
 
-/// The arguments, sorted by what they mean.
+/// Collects the options and turns them into a request.
 class Parser {
 public:
     std::optional<UsageError> take(std::span<const std::string_view> arguments)
@@ -118,7 +118,7 @@ private:
         return m_given.at(static_cast<std::size_t>(meaning));
     }
 
-    /// The first two that are given, when two are.
+    /// The first two of `meanings` that are given, if at least two are.
     [[nodiscard]] std::optional<std::pair<Meaning, Meaning>> findFirstTwo(std::initializer_list<Meaning> meanings) const
     {
         std::optional<Meaning> first;

@@ -17,12 +17,12 @@ enum class ExitStatus : int {
     noHomeFolder = 3, ///< a summary was printed, but no home folder has been granted
 };
 
-/// One option, as the parser takes it and as the help shows it.
+/// One option: what the parser accepts and the help shows.
 struct CommandLineOption {
     enum class Meaning { toggle, settings, summary, json, home, noQuota, help, version };
     Meaning meaning = Meaning::help;
     std::string_view name; ///< with its dashes
-    std::string_view argument; ///< what the help calls its argument; empty for none
+    std::string_view argument; ///< its name in the help; empty for an option without an argument
     std::string_view description;
 };
 
@@ -41,11 +41,11 @@ struct SummaryRequest {
     friend bool operator==(const SummaryRequest&, const SummaryRequest&) = default;
 };
 
-/// What a start of the agent's program wants from the agent that runs, or becomes.
+/// What starting the agent's program asks of the agent.
 enum class AgentAction {
-    show, ///< start it; its popover when it runs already
-    toggle, ///< open or close the popover of the one that runs
-    settings, ///< start it if need be, and open its settings
+    show, ///< start it, or open its popover if it is running
+    toggle, ///< open or close the popover of the running agent
+    settings, ///< start it if necessary, and open its settings
 };
 
 /// The agent in the status area.
@@ -57,18 +57,18 @@ struct AgentRequest {
     friend bool operator==(const AgentRequest&, const AgentRequest&) = default;
 };
 
-/// Why the arguments cannot be followed: one line for people, without control characters.
+/// Why the arguments are rejected: one line for people, without control characters.
 struct UsageError {
     std::string message;
 };
 
 using CommandLineRequest = std::variant<HelpRequest, VersionRequest, SummaryRequest, AgentRequest, UsageError>;
 
-/// What the arguments (without the program's name, any bytes) ask for. Options may come in any order; of one given
-/// twice the last counts. Help is given, then the version, whatever else is asked for correctly.
+/// Parses the arguments (any bytes, without the program's name). Options may come in any order; the last of several
+/// values of an option counts. With valid arguments, --help takes precedence over --version, and both over the rest.
 CommandLineRequest parseCommandLine(std::span<const std::string_view> arguments);
 
-/// The folder that `--home` names, absolute; nothing where the option was not given; an error where it is not a folder.
+/// The absolute path of the folder that `--home` names; nothing without the option; an error when it is not a folder.
 std::variant<std::optional<std::filesystem::path>, UsageError>
 checkHome(const std::optional<std::filesystem::path>& home);
 

@@ -34,7 +34,7 @@ bool continuesCharacter(char byte)
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
 }
 
-/// Bytes of the control character at the front: one for C0 and DEL, two for C1, 0 for any other character.
+/// The length in bytes of the control character that `text` begins with: 1 for C0 and DEL, 2 for C1, else 0.
 std::size_t controlAt(std::string_view text)
 {
     const auto first = static_cast<unsigned char>(text.front());

@@ -14,8 +14,8 @@ namespace {
 constexpr std::int64_t thousand = 1'000;
 constexpr std::int64_t million = 1'000'000;
 
-/// `tokens` in `unit`s with one decimal. Unlike printf, the same in every locale, and 1.25 becomes 1.3: a quarter is
-/// the one tie that a double holds exactly and that printf rounds down, to the even digit.
+/// `tokens` in units of `unit` with one decimal. Unlike with printf, the result is the same in every locale, and 1.25
+/// becomes 1.3: a quarter is the only tie that a double holds exactly and that printf rounds down, to the even digit.
 std::string withOneDecimal(std::int64_t tokens, std::int64_t unit)
 {
     std::array<char, 32> digits{};
