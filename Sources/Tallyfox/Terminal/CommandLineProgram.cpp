@@ -24,7 +24,7 @@ namespace tallyfox {
 
 namespace {
 
-/// `status` when the text could be written, or nobody wants to read it.
+/// Returns `status` if the text was written or the reader has gone.
 ExitStatus print(std::string_view text, ExitStatus status = ExitStatus::done)
 {
     const auto outcome = StandardStreams::writeOutput(text);
@@ -43,8 +43,8 @@ StoreEnvironment makeEnvironment(const SummaryRequest& request, const std::optio
     return environment;
 }
 
-/// One refresh of the application's own store, on its own event loop. A signal that ends the program ends it here,
-/// after the processes it has started.
+/// Runs one refresh in an event loop of its own. A signal that ends the program ends it here, after its child processes
+/// have ended.
 UsageSnapshot refreshOnce(const StoreEnvironment& environment)
 {
     TerminationSignals signals;
@@ -57,8 +57,8 @@ UsageSnapshot refreshOnce(const StoreEnvironment& environment)
                 QCoreApplication::quit();
         });
         QObject::connect(&signals, &TerminationSignals::received, &store, &QCoreApplication::quit);
-        // What a load posts is looked at each second in any case: should the system fail to wake this thread, the
-        // result comes late, and not never.
+        // Wakes the event loop each second: should the system lose the wake-up of a posted event, the result is late
+        // instead of lost.
         QTimer heartbeat;
         heartbeat.start(std::chrono::seconds{1});
         store.refresh();
@@ -69,15 +69,15 @@ UsageSnapshot refreshOnce(const StoreEnvironment& environment)
     return snapshot;
 }
 
-/// Replaces this process by the agent's program, with the same arguments: it loads the toolkit, which commands of a
-/// terminal should not wait for. Returns only on failure.
+/// Replaces this process by the agent's program, with the same arguments: it loads Qt Widgets, which terminal commands
+/// should not wait for. Returns only on failure.
 std::error_code replaceWithAgent(char** argv)
 {
     std::error_code error;
     const std::filesystem::path folder = programFolder(error);
     if (error)
         return error;
-    // Beside this program where it was built; in an installation with the programs that users do not start.
+    // In the build folder it is beside this program; installed, it is among the programs that users do not start.
     for (const auto* place : {"tallyfox-agent", "../libexec/tallyfox/tallyfox-agent"}) {
         ::execv((folder / place).c_str(), argv);
         error = {errno, std::generic_category()};

@@ -6,7 +6,7 @@
 
 namespace tallyfox {
 
-/// One run of the program from a terminal. What is asked of the agent, the agent's own program does.
+/// One run of the program from a terminal. For requests to the agent it replaces itself by the agent's program.
 class CommandLineProgram {
 public:
     /// Keeps references: both must outlive the object.

@@ -16,7 +16,7 @@ using std::chrono::year_month_day;
 
 namespace {
 
-/// The number with zeros before it, up to `width` digits.
+/// The number with leading zeros, at least `width` digits long.
 std::string padded(std::int64_t number, std::size_t width)
 {
     std::string text = std::to_string(number);
@@ -42,7 +42,7 @@ std::string dayAndMonth(year_month_day date)
     return std::to_string(static_cast<unsigned>(date.day())) + ' ' + monthName(date.month());
 }
 
-/// A positive distance, one minute at least.
+/// Expects at least one minute.
 std::string distanceText(minutes distance)
 {
     const auto wholeDays = floor<days>(distance);

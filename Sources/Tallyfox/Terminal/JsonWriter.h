@@ -6,8 +6,8 @@
 
 namespace tallyfox {
 
-/// Writes one JSON text in a single line, members in the order they are given. Qt's writer sorts them. The caller
-/// keeps begins and ends in pairs.
+/// Writes one JSON text on a single line, with members in the order of the calls; Qt's writer sorts them. The caller
+/// must match begins and ends.
 class JsonWriter {
 public:
     void beginObject();
@@ -21,12 +21,12 @@ public:
     void null();
     void boolean(bool value);
     void integer(std::int64_t value);
-    /// The shortest digits that read back as the same number; null for infinities and what is no number.
+    /// The shortest digits that read back as the same number; null for infinities and NaN.
     void number(double value);
-    /// Any bytes: what is no UTF-8 becomes U+FFFD.
+    /// Accepts any bytes: invalid UTF-8 becomes U+FFFD.
     void string(std::string_view value);
 
-    /// What has been written so far.
+    /// The text so far.
     [[nodiscard]] const std::string& text() const
     {
         return m_text;

@@ -18,26 +18,26 @@ constexpr std::string_view gap = "   ";
 constexpr std::string_view indent = "  ";
 constexpr std::string_view missing = "—";
 
-/// One line below a provider's name: what it is about, the figure, and what there is to say about it.
+/// One line below a provider's name.
 struct SummaryRow {
     std::string label{};
     std::string figure{}; ///< a compact count or a percentage; "—" for none
-    std::string exact{}; ///< the count to the last digit; empty for percentages
+    std::string exact{}; ///< the exact count; empty for percentages
     std::optional<double> share{}; ///< percent, for a bar
     std::string note{};
     Tone tone = Tone::plain;
 };
 
-/// A percentage rounded to the nearest integer, halves away from zero: "43%". "—" for a number beyond use.
+/// "43%": rounded to the nearest integer, halves away from zero; "—" for NaN and numbers from 1e15.
 std::string percentText(double percent)
 {
-    constexpr double most = 1e15; // beyond it a double does not hold every integer
+    constexpr double most = 1e15; // from about here a double does not represent every integer
     if (!(std::abs(percent) < most))
         return std::string{missing};
     return std::to_string(std::llround(percent)) + '%';
 }
 
-/// How pressing a percentage is.
+/// The tone of a percentage in use.
 Tone toTone(double percent)
 {
     constexpr double highFrom = 70;
@@ -61,7 +61,7 @@ SummaryRow makeTokenRow(std::string label, std::int64_t tokens, const ProviderSt
     return row;
 }
 
-/// "Quota 5 h" for a window of 300 minutes; plain "Quota" where its length is not reported or means nothing.
+/// "Quota 5 h" for a window of 300 minutes; "Quota" if its length is unknown or implausible.
 std::string windowLabel(const QuotaWindow& window)
 {
     constexpr std::int64_t minutesPerHour = 60;
@@ -111,13 +111,13 @@ std::vector<SummaryRow> makeRows(const ProviderState& state, Instant now, const 
     return rows;
 }
 
-/// The widths that line up the rows of all providers.
+/// The widths that align the rows of all providers.
 struct Columns {
     std::size_t label = 0;
     std::size_t figure = 0;
     std::size_t exact = 0;
     std::size_t note = 0; ///< of the rows with a bar
-    std::size_t bar = 0; ///< what is left for the bar; 0 for none
+    std::size_t bar = 0; ///< the remaining width; 0 for no bar
 
     void widenTo(const SummaryRow& row)
     {

@@ -7,8 +7,8 @@
 
 namespace tallyfox::SummaryTable {
 
-/// The figures as a table for people, in UTF-8 with a line feed at the end of each line. It holds no control
-/// characters but line feeds and, with colour, the terminal's colour codes. `now` is what reset times are told from.
+/// The snapshot as a table for people, in UTF-8 with a line feed at the end of each line. It contains no other control
+/// characters than, with colour, the terminal's colour codes.
 std::string text(const UsageSnapshot& snapshot, const TextStyle& style);
 
 } // namespace tallyfox::SummaryTable
