@@ -89,7 +89,7 @@ int neededHeight(const QWidget& widget)
     return widget.hasHeightForWidth() ? widget.heightForWidth(widget.width()) : widget.minimumSizeHint().height();
 }
 
-QString told(const QWidget& widget)
+QString describe(const QWidget& widget)
 {
     return QLatin1String{widget.metaObject()->className()} + QStringLiteral(" \"%1\"").arg(ownText(widget));
 }
@@ -129,7 +129,7 @@ std::vector<QString> overlaps(const std::vector<QWidget*>& widgets)
             const QWidget& second = *widgets[other];
             if (first.parent() == second.parent() && first.geometry().intersects(second.geometry())
                 && !mayOverlap(first) && !mayOverlap(second))
-                found.push_back(told(first) + QStringLiteral(" lies on ") + told(second));
+                found.push_back(describe(first) + QStringLiteral(" overlaps ") + describe(second));
         }
     }
     return found;
@@ -154,13 +154,13 @@ std::vector<QString> misplacements(QWidget& window)
     std::vector<QString> found = overlaps(widgets);
     for (QWidget* widget : widgets) {
         if (!ownText(*widget).isEmpty() && isCut(*widget) && hintOf(*widget) != ownText(*widget))
-            found.push_back(told(*widget) + QStringLiteral(" is cut off, and nothing tells the rest"));
+            found.push_back(describe(*widget) + QStringLiteral(" is clipped and has no tooltip"));
         if (!ownText(*widget).isEmpty() && widget->height() < neededHeight(*widget))
-            found.push_back(told(*widget) + QStringLiteral(" is too low for its text"));
+            found.push_back(describe(*widget) + QStringLiteral(" is too low for its text"));
         if (hasLessThanItNeeds(*widget))
-            found.push_back(told(*widget) + QStringLiteral(" is too narrow"));
+            found.push_back(describe(*widget) + QStringLiteral(" is too narrow"));
         if (reachesOut(*widget))
-            found.push_back(told(*widget) + QStringLiteral(" reaches out of its parent"));
+            found.push_back(describe(*widget) + QStringLiteral(" extends beyond its parent"));
     }
     QToolTip::hideText();
     return found;

@@ -30,7 +30,7 @@ namespace {
 
 using testing::IsEmpty;
 
-/// Shows every tab of the popover and the settings in every situation except those that is named `skipped`.
+/// Shows every tab of the popover and the settings in every situation except the one named `skipped`.
 void forEachView(const QString& skipped, const std::function<void(QWidget& view)>& look)
 {
     for (const gallery::GalleryState& state : gallery::galleryStates()) {

@@ -96,7 +96,7 @@ TEST(TranslatedLanguage, firstAvailableLanguageWins)
     };
     EXPECT_EQ(chosen("de de-Latn-DE de-DE"), "de");
     EXPECT_EQ(chosen("de-AT de en"), "de");
-    EXPECT_EQ(chosen("fr-FR fr de-DE en"), "de") << "there is no French";
+    EXPECT_EQ(chosen("fr-FR fr de-DE en"), "de") << "French is not available";
     EXPECT_EQ(chosen("en en-US de de-DE"), "") << "English comes first, though it has no file";
     EXPECT_EQ(chosen("fr en-GB de"), "");
     EXPECT_EQ(chosen("C de"), "");

@@ -39,7 +39,7 @@ public:
 
 protected:
     AccessibleDrawing();
-    virtual ~AccessibleDrawing(); ///< what was handed out ends here, before the widget does
+    virtual ~AccessibleDrawing(); ///< invalidates all interfaces before QWidget is destroyed
 
     /// Call when the elements or their places change: invalidates all existing interfaces and announces new children
     /// of `widget` (this).

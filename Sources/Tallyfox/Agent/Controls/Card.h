@@ -42,7 +42,7 @@ class CardButton : public QPushButton {
     Q_OBJECT
 
 public:
-    /// `name` tells a screen reader what pressing it does.
+    /// `name` is the accessible name: what a press does.
     explicit CardButton(const QString& name, QWidget* parent = nullptr);
 
     [[nodiscard]] QSize sizeHint() const override;

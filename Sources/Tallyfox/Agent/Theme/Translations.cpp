@@ -25,7 +25,7 @@ QString ownFile(const QString& language)
     return QStringLiteral(":/translations/tallyfox_%1.qm").arg(language);
 }
 
-QString toolkitFile(const QString& language)
+QString qtFile(const QString& language)
 {
     return QLibraryInfo::path(QLibraryInfo::TranslationsPath) + QStringLiteral("/qtbase_%1.qm").arg(language);
 }
@@ -37,7 +37,7 @@ void installTranslations(QCoreApplication& application, const QLocale& locale)
     const QString language = translatedLanguage(locale.uiLanguages());
     if (language.isEmpty())
         return;
-    install(application, toolkitFile(language));
+    install(application, qtFile(language));
     install(application, ownFile(language));
 }
 
