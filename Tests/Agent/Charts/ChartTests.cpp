@@ -4,7 +4,6 @@
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 
 #include <QApplication>
-#include <QHelpEvent>
 #include <QImage>
 #include <QPainter>
 #include <QToolTip>
@@ -66,12 +65,6 @@ QRect plotOf(const QWidget& chart)
 QRect legendOf(const QWidget& chart)
 {
     return {0, chart.height() - legendHeight(), chart.width(), legendHeight()};
-}
-
-void help(QWidget& widget, QPoint position)
-{
-    QHelpEvent event{QEvent::ToolTip, position, widget.mapToGlobal(position)};
-    QApplication::sendEvent(&widget, &event);
 }
 
 TEST(LineChart, heightIsNinetyTwo)
@@ -239,15 +232,14 @@ TEST(ChartHelp, tooltipListsEachSeriesOfTheDay)
     chart.setData(dataOf(
         7, [](int day) { return day == 0 ? 1'260'000 : 0; }, [](int) { return 999; }));
     chart.show();
-    help(chart, {10, 100});
-    EXPECT_EQ(QToolTip::text(), QStringLiteral("Nov 15, 2026\nClaude: 1.3M\nCodex: 999"));
+    EXPECT_EQ(tooltipAt(chart, {10, 100}), QStringLiteral("Nov 15, 2026\nClaude: 1.3M\nCodex: 999"));
 }
 
 TEST(ChartHelp, emptyChartHasNoTooltip)
 {
     LineChart chart;
     chart.show();
-    help(chart, {10, 10});
+    tooltipAt(chart, {10, 10});
     EXPECT_FALSE(QToolTip::isVisible());
 }
 

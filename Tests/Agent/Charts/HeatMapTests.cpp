@@ -2,11 +2,8 @@
 #include "Tallyfox/Agent/Charts/HeatMap.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 
-#include <QApplication>
-#include <QHelpEvent>
 #include <QImage>
 #include <QPainter>
-#include <QToolTip>
 #include <gtest/gtest.h>
 
 namespace tallyfox::test {
@@ -102,9 +99,7 @@ TEST(HeatMap, tooltipHasDayAndTokensOfTheCell)
     map.setCells(cells);
     map.resize(map.sizeHint());
     map.show();
-    QHelpEvent event{QEvent::ToolTip, QPoint{9, 9}, map.mapToGlobal(QPoint{9, 9})};
-    QApplication::sendEvent(&map, &event);
-    EXPECT_EQ(QToolTip::text(), QStringLiteral("Nov 15, 2026: 1.3M"));
+    EXPECT_EQ(tooltipAt(map, {9, 9}), QStringLiteral("Nov 15, 2026: 1.3M"));
 }
 
 TEST(HeatMap, everyCellIsExposedWithItsTooltip)

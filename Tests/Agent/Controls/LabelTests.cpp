@@ -4,7 +4,6 @@
 #include "Tallyfox/Agent/Controls/TextLabel.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 
-#include <QHelpEvent>
 #include <QToolTip>
 #include <gtest/gtest.h>
 
@@ -91,9 +90,7 @@ TEST(TextLabel, elidedTextIsCompleteInTooltipAndAccessibleName)
     label.resize(120, label.sizeHint().height());
     label.show();
     EXPECT_TRUE(label.isElided());
-    QHelpEvent help{QEvent::ToolTip, {5, 5}, label.mapToGlobal(QPoint{5, 5})};
-    QCoreApplication::sendEvent(&label, &help);
-    EXPECT_EQ(QToolTip::text(), longText());
+    EXPECT_EQ(tooltipAt(label, {5, 5}), longText());
     EXPECT_EQ(accessibleName(label), longText());
     EXPECT_EQ(accessibleRole(label), QAccessible::StaticText);
     QToolTip::hideText();

@@ -2,7 +2,6 @@
 #include "Tallyfox/Agent/Controls/SegmentedPicker.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 
-#include <QHelpEvent>
 #include <QRadioButton>
 #include <QToolTip>
 #include <gtest/gtest.h>
@@ -143,14 +142,9 @@ TEST(SegmentedPicker, elidedLabelHasATooltip)
                            {QStringLiteral("A label that no segment has room for"), QStringLiteral("Short")}};
     picker.resize(160, 28);
     picker.show();
-    const auto hintOf = [](QRadioButton& segment) {
-        QHelpEvent help{QEvent::ToolTip, {5, 5}, segment.mapToGlobal(QPoint{5, 5})};
-        QCoreApplication::sendEvent(&segment, &help);
-        return QToolTip::text();
-    };
     const auto segments = picker.findChildren<QRadioButton*>();
-    EXPECT_EQ(hintOf(*segments.at(0)), segments.at(0)->text());
-    EXPECT_NE(hintOf(*segments.at(1)), segments.at(1)->text()) << "the whole text is visible";
+    EXPECT_EQ(tooltipAt(*segments.at(0), {5, 5}), segments.at(0)->text());
+    EXPECT_NE(tooltipAt(*segments.at(1), {5, 5}), segments.at(1)->text()) << "the whole text is visible";
     QToolTip::hideText();
 }
 

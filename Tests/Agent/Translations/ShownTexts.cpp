@@ -1,5 +1,6 @@
 #include "Agent/Translations/ShownTexts.h"
 
+#include "Support/Agent/Widgets.h"
 #include "Tallyfox/Agent/Controls/TextLabel.h"
 
 #include <QAbstractButton>
@@ -7,7 +8,6 @@
 #include <QComboBox>
 #include <QCoreApplication>
 #include <QGroupBox>
-#include <QHelpEvent>
 #include <QScrollBar>
 #include <QTabBar>
 #include <QToolTip>
@@ -73,15 +73,6 @@ bool isCut(const QWidget& widget)
     if (const auto* label = qobject_cast<const TextLabel*>(&widget))
         return label->isElided();
     return widget.fontMetrics().horizontalAdvance(ownText(widget)) > widget.contentsRect().width();
-}
-
-/// If this widget has no tooltip, the text of an earlier one, which stays for a moment.
-QString hintOf(QWidget& widget)
-{
-    const QPoint middle = widget.rect().center();
-    QHelpEvent help{QEvent::ToolTip, middle, widget.mapToGlobal(middle)};
-    QCoreApplication::sendEvent(&widget, &help);
-    return QToolTip::text();
 }
 
 int neededHeight(const QWidget& widget)
@@ -153,7 +144,8 @@ std::vector<QString> misplacements(QWidget& window)
     const std::vector<QWidget*> widgets = visibleWidgets(window);
     std::vector<QString> found = overlaps(widgets);
     for (QWidget* widget : widgets) {
-        if (!ownText(*widget).isEmpty() && isCut(*widget) && hintOf(*widget) != ownText(*widget))
+        if (!ownText(*widget).isEmpty() && isCut(*widget)
+            && tooltipAt(*widget, widget->rect().center()) != ownText(*widget))
             found.push_back(describe(*widget) + QStringLiteral(" is clipped and has no tooltip"));
         if (!ownText(*widget).isEmpty() && widget->height() < neededHeight(*widget))
             found.push_back(describe(*widget) + QStringLiteral(" is too low for its text"));

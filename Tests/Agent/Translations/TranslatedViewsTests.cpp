@@ -2,6 +2,7 @@
 #include "Agent/Translations/ShownTexts.h"
 #include "Agent/Translations/TranslatedApplication.h"
 #include "Gallery/GalleryStates.h"
+#include "Support/Agent/Widgets.h"
 #include "Tallyfox/Agent/Charts/StackedBarChart.h"
 #include "Tallyfox/Agent/Controls/AccessibleElements.h"
 #include "Tallyfox/Agent/Popover/PopoverView.h"
@@ -110,7 +111,11 @@ TEST(TranslatedViews, tooltipOfAChartIsTranslated)
     const PseudoTranslator pseudo;
     PopoverView view{PopoverTab::dashboard};
     view.setUsage(gallery::galleryStates().at(1).usage);
-    const QStringList lines = view.findChild<StackedBarChart*>()->helpText(29).split(QLatin1Char{'\n'});
+    view.show();
+    settle();
+    auto& chart = *view.findChild<StackedBarChart*>();
+    const QPoint lastDay = chart.accessibleElements().at(0).children.back().frame.center();
+    const QStringList lines = tooltipAt(chart, lastDay).split(QLatin1Char{'\n'});
     ASSERT_EQ(lines.size(), 3);
     EXPECT_EQ(lines.at(0), QStringLiteral("Nov 21, 2026"));
     EXPECT_TRUE(isTranslated(lines.at(1))) << lines.at(1).toStdString();

@@ -5,11 +5,13 @@
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 
 #include <QApplication>
+#include <QHelpEvent>
 #include <QImage>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPointer>
+#include <QToolTip>
 #include <QWidget>
 
 #include <cmath>
@@ -73,6 +75,13 @@ void pressKey(QWidget& widget, Qt::Key key)
     QKeyEvent release{QEvent::KeyRelease, key, Qt::NoModifier};
     if (target)
         QApplication::sendEvent(target, &release);
+}
+
+QString tooltipAt(QWidget& widget, QPoint position)
+{
+    QHelpEvent event{QEvent::ToolTip, position, widget.mapToGlobal(position)};
+    QApplication::sendEvent(&widget, &event);
+    return QToolTip::text();
 }
 
 QString accessibleName(QWidget& widget)

@@ -30,6 +30,9 @@ void click(QWidget& widget, std::optional<QPoint> position = std::nullopt);
 /// Presses and releases `key` in `widget`.
 void pressKey(QWidget& widget, Qt::Key key);
 
+/// Shows the tooltip at `position` of `widget`. If there is none, returns an earlier one, which stays for a moment.
+QString tooltipAt(QWidget& widget, QPoint position);
+
 /// The texts of a list, to compare with what a view shows.
 QStringList textList(std::initializer_list<const char16_t*> texts);
 

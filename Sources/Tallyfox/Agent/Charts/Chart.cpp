@@ -77,7 +77,7 @@ const ChartData& Chart::data() const
     return m_data;
 }
 
-QString Chart::helpText(std::size_t day) const
+QString Chart::tooltip(std::size_t day) const
 {
     QString text = DayFormat{}.text(m_data.days.at(day));
     for (const ChartSeries& series : m_data.series) {
@@ -136,17 +136,11 @@ bool Chart::event(QEvent* event)
     if (event->type() != QEvent::ToolTip)
         return QWidget::event(event);
     const auto* help = static_cast<QHelpEvent*>(event);
-    showHelp(help->pos(), help->globalPos());
-    return true;
-}
-
-void Chart::showHelp(const QPoint& position, const QPoint& onScreen)
-{
-    const auto day = dayAt(position);
-    if (day)
-        QToolTip::showText(onScreen, helpText(*day), this, dayFrame(*day).toAlignedRect());
+    if (const auto day = dayAt(help->pos()))
+        QToolTip::showText(help->globalPos(), tooltip(*day), this, dayFrame(*day).toAlignedRect());
     else
         QToolTip::hideText();
+    return true;
 }
 
 std::optional<std::size_t> Chart::dayAt(QPointF position) const

@@ -51,9 +51,6 @@ public:
     void setData(ChartData data);
     [[nodiscard]] const ChartData& data() const;
 
-    /// The tooltip of a day: the date, then a line for each series with a value on that day.
-    [[nodiscard]] QString helpText(std::size_t day) const;
-
     [[nodiscard]] QAccessible::Role accessibleRole() const override;
     [[nodiscard]] std::vector<AccessibleElement> accessibleElements() const override;
 
@@ -75,7 +72,8 @@ protected:
 
 private:
     [[nodiscard]] std::optional<std::size_t> dayAt(QPointF position) const;
-    void showHelp(const QPoint& position, const QPoint& onScreen);
+    /// The tooltip of a day: the date, then a line for each series with a value on that day.
+    [[nodiscard]] QString tooltip(std::size_t day) const;
     [[nodiscard]] AccessibleElement makeElement(const ChartSeries& series, const DayFormat& format) const;
 
     ChartData m_data;

@@ -25,7 +25,7 @@ int rowCount(std::size_t cells)
 }
 
 /// "Nov 15, 2026: 1.2K": the tooltip and the accessible name.
-QString helpText(const HeatCell& cell, const DayFormat& format)
+QString tooltip(const HeatCell& cell, const DayFormat& format)
 {
     return HeatMap::tr("%1: %2").arg(format.text(cell.day), tokenText(cell.tokens, QLocale{}));
 }
@@ -80,7 +80,7 @@ std::vector<AccessibleElement> HeatMap::accessibleElements() const
     for (std::size_t index = 0; index < m_cells.size(); ++index) {
         const HeatCell& cell = m_cells[index];
         elements.push_back(
-            {helpText(cell, format), tokenText(cell.tokens, QLocale{}), QAccessible::Graphic, cellFrame(index), {}});
+            {tooltip(cell, format), tokenText(cell.tokens, QLocale{}), QAccessible::Graphic, cellFrame(index), {}});
     }
     return elements;
 }
@@ -100,18 +100,12 @@ bool HeatMap::event(QEvent* event)
     if (event->type() != QEvent::ToolTip)
         return QWidget::event(event);
     const auto* help = static_cast<QHelpEvent*>(event);
-    showHelp(help->pos(), help->globalPos());
-    return true;
-}
-
-void HeatMap::showHelp(const QPoint& position, const QPoint& onScreen)
-{
-    const auto index = cellAt(position);
-    if (index)
-        QToolTip::showText(onScreen, helpText(m_cells[*index], DayFormat{}), this,
+    if (const auto index = cellAt(help->pos()))
+        QToolTip::showText(help->globalPos(), tooltip(m_cells[*index], DayFormat{}), this,
                            cellFrame(*index).adjusted(0, 0, gap, gap));
     else
         QToolTip::hideText();
+    return true;
 }
 
 void HeatMap::paintEvent(QPaintEvent* /*event*/)

@@ -50,7 +50,6 @@ protected:
 
 private:
     [[nodiscard]] std::optional<std::size_t> cellAt(QPoint position) const;
-    void showHelp(const QPoint& position, const QPoint& onScreen);
 
     QColor m_color;
     std::vector<HeatCell> m_cells;
