@@ -3,7 +3,6 @@
 #include "Tallyfox/Agent/Charts/StackedBarChart.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 
-#include <QApplication>
 #include <QImage>
 #include <QPainter>
 #include <QToolTip>

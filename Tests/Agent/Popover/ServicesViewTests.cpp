@@ -6,7 +6,6 @@
 #include "Tallyfox/Agent/Popover/ServicesView.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 
-#include <QLayout>
 #include <gmock/gmock.h>
 
 #include <algorithm>

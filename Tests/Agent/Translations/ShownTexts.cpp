@@ -6,7 +6,6 @@
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QComboBox>
-#include <QCoreApplication>
 #include <QGroupBox>
 #include <QScrollBar>
 #include <QTabBar>

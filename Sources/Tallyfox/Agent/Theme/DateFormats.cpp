@@ -2,7 +2,6 @@
 
 #include <QDateTime>
 #include <QLocale>
-#include <QTimeZone>
 
 #include <algorithm>
 #include <chrono>

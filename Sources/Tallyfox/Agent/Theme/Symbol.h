@@ -2,7 +2,6 @@
 
 #include <QColor>
 #include <QRectF>
-#include <QString>
 
 class QPainter;
 
