@@ -68,19 +68,6 @@ inline std::uint64_t nonDigits(const char* bytes)
 
 } // namespace byteScan
 
-/// How many bytes `jsonStringSpecials` looks at.
-inline constexpr std::size_t jsonStringBlock = 4 * byteScan::width;
-
-/// One bit for each of `jsonStringBlock` bytes, the first one lowest: whether a JSON string cannot hold it as it is,
-/// because it is a quotation mark, a backslash or a control character.
-inline std::uint64_t jsonStringSpecials(const char* bytes)
-{
-    using byteScan::width;
-    return byteScan::jsonStringSpecials(bytes) | byteScan::jsonStringSpecials(bytes + width) << width
-        | byteScan::jsonStringSpecials(bytes + 2 * width) << 2 * width
-        | byteScan::jsonStringSpecials(bytes + 3 * width) << 3 * width;
-}
-
 /// Position at or after `from` of the first byte that is not ASCII; the size of the text if there is none.
 inline std::size_t findNonAscii(std::string_view text, std::size_t from)
 {

@@ -70,22 +70,6 @@ const char* escapeEnd(const char* from, const char* end)
     return from + unicodeEscapeSize;
 }
 
-/// Steps over the escapes of the block at `from`, whose specials are the bits of `specials`. Stops at the quotation
-/// mark that ends the string, or behind the last escape, or at the end of the block; null at what no string may hold.
-const char* blockEnd(const char* from, const char* end, std::uint64_t specials)
-{
-    while (specials != 0) {
-        const char* const special = from + std::countr_zero(specials);
-        if (*special == '"')
-            return special;
-        const char* const next = *special == '\\' ? escapeEnd(special, end) : nullptr;
-        if (next == nullptr || next >= from + jsonStringBlock)
-            return next;
-        specials &= ~std::uint64_t{0} << (next - from);
-    }
-    return from + jsonStringBlock;
-}
-
 /// The end of the digits at `from`; null if there is none.
 const char* digitsEnd(const char* from, const char* end)
 {
@@ -95,40 +79,30 @@ const char* digitsEnd(const char* from, const char* end)
     return next == from ? nullptr : next;
 }
 
-/// `stringEnd` for strings of any length, block by block.
-const char* longStringEnd(const char* from, const char* end, bool& tookEscape)
+/// The first byte at or after `from` that a string cannot hold as it is; `end` if there is none.
+const char* findSpecial(const char* from, const char* end)
 {
-    while (static_cast<std::size_t>(end - from) >= jsonStringBlock) {
-        const std::uint64_t specials = jsonStringSpecials(from);
-        if (specials == 0) {
-            from += jsonStringBlock;
-            continue;
-        }
-        const char* const next = blockEnd(from, end, specials);
-        tookEscape |= from[std::countr_zero(specials)] == '\\';
-        if (next == nullptr)
-            return nullptr;
-        // Inside of the block it can only be the quotation mark.
-        if (next < from + jsonStringBlock)
-            return next;
-        from = next;
-    }
     while (static_cast<std::size_t>(end - from) >= byteScan::width) {
         const std::uint64_t specials = byteScan::jsonStringSpecials(from);
-        from += specials == 0 ? byteScan::width : static_cast<std::size_t>(std::countr_zero(specials));
         if (specials != 0)
-            break;
+            return from + std::countr_zero(specials);
+        from += byteScan::width;
     }
-    while (from != end && *from != '"') {
-        if (static_cast<unsigned char>(*from) < 0x20)
-            return nullptr;
-        const bool isEscape = *from == '\\';
-        tookEscape |= isEscape;
-        from = isEscape ? escapeEnd(from, end) : from + 1;
+    while (from != end && *from != '"' && *from != '\\' && static_cast<unsigned char>(*from) >= 0x20)
+        ++from;
+    return from;
+}
+
+/// `stringEnd` for strings of any length.
+const char* longStringEnd(const char* from, const char* end, bool& tookEscape)
+{
+    for (from = findSpecial(from, end); from != end && *from == '\\'; from = findSpecial(from, end)) {
+        tookEscape = true;
+        from = escapeEnd(from, end);
         if (from == nullptr)
             return nullptr;
     }
-    return from == end ? nullptr : from;
+    return from != end && *from == '"' ? from : nullptr;
 }
 
 /// The quotation mark that ends the string whose text begins at `from`; null if there is none, or something that no
