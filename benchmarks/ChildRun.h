@@ -5,18 +5,18 @@
 
 namespace tallyfox::bench {
 
-/// What one run of a program took.
+/// The cost of one run of a program.
 struct ChildRun {
     double wallMilliseconds = 0;
     double cpuMilliseconds = 0; ///< user and system
     double peakMebibytes = 0; ///< largest resident set
 };
 
-/// Runs a program, found in PATH, to its end, and discards its standard output. Ends this program if it cannot be run
-/// or fails: the figures of a failure would mean nothing.
+/// Runs a program, found along PATH, to its end; discarding its standard output. Ends this program when it cannot
+/// be run or fails: a figure of a failure would mean nothing.
 ChildRun runChild(const std::vector<std::string>& command);
 
-/// Runs a program like `runChild` and returns its standard output.
+/// What a program prints on standard output. Ends this program as `runChild` does.
 std::string outputOf(const std::vector<std::string>& command);
 
 } // namespace tallyfox::bench

@@ -8,17 +8,16 @@
 
 namespace tallyfox::bench {
 
-/// The reader that one would write in an afternoon: it makes a document of every line and adds up the usage of the
-/// records that have one.
+/// The simple reader: makes a document of every line and adds up the usage that it finds.
 class SimdjsonUsage {
 public:
     explicit SimdjsonUsage(Provider provider);
 
     /// Adds the usage of the lines of one tail, to be followed by SIMDJSON_PADDING readable bytes. The first line
-    /// is left out if `isCut`.
+    /// is skipped if `isCut`.
     void add(std::string_view tail, bool isCut);
 
-    /// Tokens of all records so far. A message that is spread over several lines counts once for each.
+    /// Tokens of all records so far. A message that is spread over lines counts with each of them.
     [[nodiscard]] std::int64_t tokens() const
     {
         return m_tokens;

@@ -1,5 +1,5 @@
-/// CPU time of scanning and parsing both histories of a home folder, beside two references measured in the same run:
-/// a plain read of the same bytes, and a loop that makes a simdjson document of every line.
+/// CPU time of scanning both histories of a home folder, beside two references measured in the same run: a plain read
+/// of the same bytes, and a loop that makes a simdjson document of every line.
 
 #include "Figures.h"
 #include "HistoryTails.h"
@@ -128,8 +128,8 @@ void printRatios(const History& history, const CpuTimes& times)
     bench::printFigure(name + ": simdjson / scan and parse", simdjson / scanned, "x", ">= 2.00");
 }
 
-/// Checks that both readers see the same records. Only Codex records can be compared: of a Claude message, which is
-/// spread over several lines, the scanner counts one and the loop counts all.
+/// Whether both readers see the same records; otherwise the comparison is worthless. Only Codex records can be
+/// compared: of a Claude message, which is spread over lines, the scanner counts one line and the loop counts all.
 bool readersAgree(const History& codex)
 {
     auto tails = tailsOf(codex);
@@ -155,7 +155,7 @@ int main(int argc, char** argv)
     registerAll(claude);
     registerAll(codex);
 
-    // Interleaved, so that a slow moment of the machine hits all of them alike.
+    // Interleaved, so that a slow moment of the machine affects all of them.
     std::string program = "scanBenchmark";
     std::string interleave = "--benchmark_enable_random_interleaving=true";
     char* arguments[] = {program.data(), interleave.data(), nullptr};

@@ -1,4 +1,4 @@
-/// Memory, start-up and growth of `tallyfox --summary --no-quota`, measured from outside.
+/// Memory, start-up and growth of `tallyfox --summary --no-quota`, measured from outside as a user meets them.
 
 #include "ChildRun.h"
 #include "Figures.h"
@@ -35,7 +35,7 @@ Command summaryOf(const Subject& subject, const fs::path& home)
     return {subject.program, "--summary", "--no-quota", "--home", home.string()};
 }
 
-/// Whether the program really counts both histories: the figures of one that does nothing would be excellent.
+/// Whether the program really counts both histories: one that does nothing would have splendid figures.
 bool programWorks(const Subject& subject)
 {
     auto command = summaryOf(subject, subject.bound);
@@ -50,7 +50,7 @@ struct Medians {
     double second = 0;
 };
 
-/// Runs two commands in turn, so that a slow moment of the machine hits both.
+/// Runs two commands in turn, so that a slow moment of the machine affects both.
 Medians measureInTurn(int times, const Command& first, const Command& second, double ChildRun::*what)
 {
     std::vector<double> firsts;

@@ -1,5 +1,5 @@
-/// Arguments of any bytes, separated by NUL: understood as a plain reading of the rules says, with messages that no
-/// terminal takes for commands.
+/// Arguments of any bytes, separated by NUL: parsed as a plain reading of the rules, with messages that are safe for a
+/// terminal.
 
 #include "FuzzSupport.h"
 #include "Tallyfox/Engine/CommandLine/CommandLineOptions.h"
@@ -25,7 +25,7 @@ std::vector<std::string_view> argumentsOf(std::string_view text)
     return arguments;
 }
 
-/// What was given, or that something was wrong with it.
+/// The arguments, and whether they were wrong.
 struct Given {
     std::set<std::string_view> options;
     std::optional<std::filesystem::path> home;

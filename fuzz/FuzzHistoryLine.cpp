@@ -1,5 +1,5 @@
-/// One or a few history lines, read by both parsers: passing over lines may never change what is found, and it
-/// must be what an oracle over another JSON reader finds.
+/// One or a few history lines, read by both parsers: skipping lines must never change the samples, and they must be
+/// those that an oracle based on another JSON reader finds.
 
 #include "FuzzSupport.h"
 #include "PlainLines.h"

@@ -1,4 +1,4 @@
-/// The text of a tail: its lines must be those that a plain reading of the rule gives, and the word search must find
+/// The text of a tail: its lines must be those of a plain implementation of the rule, and the word search must find
 /// what a naive one finds.
 
 #include "FuzzSupport.h"

@@ -1,5 +1,5 @@
-/// One JSON text: accepted and refused as simdjson and RapidJSON do, but for the differences listed here, and with the
-/// content that simdjson finds.
+/// One JSON text: accepted or refused as by simdjson and RapidJSON, except for the differences listed here, and with
+/// the content that simdjson finds.
 
 #include "FuzzSupport.h"
 #include "RapidjsonGrammar.h"
@@ -93,7 +93,7 @@ void compareContent(JsonReader& reader, const simdjson::dom::element& element)
     case element_type::NULL_VALUE:
         return require(reader.nextType() == JsonReader::Type::null && reader.skipValue(), "null is read");
     default:
-        require(reader.skipValue(), "any other value is passed over");
+        require(reader.skipValue(), "any other value is skipped");
     }
 }
 
@@ -106,7 +106,7 @@ void compareWithSimdjson(std::string_view text, bool isAccepted)
         require(isAccepted, "what simdjson accepts is accepted");
         JsonReader reader(text);
         compareContent(reader, root);
-        require(reader.finish(), "nothing is left behind the content");
+        require(reader.finish(), "nothing is left after the content");
     } else if (!isRefusedForItsValue(error)) {
         require(!isAccepted, "what simdjson finds ungrammatical is refused");
     }

@@ -1,4 +1,4 @@
-/// A stream in pieces of any sizes gives the lines that it gives as a whole; lines that are too long are left out.
+/// A stream in pieces of any size gives the same lines as in one piece; lines that are too long are dropped.
 
 #include "FuzzSupport.h"
 #include "Tallyfox/Engine/Quota/LineAssembler.h"

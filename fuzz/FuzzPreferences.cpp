@@ -1,5 +1,5 @@
-/// A preferences file of any bytes: it can be read, a grant can be stored in it all the same, and nothing else of what
-/// it said is changed by that.
+/// A preferences file of any bytes: it can be read, and a grant can be stored in it without changing any other
+/// preference.
 
 #include "FuzzSupport.h"
 #include "Support/ScratchFolder.h"
@@ -12,7 +12,7 @@ using namespace tallyfox;
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     static const test::ScratchFolder folder;
-    static int round = 0; // a new name each time: the toolkit remembers what it read under one
+    static int round = 0; // a new name each time, because Qt caches files by name
     const auto file = folder.path() / std::to_string(++round) / "tallyfox.ini";
     const std::string_view content = textOf(data, size);
     test::writeFile(file, content);

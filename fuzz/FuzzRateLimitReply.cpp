@@ -1,4 +1,5 @@
-/// One line of the Codex app server: decoding it gives what an oracle over another JSON reader gives, within bounds.
+/// One line of the Codex app server: decoding it gives what an oracle based on another JSON reader gives, within
+/// bounds.
 
 #include "FuzzSupport.h"
 #include "TallyfoxCore/Json/Utf8.h"

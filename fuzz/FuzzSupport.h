@@ -8,10 +8,11 @@
 #include <cstdlib>
 #include <string_view>
 
-/// What a target is for libFuzzer, for AFL++ (whose driver calls the same function), and for the replay of the corpus.
+/// The entry point of a target, for libFuzzer, for AFL++ (whose driver calls the same function), and for replaying the
+/// corpus.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
-/// Stops the fuzzer with the broken promise.
+/// Aborts with the broken promise unless it holds.
 inline void require(bool holds, const char* promise)
 {
     if (holds)
@@ -25,5 +26,5 @@ inline std::string_view textOf(const std::uint8_t* data, std::size_t size)
     return {reinterpret_cast<const char*>(data), size};
 }
 
-/// Thrown where the program would end because token counts overflow: an outcome like any other here.
+/// Thrown where the program would end because token counts overflow: a valid outcome here.
 struct TokenSumOverflow { };

@@ -17,8 +17,8 @@ namespace {
 
 constexpr std::size_t tailSize = LocalUsageScanner::tailSize;
 
-/// The first bytes of the input choose how much longer than a tail the file is, and where it repeats itself; the rest
-/// is what it says.
+/// The first bytes of the input choose how much longer than a tail the file is, and how it is filled; the rest is its
+/// text.
 std::string contentOf(std::string_view input)
 {
     if (input.size() < 4)
@@ -28,7 +28,7 @@ std::string contentOf(std::string_view input)
     const std::string_view text = input.substr(3);
     if (number(2) % 4 == 0)
         return std::string{text};
-    // Filled up in front or behind with a line as long as it needs, or with the text over and over.
+    // Filled up before or after the text with one long line, or by repeating the text.
     const std::string filler(size > text.size() ? size - text.size() : 0, number(2) % 4 == 1 ? '\n' : ' ');
     if (number(2) % 4 != 3)
         return number(2) % 8 < 4 ? filler + std::string{text} : std::string{text} + filler;

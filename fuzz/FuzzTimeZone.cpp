@@ -1,5 +1,5 @@
-/// The bytes of a zone file, or the text of a rule: whatever they are, the days of the calendar over them follow each
-/// other without a gap.
+/// The bytes of a zone file, or the text of a rule: whatever they are, the days of their calendar follow each other
+/// without a gap.
 
 #include "FuzzSupport.h"
 #include "TallyfoxCore/Time/Calendar.h"

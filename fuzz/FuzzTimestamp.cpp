@@ -1,5 +1,5 @@
 /// One timestamp, read by our parser and by the date library. The library reads more than we do (missing digits,
-/// spaces, second 60, offsets of 99 hours), so what it may judge is checked by its shape first.
+/// spaces, second 60, offsets of 99 hours), so only texts of the right shape are compared.
 
 #include "FuzzSupport.h"
 #include "TallyfoxCore/Time/Instant.h"
@@ -14,7 +14,7 @@ using namespace tallyfox;
 
 namespace {
 
-/// Whether the text has digits where `shape` has 0, and its other characters where they stand.
+/// Whether the text has digits where `shape` has 0, and equals it elsewhere.
 bool hasShape(std::string_view text, std::string_view shape)
 {
     return text.size() == shape.size()
@@ -31,7 +31,7 @@ struct Parts {
 
 constexpr std::size_t secondsEnd = 19;
 
-/// The designator as the library takes it; nothing when it is none.
+/// The designator in the form that the library accepts; nothing if it is not one.
 std::optional<std::string> offsetOf(std::string designator, bool hasFraction)
 {
     if (designator == "Z" || (designator.empty() && hasFraction))

@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
-/// The lines of a history text by the rule alone, byte by byte: a line feed ends a line unless a carriage return
-/// stands before it, and empty lines do not count. As copies, or as views into the text.
+/// The lines of a history text, straight from the rule, byte by byte: a line feed ends a line unless it follows a
+/// carriage return, and empty lines do not count. As copies, or as views of the text.
 template <typename Line = std::string> std::vector<Line> plainLines(std::string_view text)
 {
     std::vector<Line> lines;

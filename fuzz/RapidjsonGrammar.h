@@ -2,8 +2,8 @@
 
 #include <string_view>
 
-/// What RapidJSON thinks of a text. `undecided` is what it refuses although the grammar allows it (numbers beyond a
-/// double, escapes of lone surrogates), and what it would misread (a NUL byte is an end to it).
+/// RapidJSON's verdict on a text. `undecided`: it refuses the text although the grammar allows it (numbers beyond a
+/// double, escapes of lone surrogates), or would misread it (it stops at a NUL byte).
 enum class RapidjsonVerdict { accepted, refused, undecided };
 
 RapidjsonVerdict rapidjsonVerdict(std::string_view text);

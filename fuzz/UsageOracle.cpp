@@ -18,21 +18,21 @@ using Value = rapidjson::Value;
 
 constexpr unsigned parseFlags =
     rapidjson::kParseIterativeFlag | rapidjson::kParseFullPrecisionFlag | rapidjson::kParseValidateEncodingFlag;
-constexpr std::size_t longestLine = 1'024; ///< so short a line cannot nest deeper than the reader's bound
+constexpr std::size_t longestLine = 1'024; ///< too short to nest deeper than the reader's bound
 
 bool isOfUsualSize(double number)
 {
     return std::abs(number) > 1e-300 && std::abs(number) < 1e300;
 }
 
-/// Reads one line. What is found wrong stays wrong; what the oracle cannot judge makes everything unknown.
+/// Reads one line. Once wrong it stays wrong; anything that the oracle cannot judge makes the verdict unknown.
 class Line {
 public:
     explicit Line(const std::string& line)
     {
         const std::string text = tallyfox::repairedUtf8(line);
         isKnown = text.size() <= longestLine;
-        for (const char* const misread : {"\\ud", "\\uD", "0e", "0E"}) // of 0e308 RapidJSON makes some other number
+        for (const char* const misread : {"\\ud", "\\uD", "0e", "0E"}) // RapidJSON misreads 0e308
             isKnown &= text.find(misread) == text.npos;
         if (!isKnown || text.find('\0') != text.npos) {
             isUsable = false;
@@ -49,7 +49,7 @@ public:
         return m_document;
     }
 
-    /// The member as it stands last; null where there is none.
+    /// The last member of that name; null if there is none.
     static const Value* member(const Value* object, const char* key)
     {
         const Value* found = nullptr;
@@ -94,7 +94,7 @@ public:
     {
         const Value* const value = member(parent, key);
         isUsable &= !value || value->IsNumber();
-        if (value && value->IsNumber()) // of 4e308 RapidJSON makes a very small number
+        if (value && value->IsNumber()) // RapidJSON misreads 4e308
             isKnown &= value->GetDouble() == 0 || isOfUsualSize(value->GetDouble());
         return value && value->IsNumber() ? std::optional{value->GetDouble()} : std::nullopt;
     }

@@ -11,9 +11,9 @@
 
 namespace tallyfox::test {
 
-/// A record of a history, in the few respects in which histories of properties differ.
+/// A record of a history, reduced to what the properties vary.
 struct AnyRecord {
-    std::optional<int> id; ///< of the message (Claude); few different ones, so that they meet again
+    std::optional<int> id; ///< of the message (Claude); of few values, so that they repeat
     int second = 0; ///< of one hour
     std::int64_t total = 0;
 
@@ -28,7 +28,7 @@ inline void showValue(const AnyRecord& record, std::ostream& stream)
     stream << "{id " << record.id.value_or(-1) << ", second " << record.second << ", total " << record.total << '}';
 }
 
-/// One history file: records, and lines between them that hold none.
+/// One history file: records, and other lines between them.
 struct AnyFile {
     std::vector<AnyRecord> records;
     std::vector<std::string> noise; ///< a line before the record at the same place; none when it is empty

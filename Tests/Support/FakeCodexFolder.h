@@ -10,10 +10,10 @@
 
 namespace tallyfox::test {
 
-/// A folder with a `codex` that behaves as a mode of the fake says (Support/FakeCodex).
+/// A folder with a fake `codex` in one of its modes (Support/FakeCodex).
 class FakeCodexFolder {
 public:
-    /// `fake` is the built fake; it is linked to, so that links as installers make them are followed, too.
+    /// `fake` is the built fake. The folder has a link to it, as installers make one.
     FakeCodexFolder(const std::filesystem::path& fake, const std::string& mode)
     {
         std::filesystem::create_symlink(fake, executable());
@@ -25,7 +25,7 @@ public:
         return m_folder.path() / "codex";
     }
 
-    /// What the fake has left under a name; waits for it.
+    /// What the fake wrote under a name; waits for it.
     [[nodiscard]] std::string recorded(const std::string& name) const
     {
         const std::filesystem::path file = m_folder.path() / name;
@@ -41,7 +41,7 @@ public:
         return std::filesystem::exists(m_folder.path() / "descriptors");
     }
 
-    /// Process id of the started fake, which is its group's, too; waits for it.
+    /// Process id of the started fake, and of its group; waits for it.
     [[nodiscard]] pid_t processId() const
     {
         return std::stoi(recorded("pid"));

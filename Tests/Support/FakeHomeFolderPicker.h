@@ -7,7 +7,7 @@
 
 namespace tallyfox::test {
 
-/// Keeps what it is asked until a test answers for the user.
+/// Records requests until a test answers for the user.
 class FakeHomeFolderPicker : public HomeFolderPicker {
 public:
     void begin(const Request& request, Completion completion) override

@@ -25,7 +25,7 @@ template <std::size_t count> std::string_view GeneratedHistory::anyOf(const char
     return choices[upTo(count - 1)];
 }
 
-/// The word as a JSON string: mostly plain, else some or all characters as escapes.
+/// The word as a JSON string: mostly plain, else with some or all characters escaped.
 std::string GeneratedHistory::spelled(std::string_view word)
 {
     const bool isPlain = !oneIn(3);
@@ -54,7 +54,7 @@ std::string GeneratedHistory::member(std::string_view name, const std::string& v
     return oneIn(2) ? once + ',' + again : again + ',' + once;
 }
 
-/// The inside of a JSON string, of a length that moves what follows to any place in a block.
+/// The inside of a JSON string, of a length that moves what follows to any offset in a block.
 std::string GeneratedHistory::filler()
 {
     const char* const temptations[] = {R"(\"usage\":)",       R"(\\u0061)", R"(\u0061)", R"(\u001b[1m)",

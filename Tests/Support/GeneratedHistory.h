@@ -9,9 +9,9 @@
 
 namespace tallyfox::test {
 
-/// Makes up history texts of a few lines in which everything happens that a writer, an editor, a crash or a cut can do
-/// to a history: records in any spelling of their words, doubled members, lines cut off, carriage returns, blank lines,
-/// colour codes, bytes that are no UTF-8. The same seed gives the same texts.
+/// Generates short history texts with everything that a writer, an editor, a crash or a cut can do to a history:
+/// records in any spelling of their words, duplicate members, lines cut off, carriage returns, blank lines, colour
+/// codes, invalid UTF-8. The same seed gives the same texts.
 class GeneratedHistory {
 public:
     GeneratedHistory(Provider provider, std::uint64_t seed);

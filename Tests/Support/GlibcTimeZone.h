@@ -8,8 +8,8 @@
 
 namespace tallyfox::test {
 
-/// The C library as an independent opinion on time zones: sets `TZ` of this process while it lives. Its users must
-/// not run in parallel threads.
+/// The C library as an independent opinion on time zones: sets `TZ` of this process for its lifetime. Not for parallel
+/// threads.
 class GlibcTimeZone {
 public:
     explicit GlibcTimeZone(const std::string& timeZone);

@@ -5,8 +5,8 @@
 
 namespace tallyfox::test {
 
-/// Room for texts between two pages that nobody may touch: reading one byte before or behind a text that stands at an
-/// edge ends the program, in builds without sanitizers too.
+/// Room for texts between two inaccessible pages: reading one byte before or after a text at the edge crashes the
+/// program, in builds without sanitizers too.
 class GuardedText {
 public:
     /// Room for texts of at most `capacity` bytes.

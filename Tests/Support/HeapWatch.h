@@ -4,13 +4,13 @@
 
 namespace tallyfox::test {
 
-/// Watches what the calling thread takes from the heap through `operator new` while the object lives. One at a time.
+/// Counts what the calling thread allocates through `operator new` during its lifetime. One at a time.
 class HeapWatch {
 public:
     HeapWatch();
 
-    [[nodiscard]] std::size_t blocks() const; ///< taken so far, given back or not
-    [[nodiscard]] std::size_t bytes() const; ///< asked for in them
+    [[nodiscard]] std::size_t blocks() const; ///< allocated so far, freed or not
+    [[nodiscard]] std::size_t bytes() const; ///< requested by them
     [[nodiscard]] std::size_t peak() const; ///< by how many bytes the memory held has grown at its highest
 
     [[nodiscard]] long long held() const; ///< by how many bytes the memory held has grown
@@ -21,8 +21,7 @@ private:
     long long m_heldBefore;
 };
 
-/// Lets one allocation of the calling thread fail: the `place`-th one, counted from 1, of those made while the object
-/// lives. One at a time.
+/// Lets one allocation of the calling thread fail: the `place`-th one, counted from 1, in its lifetime. One at a time.
 class FailingAllocation {
 public:
     explicit FailingAllocation(std::size_t place);
@@ -30,7 +29,7 @@ public:
     FailingAllocation& operator=(const FailingAllocation&) = delete;
     ~FailingAllocation();
 
-    [[nodiscard]] bool hasFailed() const; ///< whether there were as many
+    [[nodiscard]] bool hasFailed() const; ///< whether there were that many
 };
 
 } // namespace tallyfox::test

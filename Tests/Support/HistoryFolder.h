@@ -15,11 +15,11 @@
 
 namespace tallyfox::test {
 
-/// A scratch folder that stands for a provider's history folder. It goes with the object, however deep it is nested and
-/// whatever its permissions.
+/// A scratch folder as a provider's history folder. It is removed with the object, however deep it is and whatever its
+/// permissions.
 class HistoryFolder : public testing::Test {
 protected:
-    /// Writes a file, in folders that are made for it, last modified `age` seconds before a fixed moment.
+    /// Writes a file and the folders above it, last modified `age` seconds before a fixed moment.
     void write(const std::filesystem::path& name, std::string_view content = {}, std::int64_t age = 0) const;
     /// Sets when the file was last modified.
     void setAge(const std::filesystem::path& name, std::int64_t age, std::int64_t nanoseconds = 0) const;
@@ -41,7 +41,7 @@ private:
     ScratchFolder m_scratch;
 };
 
-/// How many descriptors this process has open.
+/// The number of open descriptors of this process.
 std::size_t openDescriptors();
 
 /// The error of a scan or of a reading; none when it succeeded.

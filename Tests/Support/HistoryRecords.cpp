@@ -6,7 +6,7 @@ namespace tallyfox::test {
 
 namespace {
 
-/// Builds one record out of its members.
+/// Builds one record from its members.
 class Record {
 public:
     explicit Record(const Members& changes)

@@ -17,18 +17,18 @@ using Members = std::map<std::string, std::string, std::less<>>;
 
 /// An assistant record of a Claude Code history as one line: a complete one, with `changes`.
 std::string claudeLine(const Members& changes = {});
-/// The sample that the complete record stands for.
+/// The sample of the complete record.
 UsageSample claudeSample();
 
 /// A token-count event of a Codex CLI session as one line: a complete one, with `changes`.
 std::string codexLine(const Members& changes = {});
-/// The sample that the complete event stands for.
+/// The sample of the complete event.
 UsageSample codexSample();
 
 /// All lines of `lines`.
 std::vector<std::string_view> linesOf(const HistoryLines& lines);
 
-/// `lines`, each with a line feed behind it.
+/// `lines`, each with a line feed after it.
 std::string textOf(const std::vector<std::string>& lines);
 
 /// Each sample's total, in order.

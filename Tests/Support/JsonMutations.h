@@ -8,7 +8,7 @@
 
 namespace tallyfox::test {
 
-/// Makes JSON texts that are slightly wrong, or still right, out of legal ones; the same ones in every run.
+/// Makes legal JSON texts slightly wrong, or different but still right; the same in every run.
 class JsonMutations {
 public:
     explicit JsonMutations(std::vector<std::string_view> seeds)
@@ -29,8 +29,8 @@ private:
     std::mt19937_64 m_random{20250304};
 };
 
-/// `text` without what only some readers refuse: inside of strings every unicode escape becomes that of A and every
-/// byte above 0x7F an x; outside of them every run of digits is cut to two. None of that changes the grammar.
+/// `text` without what only some readers refuse: in strings every unicode escape becomes that of A and every byte above
+/// 0x7F an x; elsewhere every run of digits is cut to two. None of that changes the grammar.
 std::string withoutReaderLimits(std::string_view text);
 
 } // namespace tallyfox::test

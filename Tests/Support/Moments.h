@@ -19,7 +19,7 @@ inline Instant utcTime(int year, unsigned month, unsigned day, int hour = 0, int
                    + std::chrono::minutes{minute} + std::chrono::seconds{second}};
 }
 
-/// The calendar of a zone that the system's database is sure to have; throws where it has not.
+/// The calendar of a zone of the system's database; throws if there is none.
 inline Calendar zone(std::string_view name)
 {
     return Calendar::named(name).value();

@@ -6,12 +6,12 @@
 
 namespace tallyfox::test {
 
-/// What is left of the session and process group with this number, one line for each process; empty when nothing is.
-/// A zombie counts when it is a child of this process; any other belongs to whoever has to reap it.
+/// The processes left in the session and process group with this number, one line each. A zombie counts only if it is a
+/// child of this process; another process must reap any other.
 std::string remainsOf(pid_t group);
 
-/// What is left of a group when it must be gone: looks until nothing is left, 2 seconds at most (more where a
-/// sanitizer slows everything down).
+/// What is left of a group that should have ended: waits until nothing is left, for 2 seconds at most (longer with a
+/// sanitizer).
 std::string remainsInTheEnd(pid_t group);
 
 /// Number of children of this process, zombies included.

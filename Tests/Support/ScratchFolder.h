@@ -11,7 +11,7 @@
 
 namespace tallyfox::test {
 
-/// A new, empty folder that goes with the object.
+/// A new, empty folder that is removed with the object.
 class ScratchFolder {
 public:
     ScratchFolder()

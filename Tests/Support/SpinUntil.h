@@ -6,7 +6,7 @@
 
 namespace tallyfox::test {
 
-/// Runs the event loop until something is so. The limit only keeps a failing test from hanging.
+/// Runs the event loop until a condition holds. The limit only keeps a failing test from hanging.
 template <typename Predicate> bool spinUntil(const Predicate& isSo)
 {
     constexpr std::chrono::milliseconds hangGuard = std::chrono::seconds{60};

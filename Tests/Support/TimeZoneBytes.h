@@ -7,7 +7,7 @@
 
 namespace tallyfox::test {
 
-/// The bytes of a compiled zone, written here so that damaged and unusual ones can be had.
+/// The bytes of a compiled zone, also of damaged and unusual ones.
 struct TimeZoneBytes {
     struct Transition {
         std::int64_t time = 0; ///< seconds since 1970
@@ -46,7 +46,7 @@ private:
             append(bytes, transition.type, 1);
         for (const std::int32_t offset : offsets) {
             append(bytes, offset, 4);
-            append(bytes, 0, 2); // neither summer time nor an abbreviation but the first
+            append(bytes, 0, 2); // no summer time, and the first abbreviation
         }
         bytes += abbreviation;
         bytes += std::string(leapSeconds * static_cast<std::size_t>(timeSize + 4), '\0');

@@ -12,8 +12,8 @@ namespace tallyfox {
 
 namespace {
 
-/// Opens a path of at most PATH_MAX bytes without following a link. Where the kernel is too old for the question, or a
-/// sandbox refuses it, the last component alone is checked.
+/// Opens a path of at most PATH_MAX bytes without following a link. Where the kernel has no `openat2`, or a sandbox
+/// blocks it, only the last component is checked.
 int openWithoutLinks(int folder, const char* path, int flags)
 {
     open_how how{};
@@ -28,7 +28,7 @@ int openWithoutLinks(int folder, const char* path, int flags)
     return static_cast<int>(descriptor);
 }
 
-/// How much of `path` the system takes at once: up to the last separator that leaves room for it.
+/// How much of `path` one call can take: all of it, or up to the last separator before PATH_MAX.
 std::size_t leadingPart(const std::string& path)
 {
     return path.size() < PATH_MAX ? path.npos : path.rfind('/', PATH_MAX - 1);

@@ -31,17 +31,17 @@ public:
     {
         return m_descriptor >= 0;
     }
-    /// Gives the descriptor away.
+    /// Gives up ownership of the descriptor.
     int release()
     {
         return std::exchange(m_descriptor, -1);
     }
 
-    /// Opens a folder for listing, following links. Not open on an error, which `errno` then tells.
+    /// Opens a folder for listing, following links. On an error the result is not open and `errno` is set.
     static FileDescriptor openFolder(const char* path);
 
-    /// Opens `path` below this folder with `flags` and O_CLOEXEC, following no link anywhere on the way. The path may
-    /// be longer than the system takes at once. Not open on an error, which `errno` then tells.
+    /// Opens `path` below this folder with `flags` and O_CLOEXEC, following no symbolic link on the way. The path may
+    /// be longer than PATH_MAX. On an error the result is not open and `errno` is set.
     [[nodiscard]] FileDescriptor openBelow(const std::string& path, int flags) const;
 
 private:

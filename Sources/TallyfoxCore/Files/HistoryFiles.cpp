@@ -17,11 +17,11 @@ namespace tallyfox {
 
 namespace {
 
-/// A candidate. Of two, the better one is modified later, or listed earlier when both are equally old.
+/// A candidate. The better of two was modified later or, if equally old, listed earlier.
 struct Candidate {
     std::int64_t seconds = 0;
     std::int64_t nanoseconds = 0;
-    std::uint64_t place = 0; ///< among all files listed
+    std::uint64_t place = 0; ///< in the order of listing
     std::string path;
 
     [[nodiscard]] bool isBetterThan(const Candidate& other) const
@@ -32,7 +32,7 @@ struct Candidate {
     }
 };
 
-/// Keeps the best candidates in a heap whose front is the worst of them.
+/// Keeps the best candidates, in a heap with the worst of them in front.
 class BestCandidates {
 public:
     void offer(const std::string& folder, const char* name, const struct stat& status)
@@ -93,7 +93,7 @@ bool isHidden(const dirent& entry)
     return entry.d_name[0] == '.';
 }
 
-/// What stands behind an entry, without following a link; nothing if it cannot be told.
+/// The status of an entry, links not followed; nothing if it cannot be examined.
 std::optional<struct stat> statusOf(const Folder& folder, const dirent& entry)
 {
     struct stat status { };
@@ -116,7 +116,7 @@ bool mayBeHistory(const dirent& entry)
     return mayBeRegular && std::string_view(entry.d_name).ends_with(".jsonl");
 }
 
-/// Walks the folders below a root, one open at a time however deep they lie.
+/// Walks the folders below a root with only one open at a time, however deep they are.
 class Walk {
 public:
     explicit Walk(const FileDescriptor& root)
@@ -192,13 +192,13 @@ LocalUsageScanner::TailReader::TailReader()
 
 LocalUsageScanner::TailReader::~TailReader()
 {
-    ::explicit_bzero(m_buffer.get(), m_filled); // anything else the compiler may leave out, as nobody reads it again
+    ::explicit_bzero(m_buffer.get(), m_filled); // the compiler may drop a plain memset of memory that is not read again
 }
 
 std::variant<HistoryTail, FileError> LocalUsageScanner::TailReader::tailLines(const FileDescriptor& root,
                                                                               const std::string& path)
 {
-    // Without O_NONBLOCK, a pipe that took the file's place would hold the scan until somebody writes to it.
+    // Without O_NONBLOCK, opening a pipe in the file's place would block until it has a writer.
     const FileDescriptor file = root.openBelow(path, O_RDONLY | O_NONBLOCK | O_NOCTTY);
     struct stat status { };
     if (!file.isOpen() || ::fstat(file.get(), &status) != 0)

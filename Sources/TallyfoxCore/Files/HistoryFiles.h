@@ -19,7 +19,7 @@ class FileDescriptor;
 /// The history files that one scan reads.
 struct HistoryFiles {
     std::vector<std::string> paths; ///< relative to the folder they were looked for in; newest first
-    bool isPartial = false; ///< there were more
+    bool isPartial = false; ///< there were more than a scan reads
 };
 
 /// The lines of a file's tail.
@@ -31,12 +31,12 @@ struct HistoryTail {
 namespace LocalUsageScanner {
 
 /// The `maximumFiles` most recently modified files with the extension "jsonl" below the folder `root`; of equally old
-/// ones those that are listed first. Hidden files and folders (a dot in front) and links are passed over, and so is
-/// what cannot be listed or examined. However many files there are, only the best are kept in mind.
+/// ones those that are listed first. Skips hidden files and folders (names beginning with a dot), links, and whatever
+/// cannot be listed or examined. Memory is bounded: only the current candidates are kept.
 HistoryFiles jsonlFiles(const FileDescriptor& root);
 
-/// Reads tails into one buffer that serves for every file, and is wiped in the end: what the user and the assistants
-/// said does not stay in the memory of the program.
+/// Reads tails into one buffer, reused for every file and wiped on destruction, so that conversations do not stay in
+/// the program's memory.
 class TailReader {
 public:
     TailReader();
@@ -44,15 +44,15 @@ public:
     TailReader& operator=(const TailReader&) = delete;
     ~TailReader();
 
-    /// The lines of the last `tailSize` bytes of the file at `path` below the folder `root`, without the first one if
+    /// The lines in the last `tailSize` bytes of the file at `path` below the folder `root`, without the first one if
     /// the file is longer. Bytes appended after the size was taken are left for the next scan. The lines are valid
-    /// until the next call. Fails with the system's error; a path that leads over a link or to anything but a regular
-    /// file fails too, and never blocks.
+    /// until the next call. Fails with the system's error; also fails, without blocking, for a path through a link and
+    /// for anything but a regular file.
     std::variant<HistoryTail, FileError> tailLines(const FileDescriptor& root, const std::string& path);
 
 private:
     std::unique_ptr<char[]> m_buffer;
-    std::size_t m_filled = 0; ///< bytes of the buffer that have ever been asked for
+    std::size_t m_filled = 0; ///< bytes of the buffer that may have been written
 };
 
 } // namespace LocalUsageScanner

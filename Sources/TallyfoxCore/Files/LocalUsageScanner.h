@@ -11,7 +11,7 @@
 
 namespace tallyfox {
 
-/// What one scan of a history folder found.
+/// The result of one scan of a history folder.
 struct LocalUsageScanResult {
     std::vector<UsageSample> samples; ///< ascending by timestamp; equal ones keep the order of the files and lines
     bool isPartial = false; ///< some history was not read: too many files, or a file longer than its tail
@@ -26,14 +26,14 @@ struct FileError {
     friend bool operator==(const FileError&, const FileError&) = default;
 };
 
-/// Reads the history files (extension "jsonl") below a folder. Never writes, locks, watches or follows a link.
+/// Reads the history files (extension "jsonl") below a folder. It never writes, locks, watches or follows a link.
 namespace LocalUsageScanner {
 
 inline constexpr std::size_t maximumFiles = 256; ///< only the most recently modified ones are read
-inline constexpr std::size_t tailSize = 524'288; ///< bytes: only the last ones of a file are read
+inline constexpr std::size_t tailSize = 524'288; ///< in bytes: of a longer file only the end is read
 
-/// Scans `root`. A folder that is missing or cannot be listed has no history, which is not an error; neither is a
-/// subfolder that cannot be entered. One selected file that cannot be read fails the scan.
+/// Scans `root`. A folder that is missing or cannot be listed counts as empty; a subfolder that cannot be entered is
+/// skipped. A selected file that cannot be read fails the scan.
 std::variant<LocalUsageScanResult, FileError> scanResult(Provider provider, const std::filesystem::path& root);
 
 /// The same scan, without the flag.

@@ -10,7 +10,7 @@
 #include <emmintrin.h>
 #endif
 
-/// Searches that look at sixteen bytes at a time, with the vector types that GCC and Clang offer on every processor.
+/// Searches sixteen bytes at a time, using the vector extensions of GCC and Clang, which exist for every processor.
 namespace tallyfox {
 
 namespace byteScan {
@@ -28,7 +28,7 @@ inline Bytes load(const char* bytes)
 
 #if defined(__SSE2__)
 
-/// One bit for each byte, the first one lowest: whether its lane of `mask` is set.
+/// One bit for each lane of `mask`, lowest first: whether it is set.
 template <typename Mask> inline std::uint64_t bits(Mask mask)
 {
     return static_cast<unsigned>(_mm_movemask_epi8(reinterpret_cast<__m128i>(mask)));
@@ -46,20 +46,20 @@ template <typename Mask> inline std::uint64_t bits(Mask mask)
 
 #endif
 
-/// Index of the first byte whose lane of `mask` is set; `width` if none is.
+/// Index of the first set lane of `mask`; `width` if none is set.
 template <typename Mask> inline std::size_t firstSet(Mask mask)
 {
     return static_cast<std::size_t>(std::countr_zero(bits(mask) | (std::uint64_t{1} << width)));
 }
 
-/// One bit for each of sixteen bytes: whether a JSON string cannot hold it as it is.
+/// One bit for each of sixteen bytes: whether a JSON string cannot hold it unescaped.
 inline std::uint64_t jsonStringSpecials(const char* bytes)
 {
     const Bytes block = load(bytes);
     return bits((block == '"') | (block == '\\') | (block < 0x20));
 }
 
-/// One bit for each of sixteen bytes: whether it is no decimal digit.
+/// One bit for each of sixteen bytes: whether it is not a decimal digit.
 inline std::uint64_t nonDigits(const char* bytes)
 {
     const Bytes block = load(bytes);
@@ -68,7 +68,7 @@ inline std::uint64_t nonDigits(const char* bytes)
 
 } // namespace byteScan
 
-/// Position at or after `from` of the first byte that is not ASCII; the size of the text if there is none.
+/// Position of the first non-ASCII byte at or after `from`; the size of the text if there is none.
 inline std::size_t findNonAscii(std::string_view text, std::size_t from)
 {
     while (from + byteScan::width <= text.size()) {

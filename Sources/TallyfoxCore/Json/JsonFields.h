@@ -13,11 +13,11 @@
 /// `std::tuple{requiredMember("timestamp", &Record::timestamp), optionalMember("message", &Record::message)}`.
 namespace tallyfox {
 
-/// What became of a member that a record wants. A member that stands twice counts as it stands the last time, so each
-/// reading replaces the one before, errors included. Null counts as absent.
+/// The outcome of reading a wanted member. Of duplicates the last one counts: each reading replaces the one before,
+/// errors included. Null counts as absent.
 enum class FieldState { absent, present, wrongType };
 
-/// A member that a record wants: its key, the field that takes it, and whether the record is of no use without it.
+/// A member that a record wants: its key, the field that takes it, and whether the record is useless without it.
 template <typename Record, typename Field, std::size_t keySize> struct WantedMember {
     const char (&key)[keySize];
     Field Record::*field;
@@ -53,7 +53,7 @@ template <typename Record> bool isComplete(const Record& record)
     return std::apply([&](const auto&... member) { return (isMet(member) && ...); }, Record::members());
 }
 
-/// Reads the object that comes next; members that the record does not want are passed over.
+/// Reads the object that comes next; members that the record does not want are skipped.
 template <typename Record> void readMembers(JsonReader& reader, Record& record)
 {
     if (!reader.beginObject())
@@ -73,7 +73,7 @@ template <typename Record> void readMembers(JsonReader& reader, Record& record)
     }
 }
 
-/// Reads `text` into `record`. False when it is not one grammatical JSON object.
+/// Reads `text` into `record`. False unless it is exactly one valid JSON object.
 template <typename Record> bool readJsonObject(std::string_view text, Record& record)
 {
     JsonReader reader(text);
@@ -81,7 +81,7 @@ template <typename Record> bool readJsonObject(std::string_view text, Record& re
     return reader.finish();
 }
 
-/// What all fields have in common.
+/// The base of all fields.
 struct JsonField {
     FieldState state = FieldState::absent;
 
@@ -91,7 +91,7 @@ struct JsonField {
     }
 
 protected:
-    /// Passes over a value that is not of the field's type.
+    /// Skips a value that is not of the field's type.
     void refuse(JsonReader& reader, JsonReader::Type type)
     {
         state = type == JsonReader::Type::null ? FieldState::absent : FieldState::wrongType;
@@ -125,7 +125,7 @@ struct StringField : ScalarField {
     }
 };
 
-/// A wanted number that `convert` turns into a value, or into nothing when its type cannot hold it.
+/// A wanted number. `convert` turns it into a `Value`, or into nothing if that cannot hold it.
 template <typename Value, auto convert> struct NumberField : ScalarField {
     Value value = 0;
 

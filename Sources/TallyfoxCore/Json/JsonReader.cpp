@@ -10,7 +10,7 @@ namespace tallyfox {
 
 namespace {
 
-/// The type of the value that begins with a byte.
+/// The type of a value by its first byte.
 constexpr std::array<JsonReader::Type, 256> typesByFirstByte = [] {
     using enum JsonReader::Type;
     std::array<JsonReader::Type, 256> types{};
@@ -39,7 +39,7 @@ bool isHexDigit(char character)
     return isDigit(character) || (character >= 'a' && character <= 'f') || (character >= 'A' && character <= 'F');
 }
 
-/// Whether `letter` makes an escape of two characters behind a backslash.
+/// Whether a backslash and `letter` are an escape.
 bool isSimpleEscape(char letter)
 {
     switch (letter) {
@@ -57,7 +57,7 @@ bool isSimpleEscape(char letter)
     }
 }
 
-/// The end of the escape whose backslash stands at `from`; null if it is none.
+/// The end of the escape whose backslash is at `from`; null if it is invalid.
 const char* escapeEnd(const char* from, const char* end)
 {
     if (end - from < 2)
@@ -70,7 +70,7 @@ const char* escapeEnd(const char* from, const char* end)
     return from + unicodeEscapeSize;
 }
 
-/// The end of the digits at `from`; null if there is none.
+/// The end of the digits at `from`; null if there are none.
 const char* digitsEnd(const char* from, const char* end)
 {
     const char* next = from;
@@ -79,7 +79,7 @@ const char* digitsEnd(const char* from, const char* end)
     return next == from ? nullptr : next;
 }
 
-/// The first byte at or after `from` that a string cannot hold as it is; `end` if there is none.
+/// The first byte at or after `from` that a string cannot hold unescaped; `end` if there is none.
 const char* findSpecial(const char* from, const char* end)
 {
     while (static_cast<std::size_t>(end - from) >= byteScan::width) {
@@ -105,11 +105,11 @@ const char* longStringEnd(const char* from, const char* end, bool& tookEscape)
     return from != end && *from == '"' ? from : nullptr;
 }
 
-/// The quotation mark that ends the string whose text begins at `from`; null if there is none, or something that no
-/// string may hold before it. Sets `tookEscape` if the text has an escape, and leaves it as it is if not.
+/// The quotation mark that ends the string whose text begins at `from`; null if the string is invalid or unfinished.
+/// Sets `tookEscape` if the string has an escape, else leaves it unchanged.
 const char* stringEnd(const char* from, const char* end, bool& tookEscape)
 {
-    // Most strings are keys and short values: they end within the first bytes, without an escape before.
+    // Most strings are keys and short values: they end within the first bytes and have no escape.
     if (static_cast<std::size_t>(end - from) >= byteScan::width) {
         const std::uint64_t specials = byteScan::jsonStringSpecials(from);
         const char* const first = from + std::countr_zero(specials | (std::uint64_t{1} << 63));
@@ -135,10 +135,10 @@ const char* anyNumberEnd(const char* from, const char* end)
     return digitsEnd(from, end);
 }
 
-/// The end of the number that begins at `from`; null if none does.
+/// The end of the number that begins at `from`; null if it is invalid.
 const char* numberEnd(const char* from, const char* end)
 {
-    // Most numbers are some digits and nothing else.
+    // Most numbers are plain digits.
     if (static_cast<std::size_t>(end - from) >= byteScan::width) {
         const std::uint64_t others = byteScan::nonDigits(from);
         const std::ptrdiff_t digits = std::countr_zero(others | (std::uint64_t{1} << 63));
@@ -209,7 +209,7 @@ bool JsonReader::beginObject()
     return nextType() == Type::object ? open(Type::object) : fail();
 }
 
-/// Goes on at `next`, which is null where the text broke the grammar.
+/// Continues at `next`; fails if that is null.
 inline bool JsonReader::goTo(const char* next)
 {
     if (next == nullptr)
@@ -295,8 +295,8 @@ inline bool JsonReader::takeMemberKey()
     return take(':');
 }
 
-/// Closes every container that ends here, down to `outerDepth`, then steps over what stands before the next value of
-/// the innermost one left.
+/// Closes every container that ends here, down to `outerDepth`, then skips what precedes the next value of the
+/// innermost one that is still open.
 inline bool JsonReader::stepToNextValue(std::size_t outerDepth)
 {
     skipWhiteSpace();

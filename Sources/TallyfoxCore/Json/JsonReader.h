@@ -8,18 +8,18 @@
 
 namespace tallyfox {
 
-/// Pulls values out of one JSON text as RFC 8259 defines it, and checks the grammar of all of it, also of what is
-/// skipped. It never allocates and never recurses; `maximumDepth` bounds the nesting.
+/// A pull reader for one JSON text (RFC 8259) that checks the grammar of everything, also of what is skipped. It
+/// neither allocates nor recurses; `maximumDepth` bounds the nesting.
 ///
-/// Bytes above 0x7F are accepted inside strings, whether or not they are UTF-8, and nowhere else: `JsonString::decoded`
-/// replaces what is ill-formed, so that such a byte never costs more than itself.
+/// Bytes above 0x7F are accepted inside strings, valid UTF-8 or not, and nowhere else: `JsonString::decoded` replaces
+/// ill-formed sequences, so that a bad byte does not cost the line.
 ///
-/// After the first error every operation fails, and `finish` says so.
+/// After the first error every operation fails, and `finish` returns false.
 class JsonReader {
 public:
     enum class Type { null, boolean, number, string, object, array, none };
 
-    static constexpr std::size_t maximumDepth = 1024; ///< open objects and arrays at one time
+    static constexpr std::size_t maximumDepth = 1024; ///< of nested objects and arrays
 
     /// A view: the text must outlive the reader and its tokens.
     explicit JsonReader(std::string_view text)
@@ -27,21 +27,21 @@ public:
         , m_end(text.data() + text.size())
     { }
 
-    /// The type of the next value, told by its first character; `none` where no value begins.
+    /// The type of the next value, judged by its first character; `none` where no value begins.
     [[nodiscard]] Type nextType();
 
     /// Enters the object that comes next.
     bool beginObject();
-    /// Steps to the next member of the object entered last, whose value must then be read or skipped. False at the end
-    /// of the object, which is left by that, and after an error.
+    /// Steps to the next member of the innermost object; its value must then be read or skipped. False after an error,
+    /// and at the end of the object, which is then left.
     bool nextMember(JsonString& key);
 
     bool readString(JsonString& string);
     bool readNumber(JsonNumber& number);
-    /// Passes over any value without looking into it beyond its grammar.
+    /// Skips any value, checking only its grammar.
     bool skipValue();
 
-    /// Whether all was grammatical so far and nothing but white space is left.
+    /// Whether everything so far was grammatical and only white space is left.
     [[nodiscard]] bool finish();
 
 private:
@@ -70,13 +70,13 @@ private:
     bool stepToNextValue(std::size_t outerDepth);
     bool takeMemberKey();
 
-    // Plain pointers: with checked positions into a view, a line takes half as long again.
+    // Plain pointers: with checked positions in a view, a line takes 50 % longer.
     const char* m_next;
     const char* m_end;
     std::size_t m_depth = 0;
     std::bitset<maximumDepth> m_isObject; ///< for each open container, outermost first
-    bool m_atFirstMember = false; ///< nothing was read yet of the container entered last
-    bool m_tookEscape = false; ///< in the string read last
+    bool m_atFirstMember = false; ///< nothing has been read of the innermost container
+    bool m_tookEscape = false; ///< the last string read has an escape
     bool m_hasFailed = false;
 };
 

@@ -13,7 +13,7 @@ namespace {
 
 constexpr char32_t replacementCharacter = U'\uFFFD';
 
-/// Reads the code units of a grammatical JSON string one after the other.
+/// Reads a grammatical JSON string code unit by code unit.
 class CodeUnits {
 public:
     explicit CodeUnits(std::string_view raw)
@@ -29,7 +29,7 @@ public:
         return m_raw.size() - m_position >= 6 && m_raw[m_position] == '\\' && m_raw[m_position + 1] == 'u';
     }
 
-    /// The value of the unicode escape at the position, which stays.
+    /// The value of the unicode escape at the position; does not advance.
     [[nodiscard]] char32_t unicodeEscape() const
     {
         unsigned value = 0;
@@ -42,7 +42,7 @@ public:
         m_position += 6;
     }
 
-    /// The byte that a plain character or a two-character escape stands for.
+    /// The byte that a plain character or a two-character escape means.
     char nextByte()
     {
         const char byte = m_raw[m_position++];
@@ -106,7 +106,7 @@ struct Decimal {
     std::int64_t exponent = 0; ///< of the last digit
 };
 
-/// The exponent after the letter e, held within bounds that no digit count can reach and no step here overflows.
+/// The exponent after the letter e, clamped so that no digit count reaches the bound and no sum here overflows.
 std::int64_t exponentValue(std::string_view text)
 {
     constexpr std::int64_t bound = std::int64_t{1} << 56;

@@ -8,13 +8,13 @@ namespace tallyfox {
 
 namespace {
 
-/// What the bytes at one position are: `length` bytes that form one code point, or that are one ill-formed part.
+/// The sequence at one position: `length` bytes that form a code point or one ill-formed part.
 struct Utf8Part {
     std::size_t length = 1;
     bool isWellFormed = false;
 };
 
-/// How many bytes follow a lead byte, and which values the first of them may take (Unicode Standard, table 3-7).
+/// How many bytes follow a lead byte, and the range of the first of them (Unicode Standard, table 3-7).
 struct LeadByte {
     std::size_t following = 0;
     unsigned char lowest = 0x80;

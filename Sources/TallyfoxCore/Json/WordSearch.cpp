@@ -16,7 +16,7 @@ bool isWordAt(std::string_view text, std::size_t position, std::string_view word
     return text[position] == '"' && rest.starts_with(word) && rest.substr(word.size()).starts_with('"');
 }
 
-/// Whether what begins at the position can be the escape for one of U+0050 to U+007F.
+/// Whether an escape for one of U+0050 to U+007F may begin at the position.
 bool isLetterEscapeAt(std::string_view text, std::size_t position)
 {
     const std::string_view escape = text.substr(position, 5);
@@ -28,7 +28,7 @@ bool isFind(std::string_view text, std::size_t position, std::string_view word)
     return isWordAt(text, position, word) || isLetterEscapeAt(text, position);
 }
 
-/// The first find among the positions from `from` up to `end`, looked for one by one.
+/// The first find in [`from`, `end`), searched one by one.
 std::size_t findOneByOne(std::string_view text, std::size_t from, std::size_t end, std::string_view word)
 {
     while (from < end && !isFind(text, from, word))
@@ -36,8 +36,8 @@ std::size_t findOneByOne(std::string_view text, std::size_t from, std::size_t en
     return from < end ? from : text.npos;
 }
 
-/// Whether one position may be a find: both quotation marks and the first letter are in place, or it looks like an
-/// escape for a letter. For single bytes and for vectors of them: it has no branches.
+/// Whether a position may be a find: both quotation marks and the first letter match, or it looks like an escape for a
+/// letter. Without branches, so that it also works on vectors of bytes.
 template <typename Byte, typename Letter>
 [[gnu::always_inline]] inline auto mayBeFind(Byte here, Byte next, Byte fourAhead, Byte closing, Letter firstLetter)
 {
@@ -64,7 +64,7 @@ std::size_t findInBlock(std::string_view text, std::size_t block, std::string_vi
     return text.npos;
 }
 
-/// Whether one of the positions of `block` may be a find. The compiler turns the loop into one over vectors.
+/// Whether any position of `block` may be a find. The compiler vectorises the loop.
 [[gnu::always_inline]] inline bool mayBeInBlock(const unsigned char* block, unsigned char firstLetter,
                                                 std::size_t wordSize)
 {
@@ -76,12 +76,12 @@ std::size_t findInBlock(std::string_view text, std::size_t block, std::string_vi
     return found != 0;
 }
 
-/// The first block from `from` on that may hold a find, as its position; past `lastBlock` if none does.
+/// The position of the first block from `from` on that may hold a find; past `lastBlock` if there is none.
 [[gnu::always_inline]] inline std::size_t skipBlocks(const char* text, std::size_t from, std::size_t lastBlock,
                                                      std::string_view word)
 {
     const auto firstLetter = static_cast<unsigned char>(word.front());
-    // Through unsigned char, because comparisons of signed ones keep the compiler from using vectors of bytes.
+    // As unsigned char: comparisons of signed ones keep the compiler from vectorising.
     const auto* const bytes = reinterpret_cast<const unsigned char*>(text);
     while (from <= lastBlock && !mayBeInBlock(bytes + from, firstLetter, word.size()))
         from += blockSize;

@@ -5,10 +5,10 @@
 
 namespace tallyfox {
 
-/// Position at or after `from` of the first place that may write `word`, one to sixty-three lower-case letters and
-/// underscores, as a JSON string: the quotation mark before the plain word, or an escape that stands for such a
-/// character ("\u005f", "\u0061" and so on). `std::string_view::npos` if there is none: the word is then not in the
-/// text, in whatever spelling.
+/// The first position at or after `from` where `word` may be written as a JSON string: the quotation mark before the
+/// plain word, or an escape for one of its characters ("\u005f", "\u0061" and so on). `std::string_view::npos` if there
+/// is none: then the text does not contain the word in any spelling. `word` has one to sixty-three characters,
+/// lower-case letters and underscores.
 std::size_t findJsonWord(std::string_view text, std::size_t from, std::string_view word);
 
 } // namespace tallyfox

@@ -20,7 +20,7 @@ using std::filesystem::path;
 
 namespace {
 
-constexpr std::size_t longestName = 255; ///< bytes of a `TZ` value; what is longer names no zone and is no rule
+constexpr std::size_t longestName = 255; ///< bytes of a `TZ` value; nothing longer is a zone or a rule
 
 template <typename Zone> Calendar calendarOf(std::string name, Zone zone)
 {
@@ -29,7 +29,7 @@ template <typename Zone> Calendar calendarOf(std::string name, Zone zone)
             }};
 }
 
-/// `file` relative to the folder of zones; nothing when it does not lie below it.
+/// `file` relative to the folder of zones; nothing if it is not below it.
 std::optional<std::string> zoneName(const path& file, const path& zones)
 {
     const path relative = file.lexically_normal().lexically_relative(zones.lexically_normal());
@@ -44,7 +44,7 @@ std::optional<Calendar> calendarOfFile(const path& file, std::string name)
     return zone ? std::optional{calendarOf(std::move(name), *std::move(zone))} : std::nullopt;
 }
 
-/// What a link of the system's setting points to, however many links away, where that is a zone of the database.
+/// The zone of the database that the system's setting links to, directly or through other links.
 std::optional<std::string> nameBehindLink(path link, const path& zones)
 {
     constexpr int longestChain = 40;
@@ -60,7 +60,7 @@ std::optional<std::string> nameBehindLink(path link, const path& zones)
     return std::nullopt;
 }
 
-/// The name in the system's file of that purpose, where the setting is a plain copy of the zone.
+/// The name in the system's file for it, for a setting that is a copy of the zone.
 std::optional<std::string> nameInFile(const Calendar::Database& database)
 {
     std::ifstream stream{database.zoneName};
@@ -147,9 +147,8 @@ std::optional<Instant> Calendar::startOfDay(local_days day) const
     if (day < firstDay || day > lastDay)
         return std::nullopt;
 
-    // A zone passes from one day to the next at its midnight, or by a clock change over it: both are found by trying
-    // each stretch around.
-    constexpr days reach{2}; // more than any zone is away from UTC
+    // A day begins at midnight or with a clock change that skips it: trying every stretch around finds both.
+    constexpr days reach{2}; // more than any offset from UTC
     const sys_seconds utcMidnight{local_seconds{day}.time_since_epoch()};
     for (sys_seconds time = utcMidnight - reach; time < utcMidnight + reach;) {
         const ZoneOffset stretch = m_offsetAt(time);
@@ -177,7 +176,7 @@ DayTable::DayTable(const Calendar& calendar, local_days first, local_days last)
 
 void DayTable::addSpans(const Calendar& calendar, const std::vector<local_days>& present)
 {
-    // Far enough beyond the last day that a clock change has no way back into it.
+    // So far beyond the last day that no clock change leads back into it.
     const Instant end = m_starts.back() + days{3};
     for (Instant begin = m_starts.front(); begin < end;) {
         const ZoneOffset stretch = calendar.offsetAt(begin);

@@ -20,14 +20,14 @@ struct ZoneOffset {
     std::chrono::sys_seconds end; ///< first second after it
     std::chrono::seconds offset{}; ///< local time minus UTC, between -`largest` and `largest`
 
-    /// No zone is further from UTC than this; data that say otherwise are refused.
+    /// The largest offset accepted; data with a larger one are refused.
     static constexpr std::chrono::hours largest{26};
-    /// No stretch begins earlier or ends later. Two years more at each end than instants have, so that the
-    /// days of a year before and after every instant can be found.
+    /// The bounds of every stretch: two years beyond those of instants, so that there are days for a year before and
+    /// after every instant.
     static constexpr std::chrono::sys_seconds earliest{std::chrono::sys_days{std::chrono::year{-1} / 1 / 1}};
     static constexpr std::chrono::sys_seconds latest{std::chrono::sys_days{std::chrono::year{10002} / 1 / 1}};
 
-    /// A stretch that lasts for ever.
+    /// A stretch without end.
     static constexpr ZoneOffset always(std::chrono::seconds offset)
     {
         return {earliest, latest, offset};
@@ -42,33 +42,33 @@ struct ZoneOffset {
     friend bool operator==(const ZoneOffset&, const ZoneOffset&) = default;
 };
 
-/// The days of the proleptic Gregorian calendar in one time zone. A value: copies share nothing that changes, so one
-/// calendar may serve several threads.
+/// The days of the proleptic Gregorian calendar in one time zone. A value that is safe to use from several threads:
+/// copies share nothing mutable.
 class Calendar {
 public:
     /// The stretch that holds a moment between `ZoneOffset::earliest` and `latest`.
     using OffsetAt = std::function<ZoneOffset(std::chrono::sys_seconds)>;
 
-    /// Where the system keeps its zones, and the zone it is set to.
+    /// Where the system keeps its zones and its own setting.
     struct Database {
         std::filesystem::path zones = "/usr/share/zoneinfo";
         std::filesystem::path localTime = "/etc/localtime";
         std::filesystem::path zoneName = "/etc/timezone";
     };
 
-    /// A calendar over any source of offsets; `name` is what `timeZoneName` returns.
+    /// A calendar over any source of offsets, for a zone called `name`.
     Calendar(std::string name, OffsetAt offsetAt);
 
     static Calendar utc();
 
     /// The calendar that a `TZ` value names: a zone of the database, by its name ("Europe/Berlin") or its absolute
     /// path; a rule as POSIX.1 defines it ("CET-1CEST,M3.5.0,M10.5.0/3"); the empty text for UTC. A leading colon
-    /// changes nothing. Nothing for a text that is none of these, or a zone whose file is damaged.
+    /// is ignored. Nothing for any other text, and for a zone whose file is damaged.
     static std::optional<Calendar> named(std::string_view timeZone, const Database& database);
     static std::optional<Calendar> named(std::string_view timeZone);
 
-    /// The calendar of the zone the system is set to, read afresh; nothing where none is set. A zone whose name
-    /// cannot be found out is called "localtime".
+    /// The calendar of the system's zone, read anew at each call; nothing where none is set. A zone whose name cannot
+    /// be found is called "localtime".
     static std::optional<Calendar> ofSystem(const Database& database);
     static std::optional<Calendar> ofSystem();
 
@@ -83,8 +83,8 @@ public:
     /// The local date of an instant.
     [[nodiscard]] std::chrono::local_days dayOf(Instant instant) const;
 
-    /// The first instant of a local day: its midnight, or the first instant after a clock change that skips
-    /// midnight. Nothing for a day that the zone skipped altogether, and for days outside of the years 0 to 10000.
+    /// The first instant of a local day: midnight, or the end of the clock change that skips midnight. Nothing for a
+    /// day that the zone skipped, and for days outside the years 0 to 10000.
     [[nodiscard]] std::optional<Instant> startOfDay(std::chrono::local_days day) const;
 
 private:
@@ -92,7 +92,7 @@ private:
     OffsetAt m_offsetAt;
 };
 
-/// Consecutive local days, laid out once so that an instant finds its day by binary search.
+/// A range of local days, laid out for finding the day of an instant by binary search.
 class DayTable {
 public:
     /// The days from `first` to `last` inclusive; days that the zone skipped are left out.
@@ -104,15 +104,15 @@ public:
         return m_starts;
     }
 
-    /// Index into `starts` of the local day that holds the instant; nothing outside of the table. Exact also where
-    /// the clock falls back across midnight and a stretch of the day before comes again.
+    /// Index into `starts` of the local day that holds the instant; nothing outside the table. Exact also where the
+    /// clock falls back across midnight, so that a part of the day before repeats.
     [[nodiscard]] std::optional<std::size_t> indexOf(Instant instant) const;
 
 private:
     /// A stretch of one day; it lasts until the next span begins.
     struct Span {
         Instant begin;
-        std::optional<std::size_t> day; ///< nothing for the time before and after the days of the table
+        std::optional<std::size_t> day; ///< nothing for time outside the table
     };
     void addSpans(const Calendar& calendar, const std::vector<std::chrono::local_days>& days);
 

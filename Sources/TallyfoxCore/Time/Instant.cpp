@@ -17,7 +17,7 @@ bool isDigit(char character)
     return character >= '0' && character <= '9';
 }
 
-/// Takes a timestamp apart from the front. After the first mismatch `hasFailed` stays true.
+/// Parses a timestamp from the front. After the first mismatch `hasFailed` stays true.
 class Scanner {
 public:
     explicit Scanner(std::string_view text)
@@ -56,7 +56,7 @@ public:
         return value;
     }
 
-    /// One digit or more, as a fraction of a second; digits beyond microseconds do not count.
+    /// At least one digit, as a fraction of a second, truncated to microseconds.
     microseconds fraction()
     {
         microseconds value{0};

@@ -96,7 +96,7 @@ std::optional<TimeZoneFile> TimeZoneFile::decode(std::string_view bytes)
         return std::nullopt;
     auto layout = Layout::read(bytes, 4);
     if (layout && layout->version != 0) {
-        // The first block, with its times of 32 bits, is there for old readers only.
+        // The first block, with times of 32 bits, is only for old readers.
         bytes.remove_prefix(std::min(bytes.size(), headerSize + layout->size()));
         layout = Layout::read(bytes, 8);
     }
@@ -119,7 +119,7 @@ std::optional<TimeZoneFile> TimeZoneFile::read(const std::filesystem::path& path
 {
     std::error_code error;
     if (!std::filesystem::is_regular_file(path, error))
-        return std::nullopt; // opening a FIFO would wait for its writer
+        return std::nullopt; // opening a FIFO would wait for a writer
     std::ifstream stream{path, std::ios::binary};
     std::string bytes(largestFile + 1, '\0');
     stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));

@@ -12,16 +12,16 @@
 namespace tallyfox {
 
 /// One compiled zone of the system's database (the TZif format of RFC 8536, versions 1 to 4). Leap seconds, which
-/// instants do not count, are passed over.
+/// instants do not count, are skipped.
 class TimeZoneFile {
 public:
-    /// The zone in `bytes`, or nothing when they are damaged or more than 65,536. Any bytes are accepted.
+    /// The zone in `bytes`; nothing if they are damaged or more than 65,536. Safe for any bytes.
     static std::optional<TimeZoneFile> decode(std::string_view bytes);
 
-    /// The zone in a file, or nothing: it cannot be read, is no regular file, or holds no zone.
+    /// The zone in a file; nothing if it cannot be read, is not a regular file or does not hold a zone.
     static std::optional<TimeZoneFile> read(const std::filesystem::path& path);
 
-    /// The stretch that holds `time`, which lies between `ZoneOffset::earliest` and `latest`.
+    /// The stretch that holds `time`, which must be between `ZoneOffset::earliest` and `latest`.
     [[nodiscard]] ZoneOffset offsetAt(std::chrono::sys_seconds time) const;
 
 private:

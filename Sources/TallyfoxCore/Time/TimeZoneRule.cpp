@@ -32,7 +32,7 @@ bool isLetter(char character)
 
 } // namespace
 
-/// Reads a rule from left to right; every function takes what it names off the front, or says that it is not there.
+/// Parses a rule from left to right; every function takes its item off the front, or returns that it is missing.
 class TimeZoneRuleReader {
 public:
     explicit TimeZoneRuleReader(std::string_view text)
@@ -109,7 +109,7 @@ private:
         return negative ? -sum : sum;
     }
 
-    /// The text counts west of Greenwich as positive, the rest of the program east of it.
+    /// The text counts west of Greenwich as positive, the program counts east.
     std::optional<seconds> offset()
     {
         const auto west = time(24);
@@ -207,8 +207,8 @@ ZoneOffset TimeZoneRule::offsetAt(sys_seconds time) const
     if (!m_summer)
         return ZoneOffset::always(m_standard);
 
-    // A change may fall up to a week outside of the year whose rule it is: two years on each side always hold the
-    // change before and the change after.
+    // A change may fall up to a week outside its year: two years on each side always hold the change before and the
+    // change after.
     constexpr int yearsAround = 2;
     std::vector<ZoneOffset> stretches;
     const year middle = year_month_day{floor<days>(time)}.year();
@@ -216,7 +216,7 @@ ZoneOffset TimeZoneRule::offsetAt(sys_seconds time) const
         const year year = middle + std::chrono::years{away};
         const sys_seconds begin{(m_summer->begin.in(year)-m_standard).time_since_epoch()};
         const sys_seconds end{(m_summer->end.in(year)-m_summer->offset).time_since_epoch()};
-        // The end of one summer before the beginning of the next: where both fall together, summer never ends.
+        // End of one summer before the start of the next: where they coincide, summer never ends.
         stretches.push_back({end, {}, m_standard});
         stretches.push_back({begin, {}, m_summer->offset});
     }

@@ -12,17 +12,17 @@ namespace tallyfox {
 /// wider range of times (-167 to 167 hours) that zone files use in their last line.
 class TimeZoneRule {
 public:
-    /// The rule in `text`, or nothing when it is no complete rule. A zone that names a summer time but not when it
-    /// applies keeps the changes of the United States, as the C library has it.
+    /// The rule in `text`; nothing if it is not a complete rule. A zone with a summer time but no dates for it uses
+    /// those of the United States, as the C library does.
     static std::optional<TimeZoneRule> parse(std::string_view text);
 
-    /// The stretch that holds `time`, which lies between `ZoneOffset::earliest` and `latest`.
+    /// The stretch that holds `time`, which must be between `ZoneOffset::earliest` and `latest`.
     [[nodiscard]] ZoneOffset offsetAt(std::chrono::sys_seconds time) const;
 
 private:
     friend class TimeZoneRuleReader;
 
-    /// A moment of every year, on the local clock.
+    /// A yearly clock change, in local time.
     struct Change {
         enum class Kind { monthWeekday, dayWithoutLeapDay, dayOfYear };
         Kind kind = Kind::monthWeekday;

@@ -57,7 +57,7 @@ struct ClaudeRecord {
     }
 };
 
-/// The counts of a message; its model is told by `modelOf`.
+/// The sample of a message, without its model.
 UsageSample sampleOf(const ClaudeUsage& usage, Instant timestamp)
 {
     UsageSample sample;
@@ -66,7 +66,7 @@ UsageSample sampleOf(const ClaudeUsage& usage, Instant timestamp)
     sample.inputTokens = usage.inputTokens.valueOr(0);
     sample.outputTokens = usage.outputTokens.valueOr(0);
     sample.cachedInputTokens = usage.cacheReadInputTokens.valueOr(0);
-    // Tokens that create a cache entry are paid for, so they count in the total, but nothing was served from the cache.
+    // Tokens that create a cache entry are paid for, so they count in the total, but were not served from the cache.
     sample.totalTokens = tokenSum(tokenSum(tokenSum(sample.inputTokens, sample.outputTokens), sample.cachedInputTokens),
                                   usage.cacheCreationInputTokens.valueOr(0));
     sample.confidence = MeasurementConfidence::observed;
@@ -106,7 +106,7 @@ public:
         }
     }
 
-    /// The samples, ascending by time; of equally old ones in the order of their lines. Once, in the end.
+    /// The samples, ascending by time; equal ones in the order of their lines. Call it once, at the end.
     std::vector<UsageSample> takeSorted()
     {
         std::ranges::stable_sort(m_samples, {}, &UsageSample::timestamp);
@@ -114,7 +114,7 @@ public:
     }
 
 private:
-    /// A message's id. A record without one is known by its timestamp and its place in the file, which no other shares.
+    /// The message's id. A record without one has its timestamp and its line number, which no other shares.
     std::string keyOf(const ClaudeMessage& message, std::string_view rawTimestamp, std::string_view line)
     {
         if (message.id.isPresent())
@@ -122,7 +122,7 @@ private:
         return std::string(rawTimestamp) + '-' + std::to_string(m_lineCounter.indexOf(line));
     }
 
-    /// Where the sample is to be kept; null when the key has one at least as large, or as its first a negative one.
+    /// Where to keep the sample; null if the key has one at least as large, or if this is its first and negative.
     UsageSample* placeFor(const std::string& key, const UsageSample& sample)
     {
         const auto known = m_indexes.find(key);

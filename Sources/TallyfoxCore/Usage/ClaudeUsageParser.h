@@ -11,8 +11,8 @@ namespace tallyfox {
 namespace ClaudeUsageParser {
 
 /// The samples of `lines`, ascending by timestamp. Each message id gives one sample, the reading with the largest
-/// total (the earlier one of equals); records without an id stand for themselves. Lines that are no assistant record
-/// with usage and a timestamp are passed over. Message content is skipped, never decoded. A token sum beyond 64 bits
+/// total (of equals the earlier one); each record without an id gives its own. Lines other than assistant records
+/// with usage and a timestamp are skipped. Message content is skipped, never decoded. A token sum beyond 64 bits
 /// ends the program (TokenSum.h).
 std::vector<UsageSample> parse(const HistoryLines& lines, LineSelection selection = LineSelection::mentioning);
 

@@ -78,7 +78,7 @@ std::optional<UsageSample> sampleOf(const CodexRecord& record)
     sample.outputTokens = usage.outputTokens.valueOr(0);
     sample.cachedInputTokens = usage.cachedInputTokens.valueOr(0);
     sample.reasoningTokens = usage.reasoningOutputTokens.valueOr(0);
-    // The reported total wins even over its parts; cached and reasoning tokens are shares of the other two.
+    // The reported total wins, even over its parts; cached and reasoning tokens are parts of the other two.
     sample.totalTokens =
         usage.totalTokens.isPresent() ? usage.totalTokens.value : tokenSum(sample.inputTokens, sample.outputTokens);
     sample.confidence = MeasurementConfidence::observed;

@@ -11,7 +11,7 @@ namespace tallyfox {
 namespace CodexUsageParser {
 
 /// The samples of `lines`, one for each token-count event with a last usage and a timestamp, in the order of the
-/// lines. All other lines are passed over. A token sum beyond 64 bits ends the program (TokenSum.h).
+/// lines. All other lines are skipped. A token sum beyond 64 bits ends the program (TokenSum.h).
 std::vector<UsageSample> parse(const HistoryLines& lines, LineSelection selection = LineSelection::mentioning);
 
 } // namespace CodexUsageParser

@@ -6,9 +6,9 @@
 
 namespace tallyfox {
 
-/// The lines of a history text, found on demand: a line feed ends a line, unless a carriage return stands before it
-/// (CR LF is one character, and not a line feed); empty lines do not count. A view: the text must outlive it. The text
-/// may hold any bytes; a byte sequence that is no UTF-8 belongs to its line alone.
+/// The lines of a history text, found on demand: a line feed ends a line unless it follows a carriage return (CR LF
+/// counts as one character, not as a line feed); empty lines do not count. A view: the text must outlive it. The text
+/// may hold any bytes; invalid UTF-8 affects only its line.
 class HistoryLines {
 public:
     explicit HistoryLines(std::string_view text)
@@ -20,12 +20,12 @@ public:
         return m_text;
     }
 
-    /// The first line that begins at or after `from`, which must be the text's begin or the end of a line.
+    /// The first line that begins at or after `from`, which must be the beginning of the text or the end of a line.
     [[nodiscard]] std::optional<std::string_view> lineFrom(std::size_t from) const;
 
-    /// The first line, looked for like `lineFrom`, that holds `word` as a JSON string: in quotation marks, or written
-    /// with an escape that can stand for a lower-case letter or an underscore. Every line that has `word`, made of such
-    /// characters, as a key or a string is found; others may be.
+    /// The first line from `from` on, as in `lineFrom`, that may hold `word` as a JSON string: in quotation marks, or
+    /// with an escape for a lower-case letter or an underscore. It finds every line that has `word`, made of such
+    /// characters, as a key or a string, and may find others.
     [[nodiscard]] std::optional<std::string_view> lineMentioning(std::string_view word, std::size_t from) const;
 
     /// Where a line of this text ends, as an offset into the text.
@@ -34,7 +34,7 @@ public:
         return beginOf(line) + line.size();
     }
 
-    /// The lines behind the first one.
+    /// The lines after the first one.
     [[nodiscard]] HistoryLines withoutFirst() const;
 
 private:
@@ -49,15 +49,15 @@ private:
     std::string_view m_text;
 };
 
-/// Tells the place of lines in their text, counting from 0. Counts on from the line asked for last, so that asking for
-/// all lines in order takes linear time.
+/// The numbers of lines in their text, from 0. Counts on from the previous call, so that asking for all lines in order
+/// takes linear time.
 class LineCounter {
 public:
     explicit LineCounter(const HistoryLines& lines)
         : m_lines(lines)
     { }
 
-    /// `line` must be a line of the text, and not stand before the one asked for last.
+    /// `line` must be a line of the text, and not before that of the previous call.
     std::size_t indexOf(std::string_view line);
 
 private:
@@ -68,8 +68,8 @@ private:
 
 /// Which lines a history parser reads.
 enum class LineSelection {
-    mentioning, ///< those that mention the member without which a line has no usage: all that can matter
-    all, ///< every line; the same samples, slower: the reference for the other one
+    mentioning, ///< those that mention the member that holds the usage
+    all, ///< every line; slower, with the same samples: the reference for tests
 };
 
 /// Calls `visit` with each selected line of `lines`, in order.

@@ -33,7 +33,7 @@ constexpr std::string_view rawValue(Provider provider)
 // The switch above does not compile without every enumerator, so the first number without a name is their count.
 static_assert(rawValue(static_cast<Provider>(allProviders.size())).empty(), "allProviders lacks an enumerator");
 
-/// Whether `rows` has one row for each provider, in the order of `allProviders`: what a table of providers asserts.
+/// Whether `rows` has one row for each provider, in the order of `allProviders`. Every table of providers asserts it.
 template <typename Row, std::size_t count> constexpr bool hasRowOfEachProvider(const std::array<Row, count>& rows)
 {
     if (count != allProviders.size())

@@ -10,7 +10,7 @@ namespace tallyfox {
 
 /// One rate-limit window.
 struct QuotaWindow {
-    double usedPercent = 0; ///< share already used, in percent, as delivered: neither clamped nor rounded
+    double usedPercent = 0; ///< in percent, as reported: neither clamped nor rounded
     std::optional<Instant> resetsAt; ///< when the window resets
     std::optional<std::int64_t> windowMinutes; ///< length of the window, minutes
 
@@ -21,7 +21,7 @@ struct QuotaWindow {
 struct QuotaSnapshot {
     Provider provider = Provider::codex;
     QuotaWindow primary; ///< the main window
-    std::optional<QuotaWindow> secondary; ///< a second window, when the source reports one
+    std::optional<QuotaWindow> secondary; ///< if the source reports a second window
     MeasurementConfidence confidence = MeasurementConfidence::unknown;
 
     friend bool operator==(const QuotaSnapshot&, const QuotaSnapshot&) = default;

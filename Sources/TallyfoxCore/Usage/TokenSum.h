@@ -4,12 +4,11 @@
 
 namespace tallyfox {
 
-/// Ends the program where it would have to show a wrong figure. It prints "tallyfox: stopped: `why`" to standard error
-/// and exits with status 1, at once and without clean-up.
+/// Ends the program before it shows a wrong figure: prints "tallyfox: stopped: `why`" to standard error and exits with
+/// status 1, at once and without clean-up.
 [[noreturn]] void stopProgram(const char* why);
 
-/// `a` + `b`; a sum outside of the signed 64-bit range ends the program. Only history files that were written to
-/// provoke it lead there.
+/// `a` + `b`; a sum beyond the signed 64-bit range ends the program (`stopProgram`), which takes forged history files.
 inline std::int64_t tokenSum(std::int64_t a, std::int64_t b)
 {
     std::int64_t sum = 0;

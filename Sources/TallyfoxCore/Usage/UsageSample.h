@@ -9,7 +9,7 @@
 
 namespace tallyfox {
 
-/// One measured usage event. Counts are tokens, as the history gives them (not clamped, so they may be negative).
+/// One measured usage event. Counts are tokens, verbatim from the history: not clamped, so they may be negative.
 struct UsageSample {
     Provider provider = Provider::claude; ///< tool whose history the sample came from
     Instant timestamp = distantPast; ///< moment of the event

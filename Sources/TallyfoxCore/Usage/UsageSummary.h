@@ -14,7 +14,7 @@ struct DailyUsage {
     Instant date = distantPast; ///< first instant of the local day
     std::int64_t tokens = 0; ///< sum of the totals of the day's samples
 
-    /// Identity among the days of one series, which never holds a day twice.
+    /// Identity within a series, which never has a day twice.
     [[nodiscard]] Instant id() const
     {
         return date;
@@ -23,7 +23,7 @@ struct DailyUsage {
     friend bool operator==(const DailyUsage&, const DailyUsage&) = default;
 };
 
-/// What a provider's samples add up to: a zero-filled daily series of the 365 local days that end today.
+/// The sums of a provider's samples: a zero-filled daily series of the 365 local days that end today.
 struct UsageSummary {
     std::int64_t totalTokens = 0; ///< sum over `last30Days`, not over all history
     std::int64_t todayTokens = 0; ///< tokens of the last day
@@ -32,11 +32,11 @@ struct UsageSummary {
 
     UsageSummary() = default;
 
-    /// Adds up `samples`, in any order and of any provider. Samples before the first day and after today count
-    /// nowhere. A sum beyond 64 bits ends the program (TokenSum.h).
+    /// Adds up `samples`, in any order and of any provider. Samples before the first day and after today are
+    /// ignored. A sum beyond 64 bits ends the program (TokenSum.h).
     UsageSummary(std::span<const UsageSample> samples, Instant now, const Calendar& calendar);
 
-    /// The last `days` entries of `last365Days`, oldest first; `days` is taken as at least 1 and at most 365.
+    /// The last `days` entries of `last365Days`, oldest first; `days` is clamped to 1 to 365.
     [[nodiscard]] std::vector<DailyUsage> series(std::int64_t days) const;
 
     friend bool operator==(const UsageSummary&, const UsageSummary&) = default;

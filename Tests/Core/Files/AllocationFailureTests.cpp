@@ -18,8 +18,8 @@
 namespace tallyfox::test {
 namespace {
 
-/// Lets each allocation of `work` fail in turn. It must end in std::bad_alloc or, where the failure was made up for, in
-/// what it gives otherwise; and it must give back all memory and all descriptors.
+/// Lets each allocation of `work` fail in turn. It must throw std::bad_alloc or, where it copes with the failure, give
+/// its usual result; and it must release all memory and all descriptors.
 template <typename Work> void expectNothingLeftBehind(const Work& work)
 {
     const auto expected = work();
@@ -43,7 +43,7 @@ template <typename Work> void expectNothingLeftBehind(const Work& work)
     EXPECT_GT(failures, 1U) << "nothing has failed";
 }
 
-/// Records that need every kind of memory: keys of their own, models, escapes, bytes to be repaired.
+/// Records that need every kind of memory: records without ids, models, escapes, bytes to be repaired.
 std::string claudeText()
 {
     return textOf({claudeLine(), claudeLine({{"message.id", ""}, {"message.model", "\"fox \\u00e9 \xFF and more\""}}),
@@ -53,19 +53,19 @@ std::string claudeText()
 
 class AllocationFailure : public HistoryFolder { };
 
-TEST_F(AllocationFailure, claudeParserGivesEverythingBack)
+TEST_F(AllocationFailure, claudeParserReleasesEverything)
 {
     const std::string text = claudeText();
     expectNothingLeftBehind([&] { return ClaudeUsageParser::parse(HistoryLines(text)); });
 }
 
-TEST_F(AllocationFailure, codexParserGivesEverythingBack)
+TEST_F(AllocationFailure, codexParserReleasesEverything)
 {
     const std::string text = textOf({codexLine(), codexLine({{"timestamp", R"("\u0032026-11-21T09:41:06Z")"}})});
     expectNothingLeftBehind([&] { return CodexUsageParser::parse(HistoryLines(text)); });
 }
 
-TEST_F(AllocationFailure, scanGivesEverythingBack)
+TEST_F(AllocationFailure, scanReleasesEverything)
 {
     write("a.jsonl", claudeText(), 1);
     write("folder with a long name/b.jsonl", claudeText(), 2);
@@ -73,13 +73,13 @@ TEST_F(AllocationFailure, scanGivesEverythingBack)
     expectNothingLeftBehind([this] { return LocalUsageScanner::scanResult(Provider::claude, root()); });
 }
 
-TEST_F(AllocationFailure, summaryGivesEverythingBack)
+TEST_F(AllocationFailure, summaryReleasesEverything)
 {
     const std::vector<UsageSample> samples{claudeSample(), codexSample()};
     expectNothingLeftBehind([&] { return UsageSummary(samples, utcTime(2026, 11, 21, 12), zone("Europe/Berlin")); });
 }
 
-TEST_F(AllocationFailure, calendarGivesEverythingBack)
+TEST_F(AllocationFailure, calendarReleasesEverything)
 {
     expectNothingLeftBehind([] {
         const auto calendar = Calendar::named("<-03>3<-02>,M3.5.0/-2,M10.5.0/-1");
@@ -87,7 +87,7 @@ TEST_F(AllocationFailure, calendarGivesEverythingBack)
     });
 }
 
-TEST_F(AllocationFailure, repairGivesEverythingBack)
+TEST_F(AllocationFailure, repairReleasesEverything)
 {
     const std::string broken = "a text that is too long to be kept in place \xFF\xC3";
     expectNothingLeftBehind([&] { return repairedUtf8(broken); });

@@ -20,7 +20,7 @@ protected:
             GTEST_SKIP() << "this system allows no filter of system calls";
     }
 
-    /// Scans three histories. The error, or 100 and the number of samples.
+    /// Scans three histories. The error, or 100 plus the number of samples.
     int scanWithout(int call, int error)
     {
         write("a.jsonl", claudeLine());
@@ -35,12 +35,12 @@ protected:
     }
 };
 
-TEST_F(DeniedCall, kernelWithoutTheCallThatRefusesLinksIsGoodEnough)
+TEST_F(DeniedCall, scanWorksOnAKernelWithoutOpenat2)
 {
     EXPECT_EQ(scanWithout(SYS_openat2, ENOSYS), 103);
 }
 
-TEST_F(DeniedCall, sandboxThatDeniesThatCallIsGoodEnough)
+TEST_F(DeniedCall, scanWorksInASandboxThatDeniesOpenat2)
 {
     EXPECT_EQ(scanWithout(SYS_openat2, EPERM), 103);
     EXPECT_EQ(scanWithout(SYS_openat2, EACCES), 100) << "no folder could be entered, not even the first";
@@ -53,12 +53,12 @@ TEST_F(DeniedCall, fileThatCannotBeReadFailsTheScanWithTheSystemsError)
     EXPECT_EQ(statusWithDeniedCall(SYS_pread64, EIO, scan), EIO);
 }
 
-TEST_F(DeniedCall, filesThatCannotBeExaminedArePassedOver)
+TEST_F(DeniedCall, filesThatCannotBeExaminedAreSkipped)
 {
     EXPECT_EQ(scanWithout(SYS_newfstatat, EIO), 100);
 }
 
-TEST_F(DeniedCall, foldersThatCannotBeListedArePassedOver)
+TEST_F(DeniedCall, foldersThatCannotBeListedAreSkipped)
 {
     EXPECT_EQ(scanWithout(SYS_getdents64, EIO), 100);
 }

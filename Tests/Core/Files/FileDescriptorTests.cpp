@@ -18,7 +18,7 @@ bool isOpenInTheSystem(int descriptor)
     return ::fcntl(descriptor, F_GETFD) >= 0;
 }
 
-TEST(FileDescriptor, movedDescriptorBelongsToTheNewOwnerAlone)
+TEST(FileDescriptor, movedDescriptorBelongsOnlyToItsNewOwner)
 {
     FileDescriptor first = FileDescriptor::openFolder("/");
     const int number = first.get();
@@ -53,7 +53,7 @@ TEST(FileDescriptor, numberZeroIsNotOpenedAgainBecauseOfAnEarlierError)
     EXPECT_EXIT(openWithoutStandardInput(), testing::ExitedWithCode(0), "");
 }
 
-TEST(FileDescriptor, pathJustBelowAndJustBeyondTheSystemsLimitIsOpened)
+TEST(FileDescriptor, pathsAroundTheSystemsLimitAreOpened)
 {
     const FileDescriptor root = FileDescriptor::openFolder("/");
     for (std::size_t size = PATH_MAX - 8; size < PATH_MAX + 8; ++size) {

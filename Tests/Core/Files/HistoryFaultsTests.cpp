@@ -16,7 +16,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
-/// What becomes of a scan when the files are not what they were a moment ago, or not for everybody's eyes.
+/// Scans of files that change between listing and reading, or that may not be read.
 namespace tallyfox::test {
 namespace {
 
@@ -24,8 +24,7 @@ namespace fs = std::filesystem;
 
 class HistoryFaults : public HistoryFolder {
 protected:
-    /// Lists the one file of the folder, lets `change` happen, then reads what was listed. Checks that no descriptor
-    /// is left behind.
+    /// Lists the one file of the folder, calls `change`, then reads the listed file. Checks that no descriptor leaks.
     std::error_code errorAfter(const std::function<void()>& change)
     {
         const std::size_t descriptors = openDescriptors();
@@ -40,7 +39,7 @@ protected:
         write(name, claudeLine() + '\n');
     }
 
-    /// What the file's last reading found.
+    /// The result of the last reading.
     std::string m_text;
 
 private:
@@ -58,7 +57,7 @@ private:
     }
 };
 
-/// Leaves a socket in the folder; it stays when nobody listens any more.
+/// Leaves a socket in the folder; it outlives its listener.
 void makeSocket(const fs::path& path)
 {
     const FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
@@ -69,7 +68,7 @@ void makeSocket(const fs::path& path)
     ASSERT_EQ(::bind(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
 }
 
-TEST_F(HistoryFaults, fileThatStaysIsRead)
+TEST_F(HistoryFaults, unchangedFileIsRead)
 {
     writeHistory("a/b.jsonl");
     EXPECT_EQ(errorAfter([] {}), std::error_code{});
@@ -140,7 +139,7 @@ TEST_F(HistoryFaults, deviceInPlaceOfTheFileFails)
         GTEST_SKIP() << "this user may not make device nodes";
     writeHistory("a.jsonl");
     const auto error = errorAfter([this] { fs::rename(at("device"), at("a.jsonl")); });
-    // A file system may be mounted so that devices cannot be opened at all.
+    // The file system may be mounted with "nodev".
     EXPECT_TRUE(error == std::errc::not_supported || error == std::errc::permission_denied) << error.message();
 }
 
@@ -193,7 +192,7 @@ TEST_F(HistoryFaults, missingRootHasNoHistory)
     EXPECT_EQ(openDescriptors(), descriptors);
 }
 
-TEST_F(HistoryFaults, rootThatIsNoFolderHasNoHistory)
+TEST_F(HistoryFaults, fileAsRootHasNoHistory)
 {
     writeHistory("file.jsonl");
     ASSERT_EQ(::mkfifo(at("pipe").c_str(), 0600), 0);
@@ -206,7 +205,7 @@ TEST_F(HistoryFaults, rootThatIsNoFolderHasNoHistory)
     EXPECT_EQ(openDescriptors(), descriptors);
 }
 
-/// Scans "root" as a user without privileges. Tells the error, or 100 and the number of samples.
+/// Scans "root" as a user without privileges. The error, or 100 plus the number of samples.
 class UnreadableHistory : public HistoryFaults {
 protected:
     void SetUp() override
@@ -267,13 +266,13 @@ TEST_F(UnreadableHistory, unreadableRootHasNoHistory)
     }
 }
 
-TEST_F(UnreadableHistory, folderThatCannotBeListedIsPassedOver)
+TEST_F(UnreadableHistory, folderThatCannotBeListedIsSkipped)
 {
     fs::permissions(at("root/folder"), static_cast<fs::perms>(0111));
     expectScan(101);
 }
 
-TEST_F(UnreadableHistory, folderThatCanBeListedButNotEnteredIsPassedOver)
+TEST_F(UnreadableHistory, folderThatCanBeListedButNotEnteredIsSkipped)
 {
     fs::permissions(at("root/folder"), static_cast<fs::perms>(0444));
     expectScan(101);

@@ -68,7 +68,7 @@ TEST_F(HistoryFilesTest, onlyTheExactExtensionCounts)
     EXPECT_THAT(files().paths, UnorderedElementsAre("right.jsonl", "two.dots..jsonl"));
 }
 
-TEST_F(HistoryFilesTest, hiddenFilesAndEverythingInHiddenFoldersArePassedOver)
+TEST_F(HistoryFilesTest, hiddenFilesAndHiddenFoldersAreSkipped)
 {
     for (const char* name : {".jsonl", ".hidden.jsonl", ".folder/a.jsonl", ".folder/inside/b.jsonl", "open/.c.jsonl"})
         write(name);
@@ -100,7 +100,7 @@ TEST_F(HistoryFilesTest, ageCountsAcrossFolders)
     EXPECT_THAT(files().paths, ElementsAre("one.jsonl", "a/two.jsonl", "a/b/c/three.jsonl", "z/four.jsonl"));
 }
 
-TEST_F(HistoryFilesTest, anyNameMayStandBeforeTheExtension)
+TEST_F(HistoryFilesTest, fileMayHaveAnyNameBeforeTheExtension)
 {
     const std::vector<std::string> names{
         "line\nfeed.jsonl", "bad\xFF\xC3.jsonl",         "\x1B[1m.jsonl",
@@ -132,7 +132,7 @@ TEST_F(HistoryFilesTest, rootThatIsALinkIsFollowed)
     EXPECT_THAT(LocalUsageScanner::jsonlFiles(linked).paths, ElementsAre("file.jsonl"));
 }
 
-TEST_F(HistoryFilesTest, whatIsNoRegularFileIsPassedOver)
+TEST_F(HistoryFilesTest, anythingButARegularFileIsSkipped)
 {
     ASSERT_EQ(::mkfifo(at("pipe.jsonl").c_str(), 0600), 0);
     write("file.jsonl");
@@ -143,7 +143,7 @@ class HistoryFileCount : public HistoryFolder, public testing::WithParamInterfac
 
 TEST_P(HistoryFileCount, atMost256NewestAreKeptAndMoreMakeThePartialFlag)
 {
-    // Visited in another order than that of age, so that every file has to find its place.
+    // Listed in an order other than by age, so that every file has to be sorted in.
     for (int number = 0; number < GetParam(); ++number)
         write(std::to_string(number % 7) + '/' + numbered(number), "", number * 101 % 1009);
     std::vector<std::string> expected;
@@ -203,21 +203,21 @@ TEST_F(HistoryFilesTest, memoryDoesNotGrowWithTheNumberOfFiles)
     EXPECT_TRUE(found.isPartial);
 }
 
-TEST_F(HistoryFilesTest, pathIsCutWhereTheSystemTakesNoMore)
+TEST_F(HistoryFilesTest, pathIsSplitAtTheSystemsLimit)
 {
     write("a.jsonl", "one");
     std::string path = "a.jsonl";
     while (path.size() < 3 * std::size_t{PATH_MAX})
         path.insert(0, "./");
     LocalUsageScanner::TailReader reader;
-    for (const auto* begin : {"", ".//"}) { // a separator at the last place that fits, and at the next one
+    for (const auto* begin : {"", ".//"}) { // a separator at the last position that fits, and at the next
         const auto tail = reader.tailLines(openRoot(), begin + path);
         ASSERT_EQ(errorOf(tail), std::error_code{}) << begin;
         EXPECT_EQ(std::get<HistoryTail>(tail).lines.text(), "one");
     }
 }
 
-/// A folder in a folder in a folder: its path is longer than the system takes at once.
+/// Folders nested so deeply that the path is longer than PATH_MAX.
 class DeepHistory : public HistoryFolder {
 protected:
     static constexpr int depth = 1000;
@@ -282,7 +282,7 @@ TEST_F(DeepHistory, fileInAThousandFoldersIsFoundAndRead)
     EXPECT_EQ(openDescriptors(), descriptors + 1) << "the root alone";
 }
 
-TEST_F(DeepHistory, linkOnALongWayIsNotFollowed)
+TEST_F(DeepHistory, linkInALongPathIsNotFollowed)
 {
     std::filesystem::create_directory_symlink(root(), at("link"));
     const FileDescriptor folder = openRoot();

@@ -26,8 +26,8 @@ struct ExpectedTail {
     bool isPartial = false;
 };
 
-/// What a file with these bytes gives, step by step. Bytes that are no UTF-8 are left as they are: the cut can leave
-/// some in the first line alone, which is dropped.
+/// The expected lines of a file with these bytes, step by step. Invalid UTF-8 is left unchanged: a cut can only cause
+/// it in the first line, which is dropped.
 ExpectedTail expectedTail(std::string_view file)
 {
     const std::size_t offset = file.size() < limit ? 0 : file.size() - limit;
@@ -92,7 +92,7 @@ TEST_F(HistoryTailTest, fileOfExactlyTheLimitIsReadWhole)
     EXPECT_EQ(linesOf(tail.lines), (Lines{"first", std::string(limit - 11, 'x'), "last"}));
 }
 
-TEST_F(HistoryTailTest, oneByteMoreCostsTheFirstLine)
+TEST_F(HistoryTailTest, oneByteMoreDropsTheFirstLine)
 {
     write("a.jsonl", "?first\n" + std::string(limit - 11, 'x') + "\nlast");
     const HistoryTail tail = tailOf("a.jsonl");
@@ -100,7 +100,7 @@ TEST_F(HistoryTailTest, oneByteMoreCostsTheFirstLine)
     EXPECT_EQ(linesOf(tail.lines), (Lines{std::string(limit - 11, 'x'), "last"}));
 }
 
-TEST_F(HistoryTailTest, cutAtALineStartStillCostsThatLine)
+TEST_F(HistoryTailTest, cutAtALineStartStillDropsThatLine)
 {
     write("a.jsonl", "\n" + std::string(limit - 5, 'x') + "\nlast");
     EXPECT_EQ(linesOf(tailOf("a.jsonl").lines), Lines{"last"});
@@ -108,7 +108,7 @@ TEST_F(HistoryTailTest, cutAtALineStartStillCostsThatLine)
     EXPECT_EQ(linesOf(tailOf("b.jsonl").lines), (Lines{std::string(limit - 11, 'x'), "last"}));
 }
 
-TEST_F(HistoryTailTest, tailInsideOfOneLineIsEmpty)
+TEST_F(HistoryTailTest, tailWithinOneLineIsEmpty)
 {
     write("a.jsonl", std::string(limit + 1, 'x'));
     EXPECT_THAT(linesOf(tailOf("a.jsonl").lines), IsEmpty());
@@ -118,7 +118,7 @@ TEST_F(HistoryTailTest, tailInsideOfOneLineIsEmpty)
     EXPECT_TRUE(tailOf("b.jsonl").isPartial);
 }
 
-TEST_F(HistoryTailTest, shorterFileBehindALongerOneShowsNothingOfIt)
+TEST_F(HistoryTailTest, shorterFileAfterALongerOneShowsNothingOfIt)
 {
     write("long.jsonl", std::string(limit, 'x') + "\nold\nold\nold");
     write("short.jsonl", "new");
@@ -138,9 +138,9 @@ TEST_F(HistoryTailTest, sparseFileOfManyGigabytesIsReadAtItsEnd)
     EXPECT_TRUE(tail.isPartial);
 }
 
-TEST_F(HistoryTailTest, bytesBehindTheSizeThatWasTakenAreLeftOut)
+TEST_F(HistoryTailTest, bytesBeyondTheSizeTakenAreIgnored)
 {
-    // The process file system says size 0 of files that have content.
+    // procfs reports size 0 for files that have content.
     const FileDescriptor processFolder = FileDescriptor::openFolder("/proc/self");
     ASSERT_TRUE(processFolder.isOpen());
     ASSERT_NE(readFile("/proc/self/status"), "");
@@ -151,7 +151,7 @@ TEST_F(HistoryTailTest, bytesBehindTheSizeThatWasTakenAreLeftOut)
 
 TEST_F(HistoryTailTest, fileThatEndsBeforeItsSizeIsReadToItsEnd)
 {
-    // The system file system says 4096 bytes of files that have a few.
+    // sysfs reports 4096 bytes for files that have a few.
     const std::filesystem::path folder = "/sys/devices/system/cpu";
     std::error_code error;
     if (std::filesystem::file_size(folder / "online", error) != 4096)
@@ -162,11 +162,11 @@ TEST_F(HistoryTailTest, fileThatEndsBeforeItsSizeIsReadToItsEnd)
     EXPECT_NE(std::get<HistoryTail>(tail).lines.text(), "");
 }
 
-/// A file that is appended to byte by byte, so that the cut runs over what stands around byte `reach`.
+/// A file that grows byte by byte, so that the cut moves over the text around byte `reach`.
 struct Boundary {
     const char* name;
-    std::string_view around; ///< stands at byte `reach` of the file, between long lines
-    std::string_view end; ///< what is appended again and again, behind a long line each time
+    std::string_view around; ///< at byte `reach` of the file, between long lines
+    std::string_view end; ///< appended repeatedly, each time after a long line
 };
 
 void PrintTo(const Boundary& boundary, std::ostream* out)

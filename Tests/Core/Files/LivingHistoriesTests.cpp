@@ -12,7 +12,7 @@
 #include <string>
 #include <thread>
 
-/// Histories that are written while they are read, as fast as the disk takes it.
+/// Histories that are written, as fast as the disk allows, while they are read.
 namespace tallyfox::test {
 namespace {
 
@@ -27,7 +27,7 @@ int scanCount()
 
 constexpr std::int64_t tokens = 4321; ///< of each record that is ever written
 
-/// Does to histories what assistants, their users and log rotation do, without a pause.
+/// Changes histories as assistants, users and log rotation do, without a pause.
 class Life {
 public:
     explicit Life(fs::path root)
@@ -37,7 +37,7 @@ public:
     void step()
     {
         const fs::path file = fileOf(m_random() % files);
-        std::error_code ignored; // a step that comes too late does nothing
+        std::error_code ignored; // a step that comes too late has no effect
         switch (m_random() % 12) {
         case 0:
             fs::resize_file(file, m_random() % 100'000, ignored);
@@ -76,7 +76,7 @@ private:
             stream << m_line;
     }
 
-    /// As an editor does: a new file takes the place of the old one at once.
+    /// As an editor does: a new file replaces the old one atomically.
     void replace(const fs::path& file) const
     {
         const fs::path unfinished = m_root / "unfinished";
@@ -93,7 +93,7 @@ private:
 
 class LivingHistories : public HistoryFolder {
 protected:
-    /// Every record is whole and one of those that were written.
+    /// Every record is one of those that were written, unharmed.
     static void expectOnlyWrittenRecords(const LocalUsageScanResult& result)
     {
         for (const UsageSample& sample : result.samples)

@@ -25,7 +25,7 @@ using testing::SizeIs;
 
 constexpr std::size_t tailSize = LocalUsageScanner::tailSize;
 
-/// A Claude record without an id, so that no other one replaces it.
+/// A Claude record without an id, so that no other replaces it.
 std::string claudeAt(const std::string& time, int total)
 {
     return claudeLine({{"timestamp", "\"2026-11-21T" + time + "Z\""},
@@ -96,13 +96,13 @@ TEST_F(LocalUsageScannerTest, messagesAreMergedWithinAFileOnly)
     EXPECT_THAT(scanned().samples, ElementsAre(claudeSample(), claudeSample()));
 }
 
-TEST_F(LocalUsageScannerTest, lastLineNeedsNoLineFeed)
+TEST_F(LocalUsageScannerTest, lineFeedAfterTheLastLineIsOptional)
 {
     write("a.jsonl", claudeAt("09:00:01", 1) + '\n' + claudeAt("09:00:02", 2));
     EXPECT_THAT(totals(), ElementsAre(1, 2));
 }
 
-TEST_F(LocalUsageScannerTest, badLinesCostThemselvesAloneAndAreNotPartial)
+TEST_F(LocalUsageScannerTest, badLinesAreSkippedAndDoNotMakeTheResultPartial)
 {
     write("a.jsonl",
           "no JSON\n" + claudeAt("09:00:01", 1) + "\n\xFF{}\n" + claudeAt("09:00:02", 2) + "\xC3\n"
@@ -138,7 +138,7 @@ TEST_F(LocalUsageScannerTest, fileOfExactlyTheTailIsWhole)
     EXPECT_FALSE(scanned().isPartial);
 }
 
-TEST_F(LocalUsageScannerTest, recordAtTheCutIsLostThoughItIsComplete)
+TEST_F(LocalUsageScannerTest, completeRecordAtTheCutIsLost)
 {
     const std::string records = claudeAt("09:00:01", 1) + '\n' + claudeAt("09:00:02", 2) + '\n';
     write("a.jsonl", '\n' + records + std::string(tailSize - records.size(), ' '));
@@ -156,7 +156,7 @@ TEST_F(LocalUsageScannerTest, oneLongFileMakesTheWholeResultPartial)
 
 TEST_F(LocalUsageScannerTest, recordKeysCountTheLinesOfTheTail)
 {
-    // Without an id, a record's key ends in its place among the lines that are left: here 0.
+    // Without an id, a record's key ends in its number among the lines of the tail: here 0.
     const std::string sameKey = claudeLine({{"message.id", R"("2026-11-21T09:41:07Z-0")"}});
     const std::string lines = claudeLine({{"message.id", ""}}) + '\n' + sameKey + '\n';
     const std::string begin = std::string(tailSize, 'x') + "\n";
@@ -200,7 +200,7 @@ TEST_F(LocalUsageScannerTest, scanOfReadOnlyFilesSucceeds)
     ASSERT_EQ(::chmod(at("a").c_str(), 0700), 0);
 }
 
-/// Appends records to a file, each in two pieces, until there are very many or the object goes.
+/// Appends records to a file, each in two pieces, until there are very many or the object is destroyed.
 class GrowingHistory {
 public:
     explicit GrowingHistory(const std::filesystem::path& file)
@@ -231,7 +231,7 @@ private:
     std::jthread m_writer;
 };
 
-TEST_F(LocalUsageScannerTest, fileThatGrowsMeanwhileGivesWhatWasWrittenSoFar)
+TEST_F(LocalUsageScannerTest, growingFileGivesWhatWasWrittenSoFar)
 {
     write("a.jsonl");
     std::size_t most = 0;

@@ -15,7 +15,7 @@
 #include <string>
 #include <vector>
 
-/// What must hold for all histories, whichever way their records are laid out in files.
+/// What holds for all histories, however their records are spread over files.
 namespace tallyfox::test {
 namespace {
 
@@ -44,7 +44,7 @@ private:
     int m_count = 0;
 };
 
-/// In an order that only depends on what the samples are.
+/// In an order that depends only on the samples.
 Samples sorted(Samples samples)
 {
     const auto rank = [](const UsageSample& sample) { return std::pair{sample.timestamp, sample.totalTokens}; };
@@ -64,7 +64,7 @@ Samples samplesOfFile(const std::vector<std::string>& lines, Provider provider)
     return files.scanned(provider);
 }
 
-/// What a message counts: of a Claude Code message its largest reading, of everything else each record.
+/// What counts: of a Claude Code message its largest reading, of anything else each record.
 std::int64_t expectedTotal(const AnyFile& file, Provider provider)
 {
     std::int64_t total = 0;
@@ -95,7 +95,7 @@ RC_GTEST_PROP(ScanProperty, everyFileCountsItsLargestReadings, ())
     RC_ASSERT(totalOf(samplesOfFile(file.lines(provider), provider)) == expectedTotal(file, provider));
 }
 
-RC_GTEST_PROP(ScanProperty, permutingFilesChangesNothingThatIsShown, ())
+RC_GTEST_PROP(ScanProperty, orderOfFilesDoesNotChangeTheSummary, ())
 {
     const auto provider = *anyProvider();
     auto contents = *rc::gen::container<std::vector<AnyFile>>(anyFile());
@@ -147,7 +147,7 @@ RC_GTEST_PROP(ScanProperty, splittingAClaudeFileAtALineOnlyCountsMessagesOfBothP
     RC_ASSERT(totalOf(split) == expectedTotal(front, Provider::claude) + expectedTotal(back, Provider::claude));
 }
 
-RC_GTEST_PROP(ScanProperty, appendingARepeatedMessageOnlyCountsWhatItHasMore, ())
+RC_GTEST_PROP(ScanProperty, repeatedMessageOnlyAddsItsIncrease, ())
 {
     auto file = *rc::gen::suchThat(anyFile(), [](const AnyFile& some) { return !some.records.empty(); });
     AnyRecord repeated = *rc::gen::elementOf(file.records);
@@ -166,7 +166,7 @@ RC_GTEST_PROP(ScanProperty, appendingARepeatedMessageOnlyCountsWhatItHasMore, ()
         RC_ASSERT(after == before);
 }
 
-RC_GTEST_PROP(ScanProperty, appendingARepeatedCodexEventCountsItAgain, ())
+RC_GTEST_PROP(ScanProperty, repeatedCodexEventCountsAgain, ())
 {
     auto file = *rc::gen::suchThat(anyFile(), [](const AnyFile& some) { return !some.records.empty(); });
     const AnyRecord repeated = *rc::gen::elementOf(file.records);

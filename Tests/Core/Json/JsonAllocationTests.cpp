@@ -41,7 +41,7 @@ std::string largeLine()
     return R"({"content":)" + largeContent() + R"(,"\u0074ype":"assistant","id":12e1,"share":0.25})";
 }
 
-TEST(HeapWatch, whatTheHeapGivesIsCounted)
+TEST(HeapWatch, allocationsAreCounted)
 {
     const HeapWatch count;
     EXPECT_EQ(count.blocks(), 0U);
@@ -50,7 +50,7 @@ TEST(HeapWatch, whatTheHeapGivesIsCounted)
     EXPECT_GE(count.bytes(), 1000U + sizeof(std::string));
 }
 
-TEST(JsonAllocation, readingALineTakesNothingFromTheHeap)
+TEST(JsonAllocation, readingALineDoesNotAllocate)
 {
     const std::string line = largeLine();
     Envelope envelope;
@@ -64,7 +64,7 @@ TEST(JsonAllocation, readingALineTakesNothingFromTheHeap)
     EXPECT_EQ(blocks, 0U);
 }
 
-TEST(JsonAllocation, refusingALineTakesNothingFromTheHeap)
+TEST(JsonAllocation, refusingALineDoesNotAllocate)
 {
     const std::string line = largeLine();
     const std::string nested = nestedArrays(100'000);
@@ -79,7 +79,7 @@ TEST(JsonAllocation, refusingALineTakesNothingFromTheHeap)
     EXPECT_EQ(blocks, 0U);
 }
 
-TEST(JsonAllocation, deepestNestingTakesNothingFromTheHeap)
+TEST(JsonAllocation, deepestNestingDoesNotAllocate)
 {
     const std::string arrays = nestedArrays(JsonReader::maximumDepth);
     const std::string objects = nestedObjects(JsonReader::maximumDepth);
@@ -92,7 +92,7 @@ TEST(JsonAllocation, deepestNestingTakesNothingFromTheHeap)
     EXPECT_EQ(blocks, 0U);
 }
 
-TEST(JsonAllocation, plainStringIsDecodedWhereItStands)
+TEST(JsonAllocation, plainStringIsDecodedInPlace)
 {
     JsonReader reader(R"("a plain model name of more than a few letters")");
     JsonString string;
@@ -105,7 +105,7 @@ TEST(JsonAllocation, plainStringIsDecodedWhereItStands)
     EXPECT_EQ(blocks, 0U);
 }
 
-TEST(JsonAllocation, rateLimitReplyTakesNothingFromTheHeap)
+TEST(JsonAllocation, rateLimitReplyDoesNotAllocate)
 {
     const std::string reply =
         R"({"id":2,"other":"a text \u00e9 longer than any small string","result":{"rateLimits":{"primary":)"

@@ -28,7 +28,7 @@ class Simdjson {
 public:
     Simdjson()
     {
-        EXPECT_EQ(m_parser.allocate(0, 8192), simdjson::SUCCESS) << "nesting is no matter of this comparison";
+        EXPECT_EQ(m_parser.allocate(0, 8192), simdjson::SUCCESS) << "nesting is not compared";
     }
 
     error_code parse(std::string_view text)
@@ -120,7 +120,7 @@ std::vector<std::string_view> seeds()
     return texts;
 }
 
-TEST(JsonDifferential, tablesAreJudgedAlikeButForTheListedLimits)
+TEST(JsonDifferential, readersAgreeOnTheTablesExceptForTheListedLimits)
 {
     Simdjson simdjson;
     for (const std::string_view text : legalJsonTexts())
@@ -131,7 +131,7 @@ TEST(JsonDifferential, tablesAreJudgedAlikeButForTheListedLimits)
     }
 }
 
-TEST(JsonDifferential, mutatedTextsAreJudgedAndReadAlikeButForTheListedLimits)
+TEST(JsonDifferential, readersAgreeOnMutatedTextsExceptForTheListedLimits)
 {
     Simdjson simdjson;
     JsonMutations mutations(seeds());
@@ -155,14 +155,14 @@ TEST(JsonDifferential, mutatedTextsAreJudgedAndReadAlikeButForTheListedLimits)
     }
     EXPECT_GT(accepted, 40'000);
     EXPECT_GT(refused, 40'000);
-    // A number beyond 64 bits or beyond the largest double, a lone surrogate escape, bytes that are no UTF-8.
+    // A number beyond 64 bits or beyond the largest double, a lone surrogate escape, invalid UTF-8.
     ASSERT_EQ(refusedByLimit.size(), 3U);
     EXPECT_GT(refusedByLimit[simdjson::NUMBER_ERROR], 1'000);
     EXPECT_GT(refusedByLimit[simdjson::STRING_ERROR], 1'000);
     EXPECT_GT(refusedByLimit[simdjson::UTF8_ERROR], 1'000);
 }
 
-TEST(JsonDifferential, listedLimitsAreTheOtherReadersAlone)
+TEST(JsonDifferential, listedLimitsAreOnlyTheOtherReaders)
 {
     const std::vector<std::pair<std::string_view, error_code>> table{
         {"18446744073709551616", simdjson::NUMBER_ERROR},
@@ -184,7 +184,7 @@ TEST(JsonDifferential, listedLimitsAreTheOtherReadersAlone)
     }
 }
 
-TEST(JsonDifferential, nestingBoundIsOurOwn)
+TEST(JsonDifferential, nestingBoundIsOnlyOurs)
 {
     constexpr std::size_t bound = JsonReader::maximumDepth;
     Simdjson simdjson;

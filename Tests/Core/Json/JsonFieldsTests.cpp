@@ -33,7 +33,7 @@ struct Outer {
     }
 };
 
-/// What `text`, which must be a grammatical object, holds.
+/// The record of `text`, which must be a grammatical object.
 Outer read(std::string_view text)
 {
     Outer outer;
@@ -98,7 +98,7 @@ TEST(JsonFields, everyOtherTypeIsWrongButStillGrammatical)
     }
 }
 
-TEST(JsonFields, numberThatItsTypeCannotHoldIsWrong)
+TEST(JsonFields, numberThatDoesNotFitItsTypeIsWrong)
 {
     for (const std::string& value : {std::string("9223372036854775808"), std::string("0.5"), std::string("1e400"),
                                      std::string("1e19"), std::string(60, '7')})
@@ -132,7 +132,7 @@ TEST(JsonFields, lastOfDuplicateMembersCounts)
     EXPECT_EQ(outer.share.value, 2.0);
 }
 
-TEST(JsonFields, errorInAnEarlierDuplicateIsForgotten)
+TEST(JsonFields, errorInAnEarlierDuplicateIsIgnored)
 {
     EXPECT_TRUE(hasRightTypes(read(R"({"id":1,"id":"b"})")));
     EXPECT_TRUE(hasRightTypes(read(R"({"id":1,"id":null})")));
@@ -156,7 +156,7 @@ TEST(JsonFields, errorInTheLastDuplicateCounts)
     EXPECT_FALSE(hasRightTypes(read(R"({"inner":{"count":1,"count":"x"}})")));
 }
 
-TEST(JsonFields, laterNullTakesAnEarlierValueAway)
+TEST(JsonFields, laterNullRemovesAnEarlierValue)
 {
     const Outer outer = read(R"({"id":"a","count":1,"inner":{"count":1},"id":null,"count":null,"inner":null})");
     EXPECT_TRUE(hasRightTypes(outer));

@@ -21,7 +21,7 @@ bool isSkippable(std::string_view text)
     return isWhole;
 }
 
-/// Wants nothing: whatever the object holds is skipped.
+/// Wants no members, so that everything in the object is skipped.
 struct Nothing {
     static constexpr auto members()
     {
@@ -75,7 +75,7 @@ TEST(JsonGrammar, nearMissesAreRefusedSkippedAndRead)
     }
 }
 
-TEST(JsonGrammar, noTextStandsInBothTables)
+TEST(JsonGrammar, tablesHaveNoTextInCommon)
 {
     const std::set<std::string_view> legal(legalJsonTexts().begin(), legalJsonTexts().end());
     EXPECT_EQ(legal.size(), legalJsonTexts().size());
@@ -83,7 +83,7 @@ TEST(JsonGrammar, noTextStandsInBothTables)
         EXPECT_FALSE(legal.contains(text)) << testing::PrintToString(text);
 }
 
-TEST(JsonGrammar, everyLegalTextMayStandTwiceInAnArray)
+TEST(JsonGrammar, everyLegalTextMayOccurTwiceInAnArray)
 {
     for (const std::string_view text : legalJsonTexts()) {
         const std::string array = "[" + std::string(text) + "," + std::string(text) + "]";

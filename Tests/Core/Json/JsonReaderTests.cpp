@@ -13,7 +13,7 @@ namespace {
 
 using Type = JsonReader::Type;
 
-TEST(JsonReader, firstCharacterTellsTheType)
+TEST(JsonReader, firstCharacterDecidesTheType)
 {
     const std::vector<std::pair<std::string_view, Type>> table{
         {"null", Type::null},        {" \r\n\ttrue", Type::boolean},
@@ -105,7 +105,7 @@ TEST(JsonReader, textIsNotFinishedBeforeItsEnd)
     EXPECT_FALSE(nothing.finish());
 }
 
-TEST(JsonReader, otherTypeThanAskedForIsAnError)
+TEST(JsonReader, typeOtherThanAskedForIsAnError)
 {
     JsonString string;
     JsonNumber number;
@@ -136,7 +136,7 @@ TEST(JsonReader, afterAnErrorEveryOperationFails)
     }
 }
 
-TEST(JsonReader, errorAtTheVeryEndIsNotForgotten)
+TEST(JsonReader, errorAtTheVeryEndIsReported)
 {
     JsonReader reader("1.");
     JsonNumber number;
@@ -144,11 +144,11 @@ TEST(JsonReader, errorAtTheVeryEndIsNotForgotten)
     EXPECT_FALSE(reader.finish());
 }
 
-TEST(JsonReader, stringOfAnyLengthEndsWhereItsQuotationMarkStands)
+TEST(JsonReader, stringOfAnyLengthEndsAtItsQuotationMark)
 {
     for (std::size_t length = 0; length < 300; ++length) {
         const std::string content(length, 'x');
-        const std::string text = "  \"" + content + "\",rest of the text that is no business of the string";
+        const std::string text = "  \"" + content + "\",rest of the text";
         JsonReader reader(text);
         JsonString string;
         ASSERT_TRUE(reader.readString(string));
@@ -157,7 +157,7 @@ TEST(JsonReader, stringOfAnyLengthEndsWhereItsQuotationMarkStands)
     }
 }
 
-TEST(JsonReader, specialCharacterIsSeenAtEveryPositionOfAString)
+TEST(JsonReader, specialCharacterIsFoundAtEveryPositionOfAString)
 {
     for (std::size_t length = 1; length < 150; ++length) {
         for (std::size_t position = 0; position < length; ++position) {
@@ -200,7 +200,7 @@ TEST(JsonReader, textIsReadOnlyUpToItsEnd)
     EXPECT_TRUE(number.finish());
 }
 
-TEST(JsonReader, valueOfAnyLengthAtTheEndOfMemoryIsReadWithoutAByteBehindIt)
+TEST(JsonReader, valueOfAnyLengthAtTheEndOfMemoryIsReadWithoutAByteBeyondIt)
 {
     GuardedText room(256);
     for (std::size_t length = 1; length < 150; ++length) {

@@ -25,7 +25,7 @@ constexpr std::int64_t largest = std::numeric_limits<std::int64_t>::max();
 constexpr std::int64_t smallest = std::numeric_limits<std::int64_t>::min();
 constexpr std::size_t manyDigits = 1024 * 1024;
 
-/// The token of a text that is one number, taken by the reader so that it is a grammatical one.
+/// The token of a text that is one number, taken by the reader so that it is grammatical.
 JsonNumber number(std::string_view text)
 {
     JsonReader reader(text);
@@ -93,7 +93,7 @@ TEST(JsonNumber, integralValueInAnySpellingIsAnInteger)
         EXPECT_EQ(number(text).toInteger(), value) << text;
 }
 
-TEST(JsonNumber, valueThatIsNotIntegralOrDoesNotFitIsNoInteger)
+TEST(JsonNumber, fractionalOrTooLargeValueIsNotAnInteger)
 {
     for (const std::string_view text : {"0.1",
                                         "-0.1",
@@ -147,7 +147,7 @@ TEST(JsonNumber, exponentOfAnyLengthNeitherWrapsNorFits)
     }
 }
 
-TEST(JsonNumber, mebibyteOfDigitsIsStillTheValueItWrites)
+TEST(JsonNumber, mebibyteOfDigitsKeepsItsValue)
 {
     const std::string zeros(manyDigits, '0');
     const std::string nines(manyDigits, '9');
@@ -166,7 +166,7 @@ TEST(JsonNumber, mebibyteOfDigitsIsStillTheValueItWrites)
 
 __extension__ using Wide = __int128;
 
-/// The decimal digits of a value that may lie a little beyond 64 bits.
+/// The decimal digits of a value that may be a little beyond 64 bits.
 std::string decimalDigits(Wide value)
 {
     std::string digits;
@@ -179,7 +179,7 @@ std::string decimalDigits(Wide value)
     return isNegative ? "-" + digits : digits;
 }
 
-/// The same number with its decimal point `shift` places further left or right, made up for by an exponent.
+/// The same number with its decimal point `shift` places further left or right, compensated by an exponent.
 std::string respelled(const std::string& digits, int shift)
 {
     const bool isNegative = digits.front() == '-';

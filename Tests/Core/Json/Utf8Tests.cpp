@@ -159,7 +159,7 @@ TEST(Utf8, boundaryBytesInEveryCombinationAreJudgedByTheDefinition)
     }
 }
 
-TEST(Utf8, illFormedByteIsSeenAtEveryPositionOfALongText)
+TEST(Utf8, illFormedByteIsFoundAtEveryPositionOfALongText)
 {
     for (std::size_t size = 1; size < 150; ++size) {
         for (std::size_t position = 0; position < size; ++position) {

@@ -22,7 +22,7 @@ std::string jsonString(std::string_view word)
     return '"' + std::string(word) + '"';
 }
 
-/// Whether an escape for a lower-case letter or an underscore stands at the begin of `text`.
+/// Whether `text` begins with an escape for a lower-case letter or an underscore.
 bool beginsWithEscape(std::string_view text)
 {
     if (text.size() < 6 || !text.starts_with("\\u00"))
@@ -42,7 +42,7 @@ std::size_t findNaively(std::string_view text, std::size_t from, std::string_vie
     return text.npos;
 }
 
-/// 0 to 40, and everything within 20 around the sizes that vectors and blocks may have.
+/// 0 to 40, and everything within 20 of the sizes that vectors and blocks may have.
 std::vector<std::size_t> criticalSizes()
 {
     std::vector<std::size_t> sizes;
@@ -55,14 +55,14 @@ std::vector<std::size_t> criticalSizes()
     return sizes;
 }
 
-/// Looks for `needle` behind and before every critical number of bytes, at the very end of readable memory.
+/// Looks for `needle` after and before every critical number of bytes, at the very end of readable memory.
 void findEverywhere(std::string_view word, std::string_view needle, char filler)
 {
     GuardedText room(4096);
     for (const std::size_t before : criticalSizes()) {
-        for (const std::size_t behind : criticalSizes()) {
-            const std::string text = std::string(before, filler) + std::string(needle) + std::string(behind, filler);
-            ASSERT_EQ(findJsonWord(room.atEnd(text), 0, word), before) << needle << ", " << behind << " bytes behind";
+        for (const std::size_t after : criticalSizes()) {
+            const std::string text = std::string(before, filler) + std::string(needle) + std::string(after, filler);
+            ASSERT_EQ(findJsonWord(room.atEnd(text), 0, word), before) << needle << ", " << after << " bytes after it";
         }
     }
 }
@@ -140,7 +140,7 @@ TEST(WordSearch, searchFromTheEndFindsNothing)
     EXPECT_EQ(findJsonWord({}, 0, usage), text.npos);
 }
 
-/// Texts full of everything that a find begins with.
+/// Texts full of beginnings of finds.
 std::string temptingText(std::mt19937_64& random)
 {
     constexpr std::array<std::string_view, 12> pieces{"\"",      "\"u",     "\"usage", "\"usage\"",

@@ -18,7 +18,7 @@ using std::chrono::minutes;
 using std::chrono::seconds;
 using std::chrono::sys_seconds;
 
-/// The C library computes the same days in another way, from the same zones.
+/// The C library computes the same days independently, from the same zones.
 class CalendarAgainstGlibc : public testing::TestWithParam<const char*> { };
 
 TEST_P(CalendarAgainstGlibc, everyDayOf2020To2030IsTheSame)

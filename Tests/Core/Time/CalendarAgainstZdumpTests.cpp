@@ -26,13 +26,13 @@ struct ClosePipe {
     }
 };
 
-/// What zdump says of one moment in one zone.
+/// zdump's line for one moment in one zone.
 struct Statement {
     sys_seconds time;
     seconds offset{};
 };
 
-/// Takes "NAME  Sun Mar 31 01:00:00 2024 UT = Sun Mar 31 03:00:00 2024 CEST isdst=1 gmtoff=7200" apart, behind the
+/// Parses "NAME  Sun Mar 31 01:00:00 2024 UT = Sun Mar 31 03:00:00 2024 CEST isdst=1 gmtoff=7200", after the
 /// name.
 std::optional<Statement> statement(const char* line)
 {
@@ -52,7 +52,7 @@ std::optional<Statement> statement(const char* line)
                      seconds{std::atoi(offset + std::strlen("gmtoff="))}};
 }
 
-/// The zones of the database, each by one name: without the tables and the copies beside them.
+/// The zones of the database, each by one name, without the tables and copies beside them.
 std::vector<std::string> zoneNames()
 {
     const std::filesystem::path folder = "/usr/share/zoneinfo";

@@ -16,7 +16,7 @@ namespace {
 using std::chrono::microseconds;
 using std::chrono::seconds;
 
-/// The seconds since 1970 of a calendar time, by the C library; nothing when it had to move it to one that exists.
+/// The seconds since 1970 of a calendar time, by the C library; nothing if the time does not exist.
 std::optional<std::time_t> unixSeconds(std::tm time)
 {
     const std::tm asked = time;
@@ -28,7 +28,7 @@ std::optional<std::time_t> unixSeconds(std::tm time)
     return isSame ? std::optional(value) : std::nullopt;
 }
 
-/// The parts of a timestamp as a regular expression of the C library tells them apart.
+/// The parts of a timestamp, found by a regular expression of the C library.
 class Parts {
 public:
     explicit Parts(const std::string& text)
@@ -55,7 +55,7 @@ public:
     }
 
 private:
-    /// Compiled once: that takes far longer than a match.
+    /// Compiled once, because compiling takes far longer than matching.
     static const regex_t* form()
     {
         struct Form {
@@ -85,7 +85,7 @@ private:
     bool m_isMatch = false;
 };
 
-/// The same parser once more, made of the C library's functions.
+/// The same parser, built from functions of the C library.
 std::optional<Instant> parsedByTheCLibrary(const std::string& text)
 {
     const Parts parts(text);
@@ -159,7 +159,7 @@ TEST(Iso8601Oracle, everyMissingDoubledOrInsertedByteIsRefusedOrReadRight)
     }
 }
 
-/// A stamp of the instant that `designator` says to be `offset` east of UTC.
+/// A timestamp of the instant, in a zone `offset` east of UTC that is written as `designator`.
 std::string stamp(std::time_t local, const std::string& fraction, const std::string& designator)
 {
     std::tm time{};

@@ -51,7 +51,7 @@ TEST(Iso8601, everyZoneDesignatorIsRead)
     }
 }
 
-TEST(Iso8601, missingDesignatorMeansUtcOnlyBehindAFraction)
+TEST(Iso8601, missingDesignatorMeansUtcOnlyAfterAFraction)
 {
     EXPECT_EQ(parseISO8601("2025-03-04T05:06:07.123"), at(2025, 3, 4, 5, 6, 7, 123'000));
     EXPECT_EQ(parseISO8601("2025-03-04T05:06:07"), std::nullopt);
@@ -207,7 +207,7 @@ TEST(Iso8601, truncatedStampIsRefusedOrAnotherWholeOne)
     }
 }
 
-TEST(Iso8601, yearsOneTo9999AreTheBoundsInUtc)
+TEST(Iso8601, boundsAreTheYearsOneTo9999InUtc)
 {
     EXPECT_EQ(parseISO8601("0001-01-01T00:00:00Z"), distantPast);
     EXPECT_EQ(parseISO8601("0001-01-01T00:00:00.000000"), distantPast);

@@ -33,7 +33,7 @@ std::string berlin()
     return {std::istreambuf_iterator<char>{stream}, {}};
 }
 
-TEST(TimeZoneFile, stretchesLieBetweenTheTransitions)
+TEST(TimeZoneFile, stretchesAreBetweenTheTransitions)
 {
     for (const std::string& bytes : {twoChanges.version1(), twoChanges.version2()}) {
         const auto zone = TimeZoneFile::decode(bytes).value();
@@ -55,7 +55,7 @@ TEST(TimeZoneFile, ruleHoldsAfterTheLastTransition)
     EXPECT_EQ(zone.offsetAt(at(4999)).offset, hours{1});
 }
 
-TEST(TimeZoneFile, transitionsOutsideOfEveryYearAreHarmless)
+TEST(TimeZoneFile, transitionsOutsideEveryYearAreHarmless)
 {
     const TimeZoneBytes wide{.offsets = {0, 60, 120},
                              .transitions = {{-(std::int64_t{1} << 59), 1}, {std::int64_t{1} << 60, 2}},
@@ -64,14 +64,14 @@ TEST(TimeZoneFile, transitionsOutsideOfEveryYearAreHarmless)
     EXPECT_EQ(zone.offsetAt(at(0)), ZoneOffset::always(seconds{60}));
 }
 
-TEST(TimeZoneFile, leapSecondsArePassedOver)
+TEST(TimeZoneFile, leapSecondsAreSkipped)
 {
     TimeZoneBytes right = twoChanges;
     right.leapSeconds = 27;
     EXPECT_EQ(TimeZoneFile::decode(right.version2()).value().offsetAt(at(1000)).offset, hours{1});
 }
 
-TEST(TimeZoneFile, dataThatContradictThemselvesAreRefused)
+TEST(TimeZoneFile, contradictoryDataAreRefused)
 {
     EXPECT_FALSE(TimeZoneFile::decode(TimeZoneBytes{.offsets = {}, .transitions = {}, .footer = {}}.version2()));
     EXPECT_FALSE(TimeZoneFile::decode(TimeZoneBytes{.offsets = {100'000}, .transitions = {}, .footer = {}}.version2()));
@@ -87,12 +87,12 @@ TEST(TimeZoneFile, everyTruncationIsRefused)
 {
     const std::string whole = berlin();
     ASSERT_TRUE(TimeZoneFile::decode(whole));
-    // The first line feed of the last line is one that could end it: nothing shorter is whole.
+    // The last line needs its line feed: nothing shorter is complete.
     for (std::size_t length = 0; length < whole.size(); ++length)
         EXPECT_FALSE(TimeZoneFile::decode(whole.substr(0, length))) << length;
 }
 
-TEST(TimeZoneFile, damagedBytesAreAnsweredWithoutHarm)
+TEST(TimeZoneFile, damagedBytesAreHarmless)
 {
     const std::string whole = berlin();
     std::mt19937 random{1};
@@ -114,7 +114,7 @@ TEST(TimeZoneFile, damagedBytesAreAnsweredWithoutHarm)
     EXPECT_GT(refused, 0);
 }
 
-TEST(TimeZoneFile, whatIsNoRegularFileIsNotOpened)
+TEST(TimeZoneFile, anythingButARegularFileIsNotOpened)
 {
     std::string pattern = (std::filesystem::temp_directory_path() / "tallyfox-fifo-XXXXXX").string();
     const std::filesystem::path folder = mkdtemp(pattern.data());
@@ -130,7 +130,7 @@ TEST(TimeZoneFile, fileOfSixtyFourKibibytesIsReadAndALargerOneRefused)
     const ScratchFolder folder;
     const auto file = folder.path() / "zone";
     std::string bytes = twoChanges.version1();
-    bytes.resize(65'536); // what is behind the last block of version 1 is nobody's business
+    bytes.resize(65'536); // anything after the last block of version 1 is ignored
     writeFile(file, bytes);
     EXPECT_TRUE(TimeZoneFile::read(file));
     writeFile(file, bytes + '\0');

@@ -25,7 +25,7 @@ seconds offset(std::string_view rule, sys_seconds time)
     return TimeZoneRule::parse(rule).value().offsetAt(time).offset;
 }
 
-TEST(TimeZoneRule, fixedOffsetLastsForEver)
+TEST(TimeZoneRule, fixedOffsetNeverEnds)
 {
     EXPECT_EQ(TimeZoneRule::parse("UTC0")->offsetAt(momentOf(2026, 1, 1)), ZoneOffset::always(seconds{0}));
     EXPECT_EQ(offset("<+0545>-5:45", momentOf(2026, 1, 1)), hours{5} + minutes{45});
@@ -64,7 +64,7 @@ TEST(TimeZoneRule, changesMayBeInTheFirstAndTheLastMonth)
               (ZoneOffset{momentOf(2026, 1, 1, 2), momentOf(2026, 12, 26, 1), hours{1}}));
 }
 
-TEST(TimeZoneRule, timesBeyondTheirDayCount)
+TEST(TimeZoneRule, timesOutsideTheirDayAreValid)
 {
     // Nuuk changes on the Saturday evening before, Jerusalem on the Friday after the fourth Thursday.
     EXPECT_EQ(TimeZoneRule::parse("<-02>2<-01>,M3.5.0/-1,M10.5.0/0")->offsetAt(momentOf(2026, 7, 1)).begin,
@@ -75,7 +75,7 @@ TEST(TimeZoneRule, timesBeyondTheirDayCount)
 
 TEST(TimeZoneRule, changesNearNewYearAreFoundFromBothYears)
 {
-    // The local new year of a zone ahead of Greenwich comes while the year before still lasts there.
+    // In a zone ahead of Greenwich the local new year begins while Greenwich still has the old one.
     const auto rule = TimeZoneRule::parse("AHD-12SUM,J1/0,J100/0").value();
     EXPECT_EQ(rule.offsetAt(momentOf(2025, 12, 31, 11, 59, 59)).offset, hours{12});
     EXPECT_EQ(rule.offsetAt(momentOf(2025, 12, 31, 12)).offset, hours{13});
@@ -88,11 +88,11 @@ TEST(TimeZoneRule, changesNearNewYearAreFoundFromBothYears)
 
 TEST(TimeZoneRule, changesThatAllFallIntoTheYearBesideTheirOwnAreFound)
 {
-    // Both changes of a year come in the last days of the year before.
+    // Both changes of a year are in the last days of the year before.
     const auto early = TimeZoneRule::parse("EAR0SUM,J1/-100,J3/-100").value();
     EXPECT_EQ(early.offsetAt(momentOf(2026, 12, 30)),
               (ZoneOffset{momentOf(2026, 12, 29, 19), momentOf(2027, 12, 27, 20), seconds{0}}));
-    // Both changes of a year come in the first days of the year after.
+    // Both changes of a year are in the first days of the year after.
     const auto late = TimeZoneRule::parse("LAT0SUM,J363/100,J365/100").value();
     EXPECT_EQ(late.offsetAt(momentOf(2026, 1, 1)),
               (ZoneOffset{momentOf(2025, 1, 4, 3), momentOf(2026, 1, 2, 4), seconds{0}}));
@@ -128,7 +128,7 @@ TEST(TimeZoneRule, missingChangesAreThoseOfTheUnitedStates)
 
 class TimeZoneRuleRefusal : public testing::TestWithParam<std::string_view> { };
 
-TEST_P(TimeZoneRuleRefusal, textThatIsNoCompleteRuleGivesNothing)
+TEST_P(TimeZoneRuleRefusal, incompleteRuleGivesNothing)
 {
     EXPECT_FALSE(TimeZoneRule::parse(GetParam()));
 }
@@ -147,7 +147,7 @@ INSTANTIATE_TEST_SUITE_P(Texts, TimeZoneRuleRefusal,
                                          "\xc3\x84\xc3\x96\xc3\x9c"
                                          "1"));
 
-/// A rule with changes between March and November, where the C library's year, which ends in UTC, does no harm.
+/// A rule with changes between March and November, where it does not matter that the C library's years end in UTC.
 std::string randomRule(std::mt19937& random)
 {
     const auto number = [&random](int least, int most) { return std::uniform_int_distribution{least, most}(random); };

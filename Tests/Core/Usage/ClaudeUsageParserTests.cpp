@@ -92,14 +92,14 @@ TEST(ClaudeUsageParser, largerReadingReplacesTheWholeSample)
     EXPECT_EQ(samples[0].outputTokens, 101);
 }
 
-TEST(ClaudeUsageParser, messagesAreToldApartByTheirExactId)
+TEST(ClaudeUsageParser, messagesAreDistinguishedByTheirExactId)
 {
     EXPECT_THAT(totalsOf(parse({reading(R"("m")", 1), reading(R"("M")", 2), reading(R"("m ")", 3), reading(R"("")", 4),
                                 reading(R"("")", 5)})),
                 UnorderedElementsAre(1, 2, 3, 5));
 }
 
-TEST(ClaudeUsageParser, emptyIdIsOneLikeAnyOther)
+TEST(ClaudeUsageParser, emptyIdIsAnId)
 {
     const auto samples = parse({reading(R"("")", 10), reading(R"("")", 30), reading(R"("")", 20)});
     EXPECT_THAT(totalsOf(samples), ElementsAre(30));
@@ -224,7 +224,7 @@ TEST(ClaudeUsageParser, countsMayBeWrittenInEveryIntegralForm)
     EXPECT_THAT(totalsOf(parse({claudeLine({{"message.usage", extreme}})})), ElementsAre(largest));
 }
 
-TEST(ClaudeUsageParser, membersNobodyAsksForMayHoldAnyJson)
+TEST(ClaudeUsageParser, unknownMembersMayHoldAnyJson)
 {
     const std::string usage = R"({"output_tokens":5,"service_tier":1e400,"more":{"usage":[{"input_tokens":"x"}]}})";
     EXPECT_THAT(totalsOf(parse({claudeLine({{"message.usage", usage}})})), ElementsAre(5));
@@ -232,7 +232,7 @@ TEST(ClaudeUsageParser, membersNobodyAsksForMayHoldAnyJson)
     EXPECT_THAT(totalsOf(parse({claudeLine({{"message", content}})})), ElementsAre(6));
 }
 
-TEST(ClaudeUsageParser, lineThatIsNoJsonObjectGivesNothing)
+TEST(ClaudeUsageParser, lineOtherThanAJsonObjectGivesNothing)
 {
     const std::string good = claudeLine();
     const std::vector<std::string> lines{
@@ -250,7 +250,7 @@ TEST(ClaudeUsageParser, carriageReturnBeforeTheLineFeedJoinsTwoRecordsIntoABadLi
     EXPECT_THAT(parseText(claudeLine() + "\r\n\n" + reading(R"("n")", 1) + "\r\n").size(), 2U);
 }
 
-TEST(ClaudeUsageParser, lastOfADoubledMemberCounts)
+TEST(ClaudeUsageParser, lastOfDuplicateMembersCounts)
 {
     const auto twice = [](const std::string& name, const std::string& one, const std::string& other) {
         return claudeLine({{"message.usage", "{\"" + name + "\":" + one + ",\"" + name + "\":" + other + '}'}});
@@ -265,7 +265,7 @@ TEST(ClaudeUsageParser, lastOfADoubledMemberCounts)
     EXPECT_THAT(parse({claudeLine({{"type", R"("user","type":"assistant")"}})}), ElementsAre(claudeSample()));
 }
 
-TEST(ClaudeUsageParser, lastOfADoubledMemberCountsAgainInTheNextLine)
+TEST(ClaudeUsageParser, duplicateMembersDoNotCarryOverToTheNextLine)
 {
     const auto doubled = [](const std::string& id) {
         return claudeLine({{"message.id", id},
@@ -302,13 +302,13 @@ TEST(ClaudeUsageParser, modelIsDecoded)
     EXPECT_EQ(modelOf("\"fox\xFF\xE2\x82\""), "fox\xEF\xBF\xBD\xEF\xBF\xBD");
 }
 
-TEST(ClaudeUsageParser, idsThatDifferInTheirBadBytesAloneAreOne)
+TEST(ClaudeUsageParser, idsThatDifferOnlyInBadBytesAreEqual)
 {
     EXPECT_THAT(totalsOf(parse({reading("\"m\xFF\"", 1), reading("\"m\xFE\"", 2), reading(R"("m\ud800")", 3)})),
                 ElementsAre(3));
 }
 
-TEST(ClaudeUsageParser, badByteOutsideOfAStringFailsItsLineAlone)
+TEST(ClaudeUsageParser, badByteOutsideAStringFailsOnlyItsLine)
 {
     EXPECT_THAT(parse({"\xFF" + claudeLine({{"message.id", R"("a")"}}), claudeLine()}), ElementsAre(claudeSample()));
     EXPECT_THAT(parse({claudeLine(), claudeLine({{"message.id", R"("b")"}}) + "\xC3"}), ElementsAre(claudeSample()));

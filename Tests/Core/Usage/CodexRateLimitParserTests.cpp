@@ -62,7 +62,7 @@ TEST(CodexRateLimitParser, everyMemberOfBothWindowsIsRead)
               Decoded{snapshot(window(42.5, reset, 300), window(7, reset + std::chrono::milliseconds{250}, 10080))});
 }
 
-TEST(CodexRateLimitParser, percentPassesThroughAsDelivered)
+TEST(CodexRateLimitParser, percentIsKeptAsReported)
 {
     const std::vector<std::pair<std::string, double>> table{{"42", 42.0},
                                                             {"0", 0.0},
@@ -144,7 +144,7 @@ TEST(CodexRateLimitParser, wrongTypeIsAnErrorAtEveryMember)
     }
 }
 
-TEST(CodexRateLimitParser, windowLengthThatIsNoIntegerIsAnError)
+TEST(CodexRateLimitParser, fractionalWindowLengthIsAnError)
 {
     for (const char* text : {"0.5", "300.5", "9223372036854775808", "-9223372036854775809", "1e19"})
         EXPECT_EQ(decode(replyWith(R"("usedPercent":1,"windowDurationMins":)" + std::string(text))),
@@ -176,7 +176,7 @@ TEST(CodexRateLimitParser, errorReplyIsAnError)
               Decoded{DecodingError::missingKey});
 }
 
-TEST(CodexRateLimitParser, textThatIsNoJsonIsMalformed)
+TEST(CodexRateLimitParser, invalidJsonIsMalformed)
 {
     using namespace std::string_view_literals;
     for (const std::string_view reply :
@@ -187,7 +187,7 @@ TEST(CodexRateLimitParser, textThatIsNoJsonIsMalformed)
         EXPECT_EQ(decode(text), Decoded{DecodingError::malformed}) << testing::PrintToString(text);
 }
 
-TEST(CodexRateLimitParser, otherValueThanAnObjectIsOfTheWrongType)
+TEST(CodexRateLimitParser, valueOtherThanAnObjectHasTheWrongType)
 {
     for (const char* reply : {"null", "true", "2", R"("result")", "[]", R"([{"result":{}}])", " [1] "})
         EXPECT_EQ(decode(reply), Decoded{DecodingError::wrongType}) << reply;
@@ -243,7 +243,7 @@ TEST(CodexRateLimitParser, unknownMembersMayHoldAnythingLegal)
     }
 }
 
-TEST(CodexRateLimitParser, replyIsKnownByItsIdHoweverWritten)
+TEST(CodexRateLimitParser, replyIsRecognisedByItsIdInAnySpelling)
 {
     for (const char* line :
          {R"({"id":2})", R"({"id":2.0})", R"({"id":2e0})", R"({"id":20e-1})", R"({"id":0.2E1})", R"( { "id" : 2 } )",
@@ -255,7 +255,7 @@ TEST(CodexRateLimitParser, replyIsKnownByItsIdHoweverWritten)
     EXPECT_TRUE(CodexRateLimitParser::isReply(R"({"id":-0})", 0));
 }
 
-TEST(CodexRateLimitParser, otherLinesAreNoReply)
+TEST(CodexRateLimitParser, otherLinesAreNotReplies)
 {
     for (const char* line : {"",
                              "{}",
@@ -295,7 +295,7 @@ TEST(CodexRateLimitParser, otherLinesAreNoReply)
     EXPECT_FALSE(CodexRateLimitParser::isReply(R"({"id":"x"})", 0));
 }
 
-TEST(CodexRateLimitParser, lineTruncatedAnywhereIsNoReply)
+TEST(CodexRateLimitParser, lineTruncatedAnywhereIsNotAReply)
 {
     const std::string reply = replyWith(R"("usedPercent":42.5)");
     ASSERT_TRUE(CodexRateLimitParser::isReply(reply, 2));

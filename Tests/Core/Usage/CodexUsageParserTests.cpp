@@ -132,7 +132,7 @@ TEST(CodexUsageParser, onlyTheLastUsageIsRead)
     EXPECT_THAT(parseCodex({codexLine({{"payload.info", R"({"total_token_usage":{"total_tokens":5}})"}})}), IsEmpty());
 }
 
-TEST(CodexUsageParser, lastOfADoubledMemberCounts)
+TEST(CodexUsageParser, lastOfDuplicateMembersCounts)
 {
     EXPECT_THAT(totalsOf(parseCodex({withUsage(R"({"total_tokens":5,"total_tokens":6})")})), ElementsAre(6));
     EXPECT_THAT(totalsOf(parseCodex({withUsage(R"({"total_tokens":"x","total_tokens":6})")})), ElementsAre(6));
@@ -161,7 +161,7 @@ TEST(CodexUsageParser, samplesKeepTheOrderOfTheLines)
                 ElementsAre(1, 2, 3));
 }
 
-TEST(CodexUsageParser, badBytesFailTheirLineOutsideOfStringsAlone)
+TEST(CodexUsageParser, badBytesOutsideStringsFailOnlyTheirLine)
 {
     EXPECT_THAT(parseCodex({"\xFF" + codexLine(), codexLine({{"id", ""}, {"payload.info", "{}\xFF"}}), codexLine()}),
                 ElementsAre(codexSample()));

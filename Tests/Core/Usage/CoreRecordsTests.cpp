@@ -21,13 +21,13 @@ TEST(Provider, rawValuesAreReadBackExactly)
         EXPECT_EQ(providerFromRawValue(rawValue(provider)), provider);
 }
 
-TEST(Provider, otherTextsAreNoProvider)
+TEST(Provider, otherTextsGiveNoProvider)
 {
     for (const char* text : {"Claude", "CODEX", "", "claude ", "gemini"})
         EXPECT_EQ(providerFromRawValue(text), std::nullopt) << text;
 }
 
-TEST(ProviderTraits, belongToTheProviderThatIsAskedFor)
+TEST(ProviderTraits, areThoseOfTheirProvider)
 {
     EXPECT_EQ(traitsOf(Provider::claude).provider, Provider::claude);
     EXPECT_EQ(traitsOf(Provider::claude).title, "Claude");
@@ -95,7 +95,7 @@ TEST(Instant, secondsSince1970SaturateAtTheYearsOneAnd9999)
     EXPECT_EQ(instantFromUnixSeconds(std::nan("")), distantPast);
 }
 
-/// Changing any one member makes a record another one.
+/// Records that differ in any one member are not equal.
 template <typename Record> void expectDifference(const std::vector<void (*)(Record&)>& changes)
 {
     for (const auto change : changes) {

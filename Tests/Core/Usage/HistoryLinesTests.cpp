@@ -24,8 +24,8 @@ Lines linesBehindFirst(std::string_view text)
     return linesOf(HistoryLines(text).withoutFirst());
 }
 
-/// The lines as the rule says it: the text as characters, of which CR LF is one, split at each line feed, without the
-/// empty pieces.
+/// The lines by definition: the text as characters, of which CR LF is one, split at each line feed, without empty
+/// pieces.
 std::vector<std::string> splitByCharacters(std::string_view text)
 {
     std::vector<std::string> pieces(1);
@@ -66,7 +66,7 @@ TEST(HistoryLines, lineFeedsSeparateAndEmptyLinesDoNotCount)
     EXPECT_EQ(linesOfText("\n\none\n\n\ntwo\n\n"), (Lines{"one", "two"}));
 }
 
-TEST(HistoryLines, lastLineNeedsNoLineFeed)
+TEST(HistoryLines, lineFeedAfterTheLastLineIsOptional)
 {
     EXPECT_EQ(linesOfText("one"), Lines{"one"});
     EXPECT_EQ(linesOfText("one\ntwo"), (Lines{"one", "two"}));
@@ -86,19 +86,19 @@ TEST(HistoryLines, loneCarriageReturnIsPartOfItsLine)
     EXPECT_EQ(linesOfText("one\rtwo\nthree\r"), (Lines{"one\rtwo", "three\r"}));
 }
 
-TEST(HistoryLines, anyByteMayStandInALine)
+TEST(HistoryLines, lineMayHoldAnyByte)
 {
     const std::string text{"\0\xFF\n\xC3\n\xE2\x80\xA8\x85\x0B\x0C", 11};
     const std::vector<std::string> expected{{"\0\xFF", 2}, "\xC3", "\xE2\x80\xA8\x85\x0B\x0C"};
     EXPECT_EQ(copies(linesOfText(text)), expected);
 }
 
-TEST(HistoryLines, withoutFirstDropsALineThatIsComplete)
+TEST(HistoryLines, withoutFirstDropsACompleteLine)
 {
     EXPECT_EQ(linesBehindFirst("complete\ntwo\nthree"), (Lines{"two", "three"}));
 }
 
-TEST(HistoryLines, withoutFirstLooksBehindLeadingLineFeeds)
+TEST(HistoryLines, withoutFirstSkipsLeadingLineFeeds)
 {
     EXPECT_EQ(linesBehindFirst("\none\ntwo"), Lines{"two"});
     EXPECT_EQ(linesBehindFirst("\n\n\none\n\ntwo"), Lines{"two"});
@@ -157,7 +157,7 @@ TEST(HistoryLines, mentioningLinesAreThoseWithTheWordInAnySpelling)
     EXPECT_GT(found, 8'000U);
 }
 
-TEST(LineCounter, tellsThePlaceOfEveryLine)
+TEST(LineCounter, numbersEveryLine)
 {
     const HistoryLines lines("\nzero\n\none\r\nstill one\ntwo\n\n\nthree");
     LineCounter counter(lines);
@@ -167,7 +167,7 @@ TEST(LineCounter, tellsThePlaceOfEveryLine)
     EXPECT_EQ(place, 4U);
 }
 
-TEST(LineCounter, linesInBetweenNeedNotBeAskedFor)
+TEST(LineCounter, linesInBetweenMayBeSkipped)
 {
     const HistoryLines lines("zero\none\ntwo\nthree\nfour");
     const Lines all = linesOf(lines);
@@ -177,7 +177,7 @@ TEST(LineCounter, linesInBetweenNeedNotBeAskedFor)
     EXPECT_EQ(counter.indexOf(all[4]), 4U);
 }
 
-TEST(LineCounter, countsFromTheFirstLineThatIsLeft)
+TEST(LineCounter, countsFromTheFirstRemainingLine)
 {
     const HistoryLines lines = HistoryLines("cut off\nzero\none").withoutFirst();
     LineCounter counter(lines);

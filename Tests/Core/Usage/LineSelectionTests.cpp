@@ -11,8 +11,8 @@
 #include <tuple>
 #include <vector>
 
-/// Lines are passed over unread where their bytes prove that they hold no usage. These tests read the same texts with
-/// and without that shortcut.
+/// Lines are skipped unread where their bytes prove that they hold no usage. These tests read the same texts with and
+/// without that shortcut.
 namespace tallyfox::test {
 namespace {
 
@@ -39,17 +39,17 @@ TEST_P(LineSelectionOfGeneratedTexts, mentioningLinesGiveTheSamplesOfAllLines)
     GeneratedHistory history(provider, seed);
     GuardedText room(64 * 1024);
     std::size_t samples = 0;
-    std::size_t passedOver = 0;
+    std::size_t skipped = 0;
     for (std::size_t count = 0; count < texts; ++count) {
         const std::string copy = history.text();
         const HistoryLines lines(room.atEnd(copy));
         const auto expected = parse(provider, lines, LineSelection::all);
         ASSERT_EQ(parse(provider, lines, LineSelection::mentioning), expected) << copy;
         samples += expected.size();
-        passedOver += linesOf(lines).size() - mentioningLines(provider, lines);
+        skipped += linesOf(lines).size() - mentioningLines(provider, lines);
     }
     EXPECT_GT(samples, texts / 3) << "the texts would prove nothing";
-    EXPECT_GT(passedOver, texts / 4) << "the texts would prove nothing";
+    EXPECT_GT(skipped, texts / 4) << "the texts would prove nothing";
 }
 
 INSTANTIATE_TEST_SUITE_P(Seeds, LineSelectionOfGeneratedTexts,
@@ -59,10 +59,10 @@ INSTANTIATE_TEST_SUITE_P(Seeds, LineSelectionOfGeneratedTexts,
                                  + std::to_string(std::get<1>(parameter.param));
                          });
 
-/// One record behind each number of bytes up to a few blocks, and as the very last bytes of a text.
+/// One record at each offset up to a few blocks, and as the very last bytes of a text.
 class LineSelectionAtEveryOffset : public testing::TestWithParam<Provider> { };
 
-TEST_P(LineSelectionAtEveryOffset, recordIsReadWhereverItStands)
+TEST_P(LineSelectionAtEveryOffset, recordIsReadAtEveryOffset)
 {
     const Provider provider = GetParam();
     const std::string plain = provider == Provider::claude ? claudeLine() : codexLine();

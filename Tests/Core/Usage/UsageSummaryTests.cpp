@@ -80,7 +80,7 @@ TEST(UsageSummary, sampleThirtyDaysBeforeTodayCountsInTheYearOnly)
     EXPECT_EQ(sumOf(figures.last365Days), 7);
 }
 
-TEST(UsageSummary, samplesOfTomorrowAndOfLongAgoCountNowhere)
+TEST(UsageSummary, samplesOfTomorrowAndOfLongAgoAreIgnored)
 {
     const UsageSummary figures = summary(
         {sample(noon + days{1}, 1), sample(utcTime(2026, 11, 22), 2), sample(noon - days{400}, 4),
@@ -109,7 +109,7 @@ TEST(UsageSummary, samplesOfBothProvidersInAnyOrderAreAddedUp)
     EXPECT_EQ(figures.last30Days[26].tokens, 1010);
 }
 
-TEST(UsageSummary, negativeTotalsAreAddedAsTheyAre)
+TEST(UsageSummary, negativeTotalsAreAddedUnchanged)
 {
     EXPECT_EQ(summary({sample(noon, 10), sample(noon, -25)}).todayTokens, -15);
 }
@@ -131,7 +131,7 @@ TEST(UsageSummary, seriesOfAnAbsentSummaryIsEmpty)
     EXPECT_TRUE(UsageSummary{}.series(30).empty());
 }
 
-TEST(UsageSummary, equalityIsThatOfAllFigures)
+TEST(UsageSummary, equalityComparesAllFigures)
 {
     EXPECT_EQ(summary({sample(noon, 1)}), summary({sample(noon + hours{1}, 1)}));
     EXPECT_NE(summary({sample(noon, 1)}), summary({sample(noon - days{1}, 1)}));
