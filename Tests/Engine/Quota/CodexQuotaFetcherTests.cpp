@@ -107,7 +107,7 @@ TEST(CodexQuotaFetcher, environmentAndWorkingFolderAreInherited)
 
 TEST(CodexQuotaFetcher, childGetsNothingButItsThreeDescriptors)
 {
-    for (int inherited = 3; inherited < 256; ++inherited) // whoever started the tests may have left some open
+    for (int inherited = 3; inherited < 256; ++inherited) // the process that started the tests may have left some open
         fcntl(inherited, F_SETFD, FD_CLOEXEC);
     Exchange exchange{"normal"};
     (void)exchange.fetch();
