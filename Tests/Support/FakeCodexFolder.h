@@ -10,10 +10,10 @@
 
 namespace tallyfox::test {
 
-/// A folder with a fake `codex` in one of its modes (Support/FakeCodex).
+/// A folder with a fake `codex` in one of the modes of Support/FakeCodex.
 class FakeCodexFolder {
 public:
-    /// `fake` is the built fake. The folder has a link to it, as installers make one.
+    /// `fake` is the built program. The folder has a symbolic link to it, as installers make them.
     FakeCodexFolder(const std::filesystem::path& fake, const std::string& mode)
     {
         std::filesystem::create_symlink(fake, executable());
@@ -25,7 +25,7 @@ public:
         return m_folder.path() / "codex";
     }
 
-    /// What the fake wrote under a name; waits for it.
+    /// Waits for a file that the fake writes, and returns its content.
     [[nodiscard]] std::string recorded(const std::string& name) const
     {
         const std::filesystem::path file = m_folder.path() / name;
@@ -41,7 +41,7 @@ public:
         return std::filesystem::exists(m_folder.path() / "descriptors");
     }
 
-    /// Process id of the started fake, and of its group; waits for it.
+    /// Waits for the fake to start; returns its process id, which is also its group's.
     [[nodiscard]] pid_t processId() const
     {
         return std::stoi(recorded("pid"));

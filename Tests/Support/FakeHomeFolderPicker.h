@@ -7,7 +7,7 @@
 
 namespace tallyfox::test {
 
-/// Records requests until a test answers for the user.
+/// Keeps requests until the test confirms or cancels one for the user.
 class FakeHomeFolderPicker : public HomeFolderPicker {
 public:
     void begin(const Request& request, Completion completion) override

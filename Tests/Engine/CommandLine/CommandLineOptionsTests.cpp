@@ -22,14 +22,14 @@ TEST(CommandLine, summaryIsRecognisedWithItsOptionsInAnyOrder)
     EXPECT_EQ(std::get<SummaryRequest>(parse({"--no-quota", "--home=/h", "--json", "--summary"})), everything);
 }
 
-TEST(CommandLine, argumentOfAnOptionMayLookLikeAnOption)
+TEST(CommandLine, valueOfAnOptionMayLookLikeAnOption)
 {
     EXPECT_EQ(std::get<SummaryRequest>(parse({"--summary", "--home", "--json"})).home, "--json");
     EXPECT_EQ(std::get<SummaryRequest>(parse({"--summary", "--home=a=b"})).home, "a=b");
     EXPECT_EQ(std::get<SummaryRequest>(parse({"--summary", "--home="})).home, "");
 }
 
-TEST(CommandLine, homeKeepsItsBytes)
+TEST(CommandLine, homeMayBeAnyBytes)
 {
     EXPECT_EQ(std::get<SummaryRequest>(parse({"--summary", "--home", "/\xff\n"})).home->native(), "/\xff\n");
 }
@@ -39,7 +39,7 @@ TEST(CommandLine, lastOfSeveralHomesCounts)
     EXPECT_EQ(std::get<SummaryRequest>(parse({"--summary", "--home", "/a", "--home=/b", "--summary"})).home, "/b");
 }
 
-TEST(CommandLine, helpComesBeforeTheVersionAndBoth)
+TEST(CommandLine, helpTakesPrecedenceOverVersionAndBothOverTheRest)
 {
     EXPECT_TRUE(std::holds_alternative<HelpRequest>(parse({"--help"})));
     EXPECT_TRUE(std::holds_alternative<HelpRequest>(parse({"--summary", "--version", "--help"})));
@@ -93,7 +93,7 @@ INSTANTIATE_TEST_SUITE_P(
                     WrongUsage{{"--json"}, "--json is an option of --summary"},
                     WrongUsage{{"--\x1b[2J\n"}, "unknown option '--\xEF\xBF\xBD[2J\xEF\xBF\xBD'"}));
 
-TEST(CommandLine, longArgumentsAreCutInMessages)
+TEST(CommandLine, longArgumentsAreTruncatedInMessages)
 {
     const std::string endless(100'000, 'x');
     const auto request = parse({endless});

@@ -19,7 +19,7 @@ std::string tokenOf(const std::filesystem::path& folder)
     return makeToken(folder).value();
 }
 
-/// The location, or the name of the other outcome.
+/// The location, "stale" or "absent".
 std::string outcome(std::string_view token)
 {
     const Resolution resolution = resolve(token);
@@ -28,7 +28,7 @@ std::string outcome(std::string_view token)
     return std::holds_alternative<Stale>(resolution) ? "stale" : "absent";
 }
 
-/// A token of the first version, which carried a checksum.
+/// The same token in the first version, which had a checksum.
 std::string firstVersion(std::string token)
 {
     token.replace(0, formatLine.size(), "tallyfox-folder-grant 1\n");
@@ -55,7 +55,7 @@ TEST_F(HomeFolderGrantTest, grantedFolderIsTheLocation)
     EXPECT_EQ(outcome(tokenOf(folder)), folder);
 }
 
-TEST_F(HomeFolderGrantTest, folderReachedThroughALinkIsGrantedUnderItsOwnPath)
+TEST_F(HomeFolderGrantTest, folderReachedThroughALinkIsGrantedByItsCanonicalPath)
 {
     const auto folder = makeFolder("home");
     const auto link = folder.parent_path() / "link";
@@ -74,7 +74,7 @@ TEST_F(HomeFolderGrantTest, contentsOfTheFolderMayChange)
     EXPECT_EQ(outcome(granted), folder);
 }
 
-TEST_F(HomeFolderGrantTest, namesThatAreNoTextAreGrantedToo)
+TEST_F(HomeFolderGrantTest, namesOfArbitraryBytesCanBeGranted)
 {
     for (const char* const name : {"\xff\xfe", "line\nfeed", "caf\xc3\xa9", " ", "checksum 0"}) {
         const auto folder = makeFolder(name);
@@ -113,7 +113,7 @@ TEST_F(HomeFolderGrantTest, folderReplacedByAnotherIsStale)
     EXPECT_EQ(outcome(granted), "stale");
 }
 
-TEST_F(HomeFolderGrantTest, folderThatComesBackIsTheLocationAgain)
+TEST_F(HomeFolderGrantTest, folderMovedBackIsTheLocationAgain)
 {
     const auto folder = makeFolder("home");
     const std::string granted = tokenOf(folder);
@@ -201,7 +201,7 @@ TEST_F(HomeFolderGrantTest, unknownVersionIsAbsent)
     EXPECT_EQ(outcome(granted), "absent");
 }
 
-TEST_F(HomeFolderGrantTest, extremeNumbersAreReadAndThoseBeyondThemAreDamage)
+TEST_F(HomeFolderGrantTest, extremeNumbersAreReadAndLargerOnesAreDamage)
 {
     const std::string begin{formatLine};
     EXPECT_EQ(outcome(begin + "inode 18446744073709551615\nborn -9223372036854775808 4294967295\n/"), "stale");

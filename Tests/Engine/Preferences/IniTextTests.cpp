@@ -30,7 +30,7 @@ std::string everyByteThenDigits()
 
 } // namespace
 
-TEST(IniText, valueIsFoundInEveryWayThatItMayBeWritten)
+TEST(IniText, valueIsReadInEveryNotation)
 {
     const std::pair<const char*, std::optional<std::string>> cases[]{
         {"[General]\nkey=5\n", "5"},
@@ -69,7 +69,7 @@ TEST(IniText, settingChangesTheKeyAndNothingElse)
         EXPECT_EQ(afterSetting(before), after) << before;
 }
 
-TEST(IniText, damagedLinesAreFoundAndTakenOut)
+TEST(IniText, damagedLinesAreRemoved)
 {
     IniText text{"[General]\na=1\nno value\n=5\n[no end\nb=2\n; fine\n\n"};
     EXPECT_TRUE(text.removeDamage());
@@ -77,14 +77,14 @@ TEST(IniText, damagedLinesAreFoundAndTakenOut)
     EXPECT_FALSE(text.removeDamage());
 }
 
-TEST(IniText, bytesComeBackAsTheyWere)
+TEST(IniText, bytesAreReadAsTheyWereSet)
 {
     IniText text{""};
     text.setBytes("key", everyByteThenDigits());
     EXPECT_EQ(IniText{text.text()}.value("key"), everyByteThenDigits());
 }
 
-TEST(IniText, toolkitsOwnReaderAndWriterUnderstandTheSameFile)
+TEST(IniText, QSettingsReadsAndWritesTheSameFormat)
 {
     const ScratchFolder folder;
     const auto file = folder.path() / "ours.ini";

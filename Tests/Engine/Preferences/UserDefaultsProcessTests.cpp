@@ -16,7 +16,7 @@ namespace tallyfox::test {
 
 namespace {
 
-/// A process of its own that does `action` and ends with its status.
+/// Runs `action` in a new process, which exits with its result.
 pid_t startProcess(const std::function<int()>& action)
 {
     const pid_t process = fork();
@@ -38,8 +38,8 @@ std::chrono::duration<double> durationOf(const std::function<void()>& action)
     return std::chrono::steady_clock::now() - begin;
 }
 
-/// Tries again as long as another process keeps the file busy.
-void setAtLast(const std::function<bool()>& set)
+/// Retries while another process has locked the file.
+void setEventually(const std::function<bool()>& set)
 {
     while (!set())
         std::this_thread::sleep_for(std::chrono::milliseconds{1});
@@ -52,8 +52,8 @@ protected:
         return m_folder.path() / "tallyfox.ini";
     }
 
-    /// Sets two keys, one after the other, to ever growing numbers, until it is ended.
-    int setForEver() const
+    /// Sets two keys in turn to increasing numbers, until the process is killed.
+    int setForever() const
     {
         UserDefaults defaults{file()};
         for (std::int64_t round = defaults.preferences().refreshMinutes;; ++round) {
@@ -64,12 +64,12 @@ protected:
         }
     }
 
-    /// Ends a process that sets, some time after it has begun.
-    void endAfter(std::chrono::duration<double> time) const
+    /// Kills a process that is setting keys, `time` after its start.
+    void killAfter(std::chrono::duration<double> time) const
     {
         std::array<int, 2> ready{};
         ASSERT_EQ(pipe(ready.data()), 0);
-        const pid_t child = startProcess([this, &ready] { return write(ready[1], "!", 1) == 1 ? setForEver() : 2; });
+        const pid_t child = startProcess([this, &ready] { return write(ready[1], "!", 1) == 1 ? setForever() : 2; });
         ASSERT_GT(child, 0);
         char byte = 0;
         EXPECT_EQ(read(ready[0], &byte, 1), 1);
@@ -79,11 +79,11 @@ protected:
         EXPECT_EQ(kill(child, SIGKILL), 0);
         int status = 0;
         EXPECT_EQ(waitpid(child, &status, 0), child);
-        EXPECT_TRUE(WIFSIGNALED(status)) << "ended by itself with " << WEXITSTATUS(status);
+        EXPECT_TRUE(WIFSIGNALED(status)) << "exited with " << WEXITSTATUS(status);
     }
 
-    /// Whether every line is there, and nothing but what a process may leave behind that was ended in the middle.
-    void expectWhole() const
+    /// Expects every line, and no other file but the draft that a killed process may leave behind.
+    void expectIntact() const
     {
         const UserDefaults defaults{file()};
         const std::int64_t minutes = defaults.preferences().refreshMinutes;
@@ -102,30 +102,30 @@ private:
 
 } // namespace
 
-TEST_F(UserDefaultsProcessTest, processEndedAtAnyMomentLeavesEveryValueWhole)
+TEST_F(UserDefaultsProcessTest, processKilledAtAnyMomentLeavesTheFileIntact)
 {
     writeFile(file(), "[General]\nlaterKey=kept\nrefreshMinutes=10\n");
     ASSERT_TRUE(UserDefaults{file()}.setHomeFolderBookmark("10" + std::string(3000, 'x')));
-    std::mt19937 random{20251121}; // NOLINT(cert-msc51-cpp): the same moments at each run, as far as a machine allows
+    std::mt19937 random{20251121}; // NOLINT(cert-msc51-cpp): the same delays in each run
     std::uniform_real_distribution<double> sets{0, 5};
     const auto timeOfASet =
         durationOf([this] { ASSERT_TRUE(UserDefaults{file()}.set(&Preferences::refreshMinutes, 10)); });
     for (int round = 0; round < 200 && !HasFailure(); ++round) {
-        endAfter(sets(random) * timeOfASet);
-        expectWhole();
+        killAfter(sets(random) * timeOfASet);
+        expectIntact();
     }
-    EXPECT_GT(UserDefaults{file()}.preferences().refreshMinutes, 10) << "no process came to set anything";
+    EXPECT_GT(UserDefaults{file()}.preferences().refreshMinutes, 10) << "no process has set anything";
     ASSERT_TRUE(UserDefaults{file()}.set(&Preferences::launchAtLogin, true));
-    EXPECT_FALSE(std::filesystem::exists(file().native() + ".new")) << "the draft of a dead process is in the way";
+    EXPECT_FALSE(std::filesystem::exists(file().native() + ".new")) << "the draft of a dead process was not reused";
 }
 
-TEST_F(UserDefaultsProcessTest, processesThatSetDifferentKeysLoseNothingOfEachOther)
+TEST_F(UserDefaultsProcessTest, concurrentProcessesKeepEachOthersValues)
 {
     constexpr int rounds = 60;
     const pid_t first = startProcess([this] {
         UserDefaults defaults{file()};
         for (int round = 1; round <= rounds; ++round) {
-            setAtLast([&] { return defaults.set(&Preferences::refreshMinutes, round); });
+            setEventually([&] { return defaults.set(&Preferences::refreshMinutes, round); });
             if (defaults.preferences().refreshMinutes != round)
                 return 1;
         }
@@ -134,7 +134,7 @@ TEST_F(UserDefaultsProcessTest, processesThatSetDifferentKeysLoseNothingOfEachOt
     const pid_t second = startProcess([this] {
         UserDefaults defaults{file()};
         for (int round = 1; round <= rounds; ++round) {
-            setAtLast([&] { return defaults.setHomeFolderBookmark(std::to_string(round)); });
+            setEventually([&] { return defaults.setHomeFolderBookmark(std::to_string(round)); });
             if (defaults.homeFolderBookmark() != std::to_string(round))
                 return 1;
         }
@@ -146,10 +146,10 @@ TEST_F(UserDefaultsProcessTest, processesThatSetDifferentKeysLoseNothingOfEachOt
     EXPECT_EQ(UserDefaults{file()}.homeFolderBookmark(), std::to_string(rounds));
 }
 
-TEST_F(UserDefaultsProcessTest, stoppedProcessInTheMiddleOfASetHoldsUpNobodyForLong)
+TEST_F(UserDefaultsProcessTest, processStoppedWhileSettingBlocksOthersOnlyBriefly)
 {
     const std::filesystem::path draft = file().native() + ".new";
-    const pid_t child = startProcess([this] { return setForEver(); });
+    const pid_t child = startProcess([this] { return setForever(); });
     ASSERT_GT(child, 0);
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds{60};
     bool isInTheMiddle = false;
@@ -165,7 +165,7 @@ TEST_F(UserDefaultsProcessTest, stoppedProcessInTheMiddleOfASetHoldsUpNobodyForL
     ASSERT_TRUE(isInTheMiddle);
     const std::string before = readFile(file());
     const bool isStored =
-        UserDefaults{file()}.set(&Preferences::launchAtLogin, true); // false where the child has the lock already
+        UserDefaults{file()}.set(&Preferences::launchAtLogin, true); // false if the child already holds the lock
     EXPECT_TRUE(isStored ? UserDefaults{file()}.preferences().launchAtLogin : readFile(file()) == before);
     ::kill(child, SIGKILL);
     EXPECT_EQ(statusOf(child), -1);

@@ -32,7 +32,7 @@ private:
     ScratchFolder m_folder;
 };
 
-/// As long as it lives no file grows beyond 4 KiB, not even an administrator's.
+/// During its lifetime no file can grow beyond 4 KiB, not even for root.
 class FullDisk {
 public:
     FullDisk()
@@ -71,7 +71,7 @@ std::string everyByte()
 
 } // namespace
 
-TEST_F(UserDefaultsTest, nothingStoredIsNoBookmarkAndFiveMinutesAndNothingIsWritten)
+TEST_F(UserDefaultsTest, missingFileReadsAsInitialValuesAndIsNotWritten)
 {
     const UserDefaults defaults{file()};
     EXPECT_EQ(defaults.homeFolderBookmark(), std::nullopt);
@@ -79,7 +79,7 @@ TEST_F(UserDefaultsTest, nothingStoredIsNoBookmarkAndFiveMinutesAndNothingIsWrit
     EXPECT_FALSE(std::filesystem::exists(file().parent_path().parent_path()));
 }
 
-TEST_F(UserDefaultsTest, bookmarkOfAnyBytesComesBackInAnotherObject)
+TEST_F(UserDefaultsTest, bookmarkOfAnyBytesIsReadByAnotherObject)
 {
     for (const std::string& token : {std::string{"plain"}, std::string{}, everyByte(), std::string{"@Variant(\0)", 11}})
     {
@@ -88,7 +88,7 @@ TEST_F(UserDefaultsTest, bookmarkOfAnyBytesComesBackInAnotherObject)
     }
 }
 
-TEST_F(UserDefaultsTest, newFileAndFoldersAreForTheUserAlone)
+TEST_F(UserDefaultsTest, newFileAndFoldersArePrivate)
 {
     ASSERT_TRUE(UserDefaults{file()}.setHomeFolderBookmark("token"));
     EXPECT_EQ(mode(file()), 0600U);
@@ -96,7 +96,7 @@ TEST_F(UserDefaultsTest, newFileAndFoldersAreForTheUserAlone)
     EXPECT_EQ(mode(file().parent_path().parent_path()), 0700U);
 }
 
-TEST_F(UserDefaultsTest, fileThatOthersCouldReadIsPrivateAfterASet)
+TEST_F(UserDefaultsTest, fileReadableByOthersIsPrivateAfterSetting)
 {
     writeFile(file(), "[General]\nrefreshMinutes=15\n");
     std::filesystem::permissions(file(), std::filesystem::perms{0644});
@@ -112,7 +112,7 @@ TEST_F(UserDefaultsTest, settingOneKeyKeepsTheOthers)
     EXPECT_NE(readFile(file()).find("laterKey=kept"), std::string::npos);
 }
 
-TEST_F(UserDefaultsTest, minutesThatAreZeroOrNoNumberAreFive)
+TEST_F(UserDefaultsTest, minutesThatAreZeroOrNotANumberReadAsFive)
 {
     const std::pair<const char*, std::int64_t> cases[]{{"0", 5},
                                                        {"soon", 5},
@@ -136,14 +136,14 @@ TEST_F(UserDefaultsTest, damagedFileReadsAsNothingStored)
     EXPECT_EQ(UserDefaults{file()}.preferences().refreshMinutes, 5);
 }
 
-TEST_F(UserDefaultsTest, fileThatCannotBeMadeIsAFailure)
+TEST_F(UserDefaultsTest, settingFailsWhereTheFileCannotBeCreated)
 {
     writeFile(file().parent_path(), "a file where the folder should be");
     EXPECT_FALSE(UserDefaults{file()}.setHomeFolderBookmark("token"));
     EXPECT_EQ(UserDefaults{file()}.homeFolderBookmark(), std::nullopt);
 }
 
-TEST_F(UserDefaultsTest, failedWriteKeepsWhatWasStoredBefore)
+TEST_F(UserDefaultsTest, failedWriteKeepsTheOldValue)
 {
     ASSERT_TRUE(UserDefaults{file()}.setHomeFolderBookmark("before"));
     {
@@ -176,7 +176,7 @@ TEST_F(UserDefaultsTest, writesLeaveNothingButTheFile)
         EXPECT_EQ(entry.path(), file());
 }
 
-TEST_F(UserDefaultsTest, linkToTheFileStaysALink)
+TEST_F(UserDefaultsTest, symbolicLinkToTheFileIsKept)
 {
     const auto target = file().parent_path() / "elsewhere" / "kept.ini";
     writeFile(target, "[General]\nrefreshMinutes=15\n");
@@ -204,7 +204,7 @@ TEST_F(UserDefaultsTest, threadsMayReadWhileAnotherWrites)
         reader.join();
 }
 
-TEST_F(UserDefaultsTest, everyValueIsItsStandardWhileItsKeyIsAbsentAndNothingIsWritten)
+TEST_F(UserDefaultsTest, absentKeysReadAsInitialValuesAndNothingIsWritten)
 {
     const UserDefaults defaults{file()};
     EXPECT_EQ(defaults.preferences(), Preferences{});
@@ -219,7 +219,7 @@ TEST_F(UserDefaultsTest, everyValueIsItsStandardWhileItsKeyIsAbsentAndNothingIsW
     EXPECT_FALSE(std::filesystem::exists(file().parent_path().parent_path()));
 }
 
-/// One setting: how it is set, what the file then says, and what differs from the standard values.
+/// One preference: how it is set, its line in the file, and the resulting values.
 struct Setting {
     bool (*set)(UserDefaults&);
     const char* line;
@@ -256,7 +256,7 @@ const Setting settings[]{
      {.newsNotifications = true}},
 };
 
-TEST_F(UserDefaultsTest, eachSettingIsStoredUnderItsOwnKeyAndNoOther)
+TEST_F(UserDefaultsTest, eachPreferenceIsStoredUnderItsOwnKeyOnly)
 {
     for (const Setting& setting : settings) {
         std::filesystem::remove(file());
@@ -267,7 +267,7 @@ TEST_F(UserDefaultsTest, eachSettingIsStoredUnderItsOwnKeyAndNoOther)
     }
 }
 
-TEST_F(UserDefaultsTest, settingOneAfterTheOtherLosesNone)
+TEST_F(UserDefaultsTest, settingAllInTurnLosesNone)
 {
     UserDefaults defaults{file()};
     ASSERT_TRUE(defaults.setHomeFolderBookmark("token"));
@@ -286,7 +286,7 @@ TEST_F(UserDefaultsTest, settingOneAfterTheOtherLosesNone)
     EXPECT_EQ(UserDefaults{file()}.homeFolderBookmark(), "token");
 }
 
-TEST_F(UserDefaultsTest, thresholdBetweenStepsIsKeptAndOneOutOfRangeIsTheStandard)
+TEST_F(UserDefaultsTest, thresholdBetweenStepsIsKeptAndOneOutOfRangeReadsAsInitial)
 {
     const std::pair<const char*, double> cases[]{{"22.5", 22.5}, {"5", 5},    {"95", 95},  {"4.9", 20},  {"96", 20},
                                                  {"nan", 20},    {"inf", 20}, {"-20", 20}, {"many", 20}, {"20%", 20}};
@@ -296,13 +296,13 @@ TEST_F(UserDefaultsTest, thresholdBetweenStepsIsKeptAndOneOutOfRangeIsTheStandar
     }
 }
 
-TEST_F(UserDefaultsTest, damagedValuesFallBackOneByOne)
+TEST_F(UserDefaultsTest, damagedValuesFallBackIndividually)
 {
     writeFile(file(), "[General]\nrefreshMinutes=soon\nlaunchAtLogin=1\nrankingPrivate=perhaps\nclaudeThreshold=35\n");
     EXPECT_EQ(UserDefaults{file()}.preferences(), (Preferences{.launchAtLogin = true, .claudeThreshold = 35}));
 }
 
-TEST_F(UserDefaultsTest, settingAKeyOfADamagedFileKeepsWhatIsReadableAndTheWholeFileBesideIt)
+TEST_F(UserDefaultsTest, settingInADamagedFileRepairsItAndKeepsABackup)
 {
     const std::string damaged =
         "[General]\nrefreshMinutes=15\n\x01\xff junk\nrankingPrivate=perhaps\nlaterKey=kept\n[[[\n";
@@ -313,11 +313,11 @@ TEST_F(UserDefaultsTest, settingAKeyOfADamagedFileKeepsWhatIsReadableAndTheWhole
     EXPECT_EQ(readFile(backup), damaged);
     EXPECT_EQ(mode(backup), 0600U);
 
-    ASSERT_TRUE(UserDefaults{file()}.set(&Preferences::launchAtLogin, false)); // a sound file needs no backup
+    ASSERT_TRUE(UserDefaults{file()}.set(&Preferences::launchAtLogin, false)); // nothing to repair, so no backup
     EXPECT_EQ(readFile(backup), damaged);
 }
 
-TEST_F(UserDefaultsTest, soundFileGetsNoBackup)
+TEST_F(UserDefaultsTest, undamagedFileGetsNoBackup)
 {
     writeFile(file(), "; a comment\n\n[General]\nrefreshMinutes=15\n[window]\nsize=@Size(1 2)\n");
     ASSERT_TRUE(UserDefaults{file()}.set(&Preferences::launchAtLogin, true));
@@ -326,7 +326,7 @@ TEST_F(UserDefaultsTest, soundFileGetsNoBackup)
     EXPECT_FALSE(std::filesystem::exists(file().native() + ".backup"));
 }
 
-TEST_F(UserDefaultsTest, fileThatIsNoTextFileReadsAsNothingStoredAndIsLeftAlone)
+TEST_F(UserDefaultsTest, folderOrPipeReadsAsNothingStoredAndIsUnchanged)
 {
     std::filesystem::create_directories(file()); // a folder
     EXPECT_EQ(UserDefaults{file()}.preferences(), Preferences{});
@@ -334,13 +334,13 @@ TEST_F(UserDefaultsTest, fileThatIsNoTextFileReadsAsNothingStoredAndIsLeftAlone)
     EXPECT_TRUE(std::filesystem::is_directory(file()));
 
     std::filesystem::remove(file());
-    ASSERT_EQ(mkfifo(file().c_str(), 0600), 0); // nobody ever writes into this pipe
+    ASSERT_EQ(mkfifo(file().c_str(), 0600), 0); // nothing ever writes into this pipe
     EXPECT_EQ(UserDefaults{file()}.preferences(), Preferences{});
     EXPECT_FALSE(UserDefaults{file()}.set(&Preferences::launchAtLogin, true));
     EXPECT_TRUE(std::filesystem::is_fifo(file()));
 }
 
-TEST_F(UserDefaultsTest, hugeFileReadsAsNothingStoredAndIsLeftAlone)
+TEST_F(UserDefaultsTest, hugeFileReadsAsNothingStoredAndIsUnchanged)
 {
     writeFile(file(), "[General]\nrefreshMinutes=15\n" + std::string(1'048'576, ';'));
     const auto size = std::filesystem::file_size(file());
@@ -349,7 +349,7 @@ TEST_F(UserDefaultsTest, hugeFileReadsAsNothingStoredAndIsLeftAlone)
     EXPECT_EQ(std::filesystem::file_size(file()), size);
 }
 
-TEST_F(UserDefaultsTest, readOnlyFolderAndUnreadableFileFailToBeSetAndKeepWhatIsStored)
+TEST_F(UserDefaultsTest, settingFailsInAReadOnlyFolderOrUnreadableFile)
 {
     const auto folder = file().parent_path();
     writeFile(folder / "tallyfox.ini", "[General]\nrefreshMinutes=15\n");
@@ -373,7 +373,7 @@ TEST_F(UserDefaultsTest, readOnlyFolderAndUnreadableFileFailToBeSetAndKeepWhatIs
     EXPECT_EQ(std::filesystem::file_size(file()), 28U);
 }
 
-TEST_F(UserDefaultsTest, standardPathFollowsTheConfigurationFolderWhenThatIsAbsolute)
+TEST_F(UserDefaultsTest, standardPathUsesAnAbsoluteConfigurationFolder)
 {
     ASSERT_EQ(setenv("HOME", "/home/ada", 1), 0);
     ASSERT_EQ(setenv("XDG_CONFIG_HOME", "/configuration", 1), 0);
@@ -386,7 +386,7 @@ TEST_F(UserDefaultsTest, standardPathFollowsTheConfigurationFolderWhenThatIsAbso
     EXPECT_EQ(UserDefaults::standardPath(), "/home/ada/.config/tallyfox/tallyfox.ini");
 }
 
-TEST_F(UserDefaultsTest, grantIsStoredInADamagedFileToo)
+TEST_F(UserDefaultsTest, grantCanBeStoredInADamagedFile)
 {
     using namespace std::string_view_literals;
     for (const std::string_view damage :

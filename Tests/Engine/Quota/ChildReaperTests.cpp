@@ -14,8 +14,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Starts children that talk to nobody.
-class Nursery {
+/// Starts children without pipes.
+class ChildStarter {
 public:
     std::variant<pid_t, std::error_code> spawn(const std::filesystem::path& executable)
     {
@@ -28,7 +28,7 @@ public:
         return std::get<ChildReaper::Child>(std::move(started));
     }
 
-    /// Lets a fake go on that waits for requests.
+    /// Continues a fake that waits for requests.
     void closeInput()
     {
         std::get<Pipe>(m_input).writer = FileDescriptor{};
@@ -41,42 +41,42 @@ private:
 
 } // namespace
 
-TEST(ChildReaper, childLeadsASessionAndAGroupOfItsOwn)
+TEST(ChildReaper, childLeadsItsOwnSessionAndGroup)
 {
     const FakeCodexFolder fake{TALLYFOX_FAKE_CODEX, "silent"};
-    Nursery nursery;
+    ChildStarter starter;
     ChildReaper reaper;
-    const auto child = nursery.start(reaper, fake);
+    const auto child = starter.start(reaper, fake);
     EXPECT_EQ(fake.processId(), child.processId());
     EXPECT_EQ(getpgid(child.processId()), child.processId());
     EXPECT_EQ(getsid(child.processId()), child.processId());
 }
 
-TEST(ChildReaper, childThatIsLetGoEndsWithoutAnybodyWaiting)
+TEST(ChildReaper, releasedChildEndsInTheBackground)
 {
     const FakeCodexFolder fake{TALLYFOX_FAKE_CODEX, "silent"};
-    Nursery nursery;
+    ChildStarter starter;
     ChildReaper reaper;
     pid_t leader = 0;
     {
-        const auto child = nursery.start(reaper, fake);
+        const auto child = starter.start(reaper, fake);
         leader = child.processId();
         EXPECT_NE(remainsOf(leader), "");
     }
     EXPECT_EQ(remainsInTheEnd(leader), "");
 }
 
-TEST(ChildReaper, manyChildrenAreEndedSideBySide)
+TEST(ChildReaper, manyChildrenAreEndedConcurrently)
 {
     const FakeCodexFolder fake{TALLYFOX_FAKE_CODEX, "ignoresTermination"};
-    Nursery nursery;
-    nursery.closeInput();
+    ChildStarter starter;
+    starter.closeInput();
     ChildReaper reaper;
     std::vector<pid_t> leaders;
     {
         std::vector<ChildReaper::Child> children;
         for (int count = 0; count < 5; ++count) {
-            children.push_back(nursery.start(reaper, fake));
+            children.push_back(starter.start(reaper, fake));
             leaders.push_back(children.back().processId());
         }
         (void)fake.recorded("ready");
@@ -85,13 +85,13 @@ TEST(ChildReaper, manyChildrenAreEndedSideBySide)
         EXPECT_EQ(remainsInTheEnd(leader), "");
 }
 
-TEST(ChildReaper, childrenLetGoOneAfterTheOtherAreEndedEach)
+TEST(ChildReaper, childrenReleasedInTurnAreAllEnded)
 {
     const FakeCodexFolder fake{TALLYFOX_FAKE_CODEX, "silent"};
-    Nursery nursery;
+    ChildStarter starter;
     ChildReaper reaper;
-    for (int count = 0; count < 3; ++count) { // the background thread has ended before the next one is let go
-        pid_t leader = nursery.start(reaper, fake).processId();
+    for (int count = 0; count < 3; ++count) { // the background thread ends before the next child is released
+        pid_t leader = starter.start(reaper, fake).processId();
         EXPECT_EQ(remainsInTheEnd(leader), "");
     }
 }
@@ -99,47 +99,47 @@ TEST(ChildReaper, childrenLetGoOneAfterTheOtherAreEndedEach)
 TEST(ChildReaper, endAllEndsRunningChildrenBeforeItReturns)
 {
     const FakeCodexFolder fake{TALLYFOX_FAKE_CODEX, "silent"};
-    Nursery nursery;
+    ChildStarter starter;
     ChildReaper reaper;
-    const auto child = nursery.start(reaper, fake);
+    const auto child = starter.start(reaper, fake);
     reaper.endAll();
     EXPECT_EQ(remainsOf(child.processId()), "");
 }
 
-TEST(ChildReaper, endAllEndsChildrenThatIgnoreTerminationBeforeItReturns)
+TEST(ChildReaper, endAllKillsChildrenThatIgnoreSigtermBeforeItReturns)
 {
     const FakeCodexFolder fake{TALLYFOX_FAKE_CODEX, "ignoresTermination"};
-    Nursery nursery;
-    nursery.closeInput();
+    ChildStarter starter;
+    starter.closeInput();
     ChildReaper reaper;
-    const auto child = nursery.start(reaper, fake);
+    const auto child = starter.start(reaper, fake);
     (void)fake.recorded("ready");
     reaper.endAll();
     EXPECT_EQ(remainsOf(child.processId()), "");
 }
 
-TEST(ChildReaper, destructionEndsWhatIsBeingEndedInTheBackground)
+TEST(ChildReaper, destructorFinishesEndingInTheBackground)
 {
     const FakeCodexFolder fake{TALLYFOX_FAKE_CODEX, "ignoresTermination"};
-    Nursery nursery;
-    nursery.closeInput();
+    ChildStarter starter;
+    starter.closeInput();
     pid_t leader = 0;
     {
         ChildReaper reaper;
-        const auto child = nursery.start(reaper, fake);
+        const auto child = starter.start(reaper, fake);
         leader = child.processId();
         (void)fake.recorded("ready");
     }
     EXPECT_EQ(remainsOf(leader), "");
 }
 
-TEST(ChildReaper, endAllKillsWhatAnExitedLeaderHasLeftInItsGroup)
+TEST(ChildReaper, endAllKillsTheGroupOfAnExitedLeader)
 {
     const FakeCodexFolder fake{TALLYFOX_FAKE_CODEX, "grandchildKeepsPipe"};
-    Nursery nursery;
-    nursery.closeInput();
+    ChildStarter starter;
+    starter.closeInput();
     ChildReaper reaper;
-    const auto child = nursery.start(reaper, fake);
+    const auto child = starter.start(reaper, fake);
     (void)fake.recorded("ready");
     reaper.endAll();
     EXPECT_EQ(remainsInTheEnd(child.processId()), "");
@@ -158,14 +158,14 @@ TEST(ChildReaper, nothingIsStartedAfterEndAll)
     EXPECT_FALSE(isSpawned);
 }
 
-TEST(ChildReaper, childWhoseStartEndAllOvertakesIsEndedAtOnce)
+TEST(ChildReaper, childStartedDuringEndAllIsEndedAtOnce)
 {
     const FakeCodexFolder fake{TALLYFOX_FAKE_CODEX, "silent"};
-    Nursery nursery;
+    ChildStarter starter;
     ChildReaper reaper;
     pid_t leader = 0;
     const auto started = reaper.start([&] {
-        const auto spawned = nursery.spawn(fake.executable());
+        const auto spawned = starter.spawn(fake.executable());
         leader = std::get<pid_t>(spawned);
         reaper.endAll();
         return spawned;
@@ -174,7 +174,7 @@ TEST(ChildReaper, childWhoseStartEndAllOvertakesIsEndedAtOnce)
     EXPECT_EQ(remainsOf(leader), "");
 }
 
-TEST(ChildReaper, failedStartIsHandedOnAndLeavesNothingToEnd)
+TEST(ChildReaper, failedStartIsReturnedAndLeavesNothingToEnd)
 {
     ChildReaper reaper;
     const auto error = std::make_error_code(std::errc::permission_denied);
@@ -183,16 +183,16 @@ TEST(ChildReaper, failedStartIsHandedOnAndLeavesNothingToEnd)
     EXPECT_EQ(std::get<std::error_code>(started), error);
 }
 
-TEST(ChildReaper, childrenAreReapedAlsoWhenTheProgramWasStartedIgnoringTheirEnd)
+TEST(ChildReaper, childrenAreReapedWhereSigchldWasIgnored)
 {
     const auto before = std::signal(SIGCHLD, SIG_IGN);
     const FakeCodexFolder fake{TALLYFOX_FAKE_CODEX, "grandchildKeepsPipe"};
-    Nursery nursery;
-    nursery.closeInput();
+    ChildStarter starter;
+    starter.closeInput();
     ChildReaper reaper;
     pid_t leader = 0;
     {
-        const auto child = nursery.start(reaper, fake);
+        const auto child = starter.start(reaper, fake);
         leader = child.processId();
         (void)fake.recorded("ready");
     }
@@ -200,13 +200,13 @@ TEST(ChildReaper, childrenAreReapedAlsoWhenTheProgramWasStartedIgnoringTheirEnd)
     std::signal(SIGCHLD, before);
 }
 
-TEST(ChildReaper, childReapedByAStrangerIsForgotten)
+TEST(ChildReaper, childReapedElsewhereIsForgotten)
 {
     const FakeCodexFolder fake{TALLYFOX_FAKE_CODEX, "exitsAtOnce"};
-    Nursery nursery;
+    ChildStarter starter;
     ChildReaper reaper;
     {
-        const auto child = nursery.start(reaper, fake);
+        const auto child = starter.start(reaper, fake);
         ASSERT_EQ(waitpid(child.processId(), nullptr, 0), child.processId());
     }
     reaper.endAll();

@@ -21,8 +21,8 @@ namespace {
 using namespace std::chrono_literals;
 using Outcome = std::variant<QuotaSnapshot, QuotaError>;
 
-constexpr auto noLimit = 60s; ///< only keeps a failing test from hanging
-constexpr auto shortLimit = 700ms; ///< for children that never answer
+constexpr auto noLimit = 60s; ///< only prevents a failing test from hanging
+constexpr auto shortLimit = 700ms; ///< for children that never reply
 
 QuotaSnapshot snapshot(double usedPercent)
 {
@@ -51,7 +51,7 @@ QuotaError systemError(int number)
     return std::error_code{number, std::system_category()};
 }
 
-/// A set of signals as the fake found it, without the two that the C library keeps for itself.
+/// A signal set reported by the fake, without the two that the C library reserves.
 std::uint64_t signalSet(const FakeCodexFolder& fake, const std::string& label)
 {
     constexpr std::uint64_t ofTheLibrary = 0x1'8000'0000;
@@ -59,7 +59,7 @@ std::uint64_t signalSet(const FakeCodexFolder& fake, const std::string& label)
     return std::stoull(status.substr(status.find(label) + label.size()), nullptr, 16) & ~ofTheLibrary;
 }
 
-/// One fake and the fetches from it. At its end nothing of any fetch may be left.
+/// One fake and the fetches from it. Checks in the end that no process is left.
 class Exchange {
 public:
     explicit Exchange(const std::string& mode)
@@ -77,14 +77,14 @@ public:
 
 } // namespace
 
-TEST(CodexQuotaFetcher, replyOfTheServerIsTheSnapshotAndTheChildEnds)
+TEST(CodexQuotaFetcher, replyBecomesTheSnapshotAndTheChildEnds)
 {
     Exchange exchange{"normal"};
     EXPECT_EQ(exchange.fetch(), Outcome{usualSnapshot()});
     EXPECT_EQ(remainsInTheEnd(exchange.fake.processId()), "");
 }
 
-TEST(CodexQuotaFetcher, serverReceivesTheThreeLinesByteForByteAndOneArgument)
+TEST(CodexQuotaFetcher, serverReceivesExactlyThreeLinesAndOneArgument)
 {
     Exchange exchange{"normal"};
     (void)exchange.fetch();
@@ -105,16 +105,16 @@ TEST(CodexQuotaFetcher, environmentAndWorkingFolderAreInherited)
     EXPECT_EQ(exchange.fake.recorded("working-folder"), std::filesystem::current_path().native());
 }
 
-TEST(CodexQuotaFetcher, childGetsNothingButItsThreeDescriptors)
+TEST(CodexQuotaFetcher, childInheritsOnlyItsThreeDescriptors)
 {
-    for (int inherited = 3; inherited < 256; ++inherited) // the process that started the tests may have left some open
+    for (int inherited = 3; inherited < 256; ++inherited) // the parent process may have left some open
         fcntl(inherited, F_SETFD, FD_CLOEXEC);
     Exchange exchange{"normal"};
     (void)exchange.fetch();
     EXPECT_EQ(exchange.fake.recorded("descriptors"), "0 1 2 ");
 }
 
-TEST(CodexQuotaFetcher, signalsBlockedAndIgnoredHereAreNotInTheChildAndStayAsTheyWere)
+TEST(CodexQuotaFetcher, blockedAndIgnoredSignalsAreResetInTheChildOnly)
 {
     sigset_t blocked;
     sigemptyset(&blocked);
@@ -132,7 +132,7 @@ TEST(CodexQuotaFetcher, signalsBlockedAndIgnoredHereAreNotInTheChildAndStayAsThe
     EXPECT_EQ(sigismember(&now, SIGPIPE), 0);
 }
 
-TEST(CodexQuotaFetcher, programWithoutStandardDescriptorsCanFetch)
+TEST(CodexQuotaFetcher, fetchWorksWithoutStandardDescriptors)
 {
     EXPECT_EXIT(
         {
@@ -153,13 +153,13 @@ TEST(CodexQuotaFetcher, greetingNotificationsAndNoiseBeforeTheReplyAreSkipped)
     EXPECT_EQ(remainsInTheEnd(exchange.fake.processId()), "");
 }
 
-TEST(CodexQuotaFetcher, replyWhoseIdIsTextIsSkipped)
+TEST(CodexQuotaFetcher, replyWithATextIdIsSkipped)
 {
     Exchange exchange{"textId"};
     EXPECT_EQ(exchange.fetch(), Outcome{usualSnapshot()});
 }
 
-TEST(CodexQuotaFetcher, errorReplyIsADecodingErrorAndNoFurtherLineIsRead)
+TEST(CodexQuotaFetcher, errorReplyIsADecodingErrorAndEndsReading)
 {
     Exchange exchange{"errorReply"};
     EXPECT_EQ(exchange.fetch(), failure(DecodingError::missingKey));
@@ -172,9 +172,9 @@ TEST(CodexQuotaFetcher, replyWithoutResultIsADecodingError)
     EXPECT_EQ(exchange.fetch(), failure(DecodingError::missingKey));
 }
 
-TEST(CodexQuotaFetcher, childThatExitsAtOnceIsUnavailableEveryTime)
+TEST(CodexQuotaFetcher, childThatExitsAtOnceIsAlwaysUnavailable)
 {
-    for (int round = 0; round < 20; ++round) { // a write into its pipe must never be an error of its own
+    for (int round = 0; round < 20; ++round) { // writing into its pipe must never be reported as an error
         Exchange exchange{"exitsAtOnce"};
         ASSERT_EQ(exchange.fetch(), failure(SourceError::unavailable));
         ASSERT_EQ(remainsInTheEnd(exchange.fake.processId()), "");
@@ -194,13 +194,13 @@ TEST(CodexQuotaFetcher, childThatEndsAfterTheGreetingIsUnavailable)
     EXPECT_EQ(exchange.fetch(), failure(SourceError::unavailable));
 }
 
-TEST(CodexQuotaFetcher, lastLineWithoutLineFeedCounts)
+TEST(CodexQuotaFetcher, lastLineWithoutLineFeedIsRead)
 {
     Exchange exchange{"noFinalLineFeed"};
     EXPECT_EQ(exchange.fetch(), Outcome{usualSnapshot()});
 }
 
-TEST(CodexQuotaFetcher, replyThatComesByteByByteIsPutTogether)
+TEST(CodexQuotaFetcher, replyReceivedByteByByteIsAssembled)
 {
     Exchange exchange{"singleBytes"};
     EXPECT_EQ(exchange.fetch(), Outcome{usualSnapshot()});
@@ -221,7 +221,7 @@ TEST(CodexQuotaFetcher, endlessLineEndsAtTheLimitInBoundedMemory)
     ASSERT_EQ(getrusage(RUSAGE_SELF, &before), 0);
     EXPECT_EQ(exchange.fetch(shortLimit), failure(SourceError::timeout));
     ASSERT_EQ(getrusage(RUSAGE_SELF, &after), 0);
-    EXPECT_LE(after.ru_maxrss - before.ru_maxrss, 16 * 1024); // KiB; hundreds of MiB have passed through
+    EXPECT_LE(after.ru_maxrss - before.ru_maxrss, 16 * 1024); // KiB, after hundreds of MiB of output
     EXPECT_EQ(remainsInTheEnd(exchange.fake.processId()), "");
 }
 
@@ -231,13 +231,13 @@ TEST(CodexQuotaFetcher, tooLongLineIsDroppedAndTheNextOneIsRead)
     EXPECT_EQ(exchange.fetch(), Outcome{snapshot(7)});
 }
 
-TEST(CodexQuotaFetcher, binaryGarbageIsSkippedAndBadBytesSpoilNoReply)
+TEST(CodexQuotaFetcher, binaryGarbageIsSkippedAndInvalidUtf8IsRepaired)
 {
     Exchange exchange{"garbage"};
     EXPECT_EQ(exchange.fetch(), Outcome{snapshot(42.5)});
 }
 
-TEST(CodexQuotaFetcher, nothingButBinaryGarbageIsUnavailable)
+TEST(CodexQuotaFetcher, binaryGarbageAloneIsUnavailable)
 {
     Exchange exchange{"garbageOnly"};
     EXPECT_EQ(exchange.fetch(), failure(SourceError::unavailable));
@@ -261,7 +261,7 @@ TEST(CodexQuotaFetcher, silentChildIsEndedAfterTenSeconds)
     EXPECT_EQ(remainsInTheEnd(exchange.fake.processId()), "");
 }
 
-TEST(CodexQuotaFetcher, replyAfterNineAndAHalfSecondsWinsAgainstTheLimit)
+TEST(CodexQuotaFetcher, replyAfterNineAndAHalfSecondsIsInTime)
 {
     Exchange exchange{"late"};
     const auto begin = std::chrono::steady_clock::now();
@@ -271,14 +271,14 @@ TEST(CodexQuotaFetcher, replyAfterNineAndAHalfSecondsWinsAgainstTheLimit)
     EXPECT_EQ(remainsInTheEnd(exchange.fake.processId()), "");
 }
 
-TEST(CodexQuotaFetcher, childThatClosesItsOutputAndLivesOnIsUnavailableAndEnded)
+TEST(CodexQuotaFetcher, childThatClosesItsOutputIsUnavailableAndEnded)
 {
     Exchange exchange{"closesOutput"};
     EXPECT_EQ(exchange.fetch(), failure(SourceError::unavailable));
     EXPECT_EQ(remainsInTheEnd(exchange.fake.processId()), "");
 }
 
-TEST(CodexQuotaFetcher, childThatIgnoresTerminationIsKilled)
+TEST(CodexQuotaFetcher, childThatIgnoresSigtermIsKilled)
 {
     Exchange exchange{"ignoresTermination"};
     auto outcome = std::async(std::launch::async, [&] { return exchange.fetch(2s); });
@@ -287,7 +287,7 @@ TEST(CodexQuotaFetcher, childThatIgnoresTerminationIsKilled)
     EXPECT_EQ(remainsInTheEnd(exchange.fake.processId()), "");
 }
 
-TEST(CodexQuotaFetcher, grandchildThatKeepsThePipeIsWaitedForAndKilledAtTheLimit)
+TEST(CodexQuotaFetcher, grandchildThatKeepsThePipeOpenIsKilledAtTheLimit)
 {
     Exchange exchange{"grandchildKeepsPipe"};
     EXPECT_EQ(exchange.fetch(2s), failure(SourceError::timeout));
@@ -295,14 +295,14 @@ TEST(CodexQuotaFetcher, grandchildThatKeepsThePipeIsWaitedForAndKilledAtTheLimit
     EXPECT_EQ(remainsInTheEnd(exchange.fake.processId()), "");
 }
 
-TEST(CodexQuotaFetcher, grandchildThatOutlivesItsLauncherCanAnswer)
+TEST(CodexQuotaFetcher, grandchildCanReplyAfterItsLauncherExits)
 {
     Exchange exchange{"grandchildAnswers"};
     EXPECT_EQ(exchange.fetch(), Outcome{usualSnapshot()});
     EXPECT_EQ(remainsInTheEnd(exchange.fake.processId()), "");
 }
 
-TEST(CodexQuotaFetcher, stopRequestEndsTheExchangeAndTheChild)
+TEST(CodexQuotaFetcher, stopRequestEndsExchangeAndChild)
 {
     Exchange exchange{"silent"};
     std::stop_source stop;
@@ -322,7 +322,7 @@ TEST(CodexQuotaFetcher, stopRequestedBeforehandStartsNothing)
     EXPECT_FALSE(exchange.fake.hasRun());
 }
 
-TEST(CodexQuotaFetcher, nothingIsStartedOnceTheReaperHasEndedAll)
+TEST(CodexQuotaFetcher, nothingIsStartedAfterEndAllOfTheReaper)
 {
     Exchange exchange{"normal"};
     exchange.reaper.endAll();
@@ -340,7 +340,7 @@ TEST(CodexQuotaFetcher, fetchesLeaveNoDescriptorOpen)
     EXPECT_EQ(openDescriptorCount(), before);
 }
 
-TEST(CodexQuotaFetcher, withoutFreeDescriptorsTheErrorIsTheSystems)
+TEST(CodexQuotaFetcher, withoutFreeDescriptorsTheSystemErrorIsReturned)
 {
     Exchange exchange{"normal"};
     rlimit before{};
@@ -353,7 +353,7 @@ TEST(CodexQuotaFetcher, withoutFreeDescriptorsTheErrorIsTheSystems)
     EXPECT_EQ(outcome, failure(systemError(EMFILE)));
 }
 
-TEST(CodexQuotaFetcher, fileThatIsNoProgramIsTheSystemsErrorOfTheStart)
+TEST(CodexQuotaFetcher, nonExecutableContentReturnsTheSystemError)
 {
     const ScratchFolder folder;
     const auto file = folder.path() / "codex";
@@ -363,14 +363,14 @@ TEST(CodexQuotaFetcher, fileThatIsNoProgramIsTheSystemsErrorOfTheStart)
     EXPECT_EQ(CodexQuotaFetcher::fetch({file}, reaper, {}, noLimit), failure(systemError(ENOEXEC)));
 }
 
-TEST(CodexQuotaFetcher, candidatesAreTheAccountsOwnThenTheTwoUsualPlaces)
+TEST(CodexQuotaFetcher, candidatesAreTheUsersOwnThenTheTwoUsualPlaces)
 {
     EXPECT_EQ(CodexQuotaFetcher::candidates("/home/ada"),
               (std::vector<std::filesystem::path>{"/home/ada/.local/bin/codex", "/opt/homebrew/bin/codex",
                                                   "/usr/local/bin/codex"}));
 }
 
-TEST(CodexQuotaFetcher, fileThatIsNotExecutableIsSkippedAndNothingElseIsMissingCli)
+TEST(CodexQuotaFetcher, nonExecutableFilesAreSkippedAndNoneLeftIsMissingCli)
 {
     const ScratchFolder folder;
     const auto file = folder.path() / "codex";
@@ -382,11 +382,11 @@ TEST(CodexQuotaFetcher, fileThatIsNotExecutableIsSkippedAndNothingElseIsMissingC
     EXPECT_EQ(CodexQuotaFetcher::fetch({}, reaper), failure(SourceError::missingCLI));
 }
 
-TEST(CodexQuotaFetcher, firstExecutableFileAmongTheCandidatesIsTaken)
+TEST(CodexQuotaFetcher, firstExecutableCandidateIsTaken)
 {
     const FakeCodexFolder first{TALLYFOX_FAKE_CODEX, "normal"};
     const FakeCodexFolder second{TALLYFOX_FAKE_CODEX, "normal"};
-    const ScratchFolder folder; // a folder is "executable", too, but no file
+    const ScratchFolder folder; // a folder is executable too, but is not a file
     EXPECT_EQ(CodexQuotaFetcher::executableURL({folder.path(), first.executable(), second.executable()}),
               (std::variant<std::filesystem::path, SourceError>{first.executable()}));
 }

@@ -8,7 +8,7 @@ namespace tallyfox::test {
 
 namespace {
 
-/// Everything that comes out when `text` goes in, in pieces of `pieceSize`.
+/// The lines assembled from `text` in pieces of `pieceSize`.
 std::vector<std::string> lines(std::string_view text, std::size_t pieceSize, std::size_t maximumLength)
 {
     std::vector<std::string> found;
@@ -27,14 +27,14 @@ using Lines = std::vector<std::string>;
 
 } // namespace
 
-TEST(LineAssembler, linesComeOutAlikeHoweverTheStreamIsCut)
+TEST(LineAssembler, linesDoNotDependOnHowTheStreamIsSplit)
 {
     const std::string text = "one\n\ntwo and more\r\nthree\nrest";
     for (std::size_t pieceSize = 1; pieceSize <= text.size(); ++pieceSize)
         EXPECT_EQ(lines(text, pieceSize, 100), (Lines{"one", "", "two and more\r", "three", "rest"})) << pieceSize;
 }
 
-TEST(LineAssembler, lineAtTheMaximumIsKeptAndOneByteMoreIsDropped)
+TEST(LineAssembler, lineOfMaximumLengthIsKeptAndALongerOneDropped)
 {
     for (std::size_t pieceSize = 1; pieceSize <= 12; ++pieceSize) {
         EXPECT_EQ(lines("12345\nok\n", pieceSize, 5), (Lines{"12345", "ok"})) << pieceSize;

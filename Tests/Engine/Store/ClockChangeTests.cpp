@@ -4,7 +4,7 @@ namespace tallyfox::test {
 
 namespace {
 
-/// A store whose clock and zone change while it lives. Its one record is of 2026-11-21T09:00Z.
+/// A store whose clock and zone change during its lifetime. Its only record is from 2026-11-21T09:00Z.
 class ClockChangeTest : public StoreTest {
 protected:
     ClockChangeTest()
@@ -14,7 +14,7 @@ protected:
         writeClaudeHistory(1200);
     }
 
-    /// The zone changes, and no refresh follows.
+    /// Changes the zone without a refresh.
     void changeZone(const Calendar& calendar)
     {
         m_calendar = calendar;
@@ -25,7 +25,7 @@ protected:
         return m_store->snapshot();
     }
 
-    /// What a refresh at that moment, in that zone, says.
+    /// The summary of a refresh at that time, in that zone.
     const UsageSummary& summaryAt(Instant time, const Calendar& calendar = Calendar::utc())
     {
         m_time = time;
@@ -59,13 +59,13 @@ TEST_F(ClockChangeTest, refreshAfterMidnightStartsANewDay)
     EXPECT_EQ(nextDay.last365Days.back().date, utcTime(2026, 11, 22));
 }
 
-TEST_F(ClockChangeTest, clockThatIsSetBackShowsTheEarlierDayAsItWas)
+TEST_F(ClockChangeTest, clockSetBackADayShowsThatDayAgain)
 {
     EXPECT_EQ(summaryAt(utcTime(2026, 11, 22, 12)).todayTokens, 0);
     EXPECT_EQ(summaryAt(utcTime(2026, 11, 21, 12)).todayTokens, 1200);
 }
 
-TEST_F(ClockChangeTest, clockThatIsSetBackBehindTheRecordsHasNoneUntilItIsSetRight)
+TEST_F(ClockChangeTest, recordsInTheFutureOfAWrongClockDoNotCountUntilItIsRight)
 {
     EXPECT_EQ(summaryAt(now).totalTokens, 1200);
     EXPECT_EQ(summaryAt(utcTime(2019, 1, 1)).totalTokens, 0);
@@ -73,7 +73,7 @@ TEST_F(ClockChangeTest, clockThatIsSetBackBehindTheRecordsHasNoneUntilItIsSetRig
     expectBadge(state(), "Local history", "Observed from local history");
 }
 
-TEST_F(ClockChangeTest, sleepOfTwoMonthsLeavesThirtyDaysEmptyAndTheYearFull)
+TEST_F(ClockChangeTest, sleepOfTwoMonthsEmptiesThirtyDaysButNotTheYear)
 {
     EXPECT_EQ(summaryAt(now).totalTokens, 1200);
     const UsageSummary& later = summaryAt(now + std::chrono::days{60});
@@ -85,17 +85,17 @@ TEST_F(ClockChangeTest, sleepOfTwoMonthsLeavesThirtyDaysEmptyAndTheYearFull)
     expectBadge(state(), "Local history", "Observed from local history");
 }
 
-TEST_F(ClockChangeTest, zoneThatChangesMovesTheRecordToItsDayThere)
+TEST_F(ClockChangeTest, changedZoneMovesTheRecordToItsDayThere)
 {
     EXPECT_EQ(summaryAt(now).todayTokens, 1200);
-    // Noon in UTC is past midnight in Auckland, where the record is of the evening before.
+    // At noon UTC it is past midnight in Auckland, where the record is from the evening before.
     const UsageSummary& inAuckland = summaryAt(now, zone("Pacific/Auckland"));
     EXPECT_EQ(inAuckland.todayTokens, 0);
     EXPECT_EQ(inAuckland.totalTokens, 1200);
     EXPECT_EQ(summaryAt(now, zone("America/Los_Angeles")).todayTokens, 1200);
 }
 
-TEST_F(ClockChangeTest, snapshotKeepsTheZoneThatItsDaysWereCountedIn)
+TEST_F(ClockChangeTest, snapshotKeepsTheZoneInWhichItsDaysWereCounted)
 {
     summaryAt(now, zone("Pacific/Auckland"));
     changeZone(zone("America/Los_Angeles"));
@@ -110,7 +110,7 @@ TEST_F(ClockChangeTest, snapshotKeepsTheZoneThatItsDaysWereCountedIn)
     EXPECT_EQ(snapshot().calendar.timeZoneName(), "America/Los_Angeles");
 }
 
-TEST_F(ClockChangeTest, zoneThatChangesDuringARefreshDoesNotSplitItsDays)
+TEST_F(ClockChangeTest, zoneChangedDuringARefreshAffectsNoneOfItsDays)
 {
     summaryAt(now);
     const auto calls = std::make_shared<int>(0);

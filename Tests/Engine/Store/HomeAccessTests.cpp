@@ -7,7 +7,7 @@ namespace tallyfox::test {
 
 namespace {
 
-/// The store as the program wires it, with preferences of its own and no `codex`.
+/// The store with the program's environment, its own preferences file and no `codex`.
 class HomeAccessTest : public StoreTest {
 protected:
     HomeAccessTest()
@@ -26,7 +26,7 @@ protected:
         return UserDefaults{file()}.homeFolderBookmark();
     }
 
-    /// A folder besides the home that can be moved and replaced.
+    /// Creates a folder that can be moved and replaced.
     std::filesystem::path makeFolder(const char* name) const
     {
         std::filesystem::create_directory(m_folder.path() / name);
@@ -54,7 +54,7 @@ TEST_F(HomeAccessTest, freshInstallationHasNoAccessAndRequiresPermissionForBoth)
     EXPECT_FALSE(std::filesystem::exists(file()));
 }
 
-TEST_F(HomeAccessTest, requestAsksWithoutBlockingAndChangesNothingYet)
+TEST_F(HomeAccessTest, requestShowsThePickerAndChangesNothingYet)
 {
     environment.accountHome = [] { return std::filesystem::path{"/home/ada"}; };
     UsageStore store{environment};
@@ -66,7 +66,7 @@ TEST_F(HomeAccessTest, requestAsksWithoutBlockingAndChangesNothingYet)
     EXPECT_TRUE(published.list.empty());
 }
 
-TEST_F(HomeAccessTest, confirmedFolderIsStoredGivesAccessAndRefreshesAtOnce)
+TEST_F(HomeAccessTest, confirmedFolderIsStoredAndRefreshedAtOnce)
 {
     UsageStore store{environment};
     const Publications published{store};
@@ -76,7 +76,7 @@ TEST_F(HomeAccessTest, confirmedFolderIsStoredGivesAccessAndRefreshesAtOnce)
     EXPECT_TRUE(storedToken().has_value());
     ASSERT_TRUE(spinUntil([&] { return !store.isRefreshing(); }));
     for (const ProviderState& state : store.states())
-        EXPECT_EQ(rawValue(state.health), "Unavailable"); // read, and nothing found
+        EXPECT_EQ(rawValue(state.health), "Unavailable"); // scanned, but empty
     EXPECT_TRUE(UsageStore{environment}.hasHomeAccess());
 }
 
@@ -91,7 +91,7 @@ TEST_F(HomeAccessTest, cancelledRequestChangesNothing)
     EXPECT_FALSE(std::filesystem::exists(file()));
 }
 
-TEST_F(HomeAccessTest, bookmarkThatCannotBeMadeTakesAccessAwayAndKeepsTheStoredOne)
+TEST_F(HomeAccessTest, failedGrantRevokesAccessAndKeepsTheStoredOne)
 {
     UsageStore store{environment};
     store.requestHomeAccess();
@@ -105,7 +105,7 @@ TEST_F(HomeAccessTest, bookmarkThatCannotBeMadeTakesAccessAwayAndKeepsTheStoredO
     EXPECT_EQ(storedToken(), before);
 }
 
-TEST_F(HomeAccessTest, laterGrantReplacesTheEarlierOne)
+TEST_F(HomeAccessTest, newGrantReplacesTheOldOne)
 {
     UsageStore store{environment};
     store.requestHomeAccess();
@@ -116,7 +116,7 @@ TEST_F(HomeAccessTest, laterGrantReplacesTheEarlierOne)
     EXPECT_EQ(environment.authorizedHomeURL(), other);
 }
 
-TEST_F(HomeAccessTest, folderConfirmedAfterTheStoreIsGoneIsStoredAndNothingElseHappens)
+TEST_F(HomeAccessTest, folderConfirmedAfterTheStoreIsDestroyedIsStoredOnly)
 {
     auto store = std::make_unique<UsageStore>(environment);
     store->requestHomeAccess();
@@ -134,7 +134,7 @@ TEST_F(HomeAccessTest, observerOfTheGrantMayDestroyTheStore)
     EXPECT_EQ(store, nullptr);
 }
 
-TEST_F(HomeAccessTest, requestWithoutAnyPickerIsIgnored)
+TEST_F(HomeAccessTest, requestWithoutAPickerIsIgnored)
 {
     environment.picker = nullptr;
     UsageStore store{environment};
@@ -155,7 +155,7 @@ TEST_F(HomeAccessTest, staleBookmarkGivesNoAccessAndStaysStored)
     EXPECT_EQ(storedToken(), token);
 }
 
-TEST_F(HomeAccessTest, bookmarkOfAFolderThatIsGoneGivesNoAccessAndStaysStored)
+TEST_F(HomeAccessTest, bookmarkOfARemovedFolderGivesNoAccessAndStaysStored)
 {
     const auto folder = makeFolder("granted");
     ASSERT_TRUE(environment.grantHome(folder));
@@ -171,7 +171,7 @@ TEST_F(HomeAccessTest, damagedBookmarkGivesNoAccess)
     expectNoAccess();
 }
 
-TEST_F(HomeAccessTest, accessLostDuringARunShowsInTheNextRefreshButNotInHasHomeAccess)
+TEST_F(HomeAccessTest, accessLostLaterShowsInTheNextRefreshButNotInHasHomeAccess)
 {
     const auto folder = makeFolder("granted");
     ASSERT_TRUE(environment.grantHome(folder));
@@ -182,7 +182,7 @@ TEST_F(HomeAccessTest, accessLostDuringARunShowsInTheNextRefreshButNotInHasHomeA
     EXPECT_TRUE(store.hasHomeAccess());
 }
 
-TEST_F(HomeAccessTest, grantedFolderWithoutHistoriesIsValidAndHasNone)
+TEST_F(HomeAccessTest, grantedFolderWithoutHistoriesIsValid)
 {
     ASSERT_TRUE(environment.grantHome(home()));
     UsageStore store{environment};
@@ -191,7 +191,7 @@ TEST_F(HomeAccessTest, grantedFolderWithoutHistoriesIsValidAndHasNone)
     expectBadge(store.states()[0], "Unavailable", "Log in via CLI and refresh");
 }
 
-TEST_F(HomeAccessTest, folderHandedInReplacesTheGrantAndStoresNothing)
+TEST_F(HomeAccessTest, givenHomeReplacesTheGrantAndIsNotStored)
 {
     UsageStore store{makeStoreEnvironment(file(), home())};
     EXPECT_TRUE(store.hasHomeAccess());
@@ -206,7 +206,7 @@ TEST_F(HomeAccessTest, environmentWithoutQuotaFetchesNothing)
     EXPECT_FALSE(environment.endFetches);
 }
 
-TEST(HistoryScan, rootsAreBelowTheGrantedFolder)
+TEST(HistoryScan, historiesAreBelowTheGrantedFolder)
 {
     EXPECT_EQ(historyRoot(Provider::claude, "/home/ada"), "/home/ada/.claude/projects");
     EXPECT_EQ(historyRoot(Provider::codex, "/home/ada"), "/home/ada/.codex/sessions");
@@ -219,20 +219,20 @@ TEST(HistoryScan, withoutFolderPermissionIsRequiredAndNothingIsRead)
     EXPECT_EQ(scan.result, std::nullopt);
 }
 
-TEST(HistoryScan, scanThatFailsHasNoResultAndNeedsNoPermission)
+TEST(HistoryScan, failedScanHasNoResultAndNeedsNoPermission)
 {
     const ScratchFolder folder;
     const auto file = folder.path() / ".claude/projects/a.jsonl";
     writeFile(file, "{}\n");
     std::filesystem::permissions(folder.path(), std::filesystem::perms{0755});
     std::filesystem::permissions(file, std::filesystem::perms::none);
-    const CommonUser user;
+    const OrdinaryUser user;
     const HistoryScan scan = scanHistory(Provider::claude, folder.path());
     EXPECT_FALSE(scan.permissionRequired);
     EXPECT_EQ(scan.result, std::nullopt);
 }
 
-TEST(HistoryScan, folderThatIsGoneHasNoHistoryAndNeedsNoPermission)
+TEST(HistoryScan, missingFolderHasNoResultAndNeedsNoPermission)
 {
     const HistoryScan scan = scanHistory(Provider::claude, "/nowhere/at/all");
     EXPECT_FALSE(scan.permissionRequired);

@@ -161,7 +161,7 @@ TEST(Merge, noAccessAndNoPreviousDataRequiresPermission)
 {
     ProviderUpdate update = codexUpdate();
     update.historyPermissionRequired = true;
-    update.isPartialHistory = true; // says nothing without a summary
+    update.isPartialHistory = true; // ignored without a summary
     const ProviderState state = merged(update, nullptr);
     expectBadge(state, SourceHealth::permissionRequired, "Home folder access required");
     EXPECT_EQ(state.summary, (UsageSummary{{}, now, Calendar::utc()}));
@@ -180,7 +180,7 @@ TEST(Merge, missingPermissionOutranksKeptHistory)
     EXPECT_EQ(state.summary, previous.summary);
 }
 
-TEST(Merge, keptQuotaThatIsNotStaleConnectsNothing)
+TEST(Merge, keptQuotaDoesNotCountAsConnected)
 {
     const ProviderState previous = connectedCodex();
     ProviderUpdate update = codexUpdate();
@@ -191,7 +191,7 @@ TEST(Merge, keptQuotaThatIsNotStaleConnectsNothing)
     EXPECT_FALSE(state.isQuotaStale);
 }
 
-TEST(Merge, claudeWithHistoryIsLocalOnlyAndSaysWhenItIsPartial)
+TEST(Merge, claudeWithHistoryIsLocalOnlyAndMarkedWhenPartial)
 {
     ProviderUpdate update;
     update.provider = Provider::claude;
@@ -208,7 +208,7 @@ TEST(Merge, claudeWithHistoryIsLocalOnlyAndSaysWhenItIsPartial)
     }
 }
 
-TEST(Merge, historyOfZerosOrOlderThanAYearIsNoHistory)
+TEST(Merge, zerosAndHistoryOlderThanAYearDoNotCountAsHistory)
 {
     for (const UsageSummary& nothing : {summary(0), summary(1000, days{400}), summary(-5)}) {
         ProviderUpdate update = codexUpdate();
@@ -237,7 +237,7 @@ TEST(Merge, updateWithNeitherSummaryNorQuotaKeepsTimeAndPartialFlag)
     EXPECT_EQ(state.summary, previous.summary);
 }
 
-TEST(Merge, keptPartialHistoryIsNotCalledPartialByAnUpdateWithoutSummary)
+TEST(Merge, updateWithoutSummaryDoesNotDescribeKeptHistoryAsPartial)
 {
     ProviderState previous = initial(Provider::claude);
     previous.summary = summary(5);
@@ -278,7 +278,7 @@ TEST(CombinedPercent, withoutAnyQuotaIsAbsent)
     EXPECT_EQ(combinedPercent({}), std::nullopt);
 }
 
-TEST(CombinedPercent, isTheHighestPrimaryPercentageRoundedHalfAwayFromZero)
+TEST(CombinedPercent, isTheHighestPrimaryPercentageRoundedHalvesAwayFromZero)
 {
     EXPECT_EQ(percentOf({72.5}), 73);
     EXPECT_EQ(percentOf({49.5}), 50);
@@ -299,14 +299,14 @@ TEST(CombinedPercent, countsStaleQuotasAndIgnoresSecondaryWindows)
     EXPECT_EQ(combinedPercent({state}), 40);
 }
 
-TEST(CombinedPercent, reachesToTheEndsOfTheIntegers)
+TEST(CombinedPercent, coversTheWholeRangeOfIntegers)
 {
     EXPECT_EQ(percentOf({0x1p62}), std::int64_t{1} << 62);
     EXPECT_EQ(percentOf({-0x1p63}), std::numeric_limits<std::int64_t>::min());
     EXPECT_EQ(percentOf({0x1.fffffffffffffp62}), 9'223'372'036'854'774'784);
 }
 
-TEST(CombinedPercent, numberThatIsNoIntegerOf64BitsEndsTheProgram)
+TEST(CombinedPercent, percentageBeyond64BitsEndsTheProgram)
 {
     constexpr double infinity = std::numeric_limits<double>::infinity();
     constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();

@@ -23,7 +23,7 @@ UsageSummary summaryOf(const std::vector<AnyRecord>& records, Instant now)
     return {samples, now, Calendar::utc()};
 }
 
-/// What a load can bring, in every combination.
+/// Any result of a load.
 ProviderUpdate anyUpdate(Instant now)
 {
     ProviderUpdate update;
@@ -50,7 +50,7 @@ RC_GTEST_PROP(RefreshProperty, mergingTheSameUpdateAgainChangesNothing, ())
     RC_ASSERT(merge(second, &once, now, Calendar::utc()) == once);
 }
 
-RC_GTEST_PROP(RefreshProperty, whatWasGotIsNeverLostByAFailure, ())
+RC_GTEST_PROP(RefreshProperty, failureNeverLosesEarlierData, ())
 {
     const Instant now = utcTime(2026, 11, 21, 12);
     const ProviderState before = merge(anyUpdate(now), nullptr, now, Calendar::utc());

@@ -19,7 +19,7 @@ std::chrono::steady_clock::duration sinceBegin(std::chrono::steady_clock::time_p
 
 } // namespace
 
-TEST(RefreshTimer, firesAgainAndAgainAndNeverBeforeAWholeInterval)
+TEST(RefreshTimer, firesRepeatedlyAndNeverEarly)
 {
     const auto begin = std::chrono::steady_clock::now();
     std::vector<std::chrono::steady_clock::duration> firings;
@@ -31,7 +31,7 @@ TEST(RefreshTimer, firesAgainAndAgainAndNeverBeforeAWholeInterval)
     EXPECT_GE(firings[2], 180ms);
 }
 
-TEST(RefreshTimer, intervalLongerThanOneWaitIsKept)
+TEST(RefreshTimer, intervalLongerThanASingleWaitIsKept)
 {
     const auto begin = std::chrono::steady_clock::now();
     std::vector<std::chrono::steady_clock::duration> firings;
@@ -42,7 +42,7 @@ TEST(RefreshTimer, intervalLongerThanOneWaitIsKept)
     EXPECT_GE(firings[1], 200ms);
 }
 
-TEST(RefreshTimer, armingAgainReplacesTheEarlierInterval)
+TEST(RefreshTimer, rearmingReplacesTheInterval)
 {
     int firings = 0;
     RefreshTimer timer{[&] { ++firings; }};
@@ -54,7 +54,7 @@ TEST(RefreshTimer, armingAgainReplacesTheEarlierInterval)
     EXPECT_TRUE(spinUntil([&] { return firings == 1; }));
 }
 
-TEST(RefreshTimer, firingsMissedByABusyThreadAreNotMadeUpFor)
+TEST(RefreshTimer, firingsMissedByABusyThreadAreSkipped)
 {
     int firings = 0;
     RefreshTimer timer{[&] { ++firings; }};
@@ -74,7 +74,7 @@ TEST(RefreshTimer, longestIntervalDoesNotFire)
     EXPECT_EQ(firings, 0);
 }
 
-TEST_F(RefreshIntervalTest, zeroAndNegativeMinutesArmSixtySeconds)
+TEST_F(RefreshIntervalTest, zeroAndNegativeMinutesMeanOneMinute)
 {
     UsageStore store{environment};
     for (const std::int64_t minutes : {std::int64_t{0}, std::int64_t{-1}, std::numeric_limits<std::int64_t>::min()}) {

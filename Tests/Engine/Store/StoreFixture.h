@@ -19,7 +19,7 @@
 
 namespace tallyfox::test {
 
-/// Everything a store publishes, in order, with what the store says at that moment.
+/// Records the signals of a store in order, and checks that the store already has the new value.
 class Publications : public QObject {
 public:
     explicit Publications(const UsageStore& store)
@@ -40,7 +40,7 @@ public:
     std::vector<std::string> list;
 };
 
-/// What one whole refresh publishes.
+/// The signals of one refresh.
 inline std::vector<std::string> refreshPublications()
 {
     return {"isRefreshing true", "states", "lastUpdated", "combinedPercent", "isRefreshing false"};
@@ -54,29 +54,29 @@ inline QuotaSnapshot exactQuota(double usedPercent)
     return snapshot;
 }
 
-/// As long as it lives an administrator's test is denied what a common user is denied.
-class CommonUser {
+/// During its lifetime a test that runs as root has the permissions of an ordinary user.
+class OrdinaryUser {
 public:
-    CommonUser()
+    OrdinaryUser()
         : m_isLowered(geteuid() == 0)
     {
         constexpr uid_t nobody = 65'534;
         if (m_isLowered && seteuid(nobody) != 0)
             throw std::system_error{errno, std::system_category()};
     }
-    CommonUser(const CommonUser&) = delete;
-    CommonUser& operator=(const CommonUser&) = delete;
-    ~CommonUser()
+    OrdinaryUser(const OrdinaryUser&) = delete;
+    OrdinaryUser& operator=(const OrdinaryUser&) = delete;
+    ~OrdinaryUser()
     {
         if (m_isLowered && seteuid(0) != 0)
-            std::abort(); // the tests after this one would mean something else
+            std::abort(); // later tests would run as the wrong user
     }
 
 private:
     bool m_isLowered;
 };
 
-/// A world in which it is always noon of one day, with a granted home folder and no `codex`.
+/// An environment in which it is always noon of the same day, with a granted home folder and no `codex`.
 class StoreTest : public testing::Test {
 protected:
     StoreTest()
@@ -111,7 +111,7 @@ protected:
                 + std::to_string(tokens) + "}}}}\n");
     }
 
-    /// Refreshes once, to the end.
+    /// Refreshes once and waits for the end.
     static void refresh(UsageStore& store)
     {
         store.refresh();

@@ -28,7 +28,7 @@ protected:
     QByteArray m_before;
 };
 
-TEST_F(SystemCalendar, variableNamesTheZone)
+TEST_F(SystemCalendar, zoneIsTheOneThatTZNames)
 {
     qputenv("TZ", "Asia/Kathmandu");
     EXPECT_EQ(systemCalendar().timeZoneName(), "Asia/Kathmandu");
@@ -36,7 +36,7 @@ TEST_F(SystemCalendar, variableNamesTheZone)
     EXPECT_EQ(systemCalendar().timeZoneName(), "Europe/Berlin");
 }
 
-TEST_F(SystemCalendar, emptyOrUnusableVariableMeansUtc)
+TEST_F(SystemCalendar, emptyOrInvalidTZMeansUtc)
 {
     for (const char* text : {"", "Atlantis/Capital", "../../../etc/passwd"}) {
         qputenv("TZ", text);
@@ -44,13 +44,13 @@ TEST_F(SystemCalendar, emptyOrUnusableVariableMeansUtc)
     }
 }
 
-TEST_F(SystemCalendar, withoutTheVariableTheSystemsZoneCounts)
+TEST_F(SystemCalendar, withoutTZTheSystemsZoneIsUsed)
 {
     qunsetenv("TZ");
     EXPECT_EQ(systemCalendar().timeZoneName(), Calendar::ofSystem().value_or(Calendar::utc()).timeZoneName());
 }
 
-TEST_F(SystemCalendar, folderOfZonesMayBeElsewhere)
+TEST_F(SystemCalendar, zonesAreReadFromTZDIR)
 {
     qputenv("TZ", "Berlin");
     EXPECT_EQ(systemCalendar().timeZoneName(), "UTC");
@@ -60,7 +60,7 @@ TEST_F(SystemCalendar, folderOfZonesMayBeElsewhere)
     EXPECT_EQ(systemCalendar().timeZoneName(), "UTC");
 }
 
-TEST_F(SystemCalendar, severalThreadsMayAskAtOnce)
+TEST_F(SystemCalendar, severalThreadsCanReadItAtOnce)
 {
     qputenv("TZ", "Europe/Berlin");
     std::vector<std::thread> threads;

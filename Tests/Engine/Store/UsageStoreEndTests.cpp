@@ -11,7 +11,7 @@ namespace tallyfox::test {
 
 namespace {
 
-/// A place where loads wait until a test lets them go, however long that takes.
+/// Blocks loads until the test opens it.
 class Obstacle {
 public:
     void pass()
@@ -37,7 +37,7 @@ private:
 
 class UsageStoreEndTest : public StoreTest {
 protected:
-    /// Blocks both loads before their scans, as a stalled file system does.
+    /// Blocks both loads before their scans, as a stalled file system would.
     std::shared_ptr<Obstacle> blockScans()
     {
         auto obstacle = std::make_shared<Obstacle>();
@@ -50,7 +50,7 @@ protected:
         return obstacle;
     }
 
-    /// The real fetcher, and the real reaper, with a fake.
+    /// Uses the real fetcher and reaper with a fake `codex`.
     void useFake(const FakeCodexFolder& fake)
     {
         environment.fetchQuota = [reaper = reaper, codex = fake.executable()](const std::stop_token& stop) {
@@ -64,20 +64,20 @@ protected:
 
 } // namespace
 
-TEST_F(UsageStoreEndTest, storeThatIsDestroyedWhileScansAreStuckDoesNotWaitForThem)
+TEST_F(UsageStoreEndTest, destroyingTheStoreDoesNotWaitForStuckScans)
 {
     const auto obstacle = blockScans();
     auto store = std::make_unique<UsageStore>(environment);
     store->refresh();
     ASSERT_TRUE(spinUntil([&] { return obstacle->waiting() == 2; }));
-    store.reset(); // would hang here for ever
+    store.reset(); // would hang here
     EXPECT_EQ(obstacle->waiting(), 2);
-    obstacle->open(); // what comes now must find nobody
+    obstacle->open(); // what the loads deliver now must be ignored
     ASSERT_TRUE(spinUntil([&] { return obstacle->waiting() == 0; }));
     spinFor(std::chrono::milliseconds{100});
 }
 
-TEST_F(UsageStoreEndTest, loadThatIsReleasedAfterTheStoreStartsNoChild)
+TEST_F(UsageStoreEndTest, loadThatContinuesAfterTheStoreStartsNoChild)
 {
     const FakeCodexFolder fake{TALLYFOX_FAKE_CODEX, "normal"};
     useFake(fake);
@@ -92,7 +92,7 @@ TEST_F(UsageStoreEndTest, loadThatIsReleasedAfterTheStoreStartsNoChild)
     EXPECT_FALSE(fake.hasRun());
 }
 
-TEST_F(UsageStoreEndTest, storeThatIsDestroyedDuringAFetchLeavesNoChild)
+TEST_F(UsageStoreEndTest, destroyingTheStoreDuringAFetchLeavesNoChild)
 {
     for (const char* const mode : {"silent", "flood", "ignoresTermination", "grandchildKeepsPipe"}) {
         reaper = std::make_shared<ChildReaper>();
@@ -107,16 +107,16 @@ TEST_F(UsageStoreEndTest, storeThatIsDestroyedDuringAFetchLeavesNoChild)
     }
 }
 
-TEST_F(UsageStoreEndTest, loadsThatAreDoneButNotYetPublishedAreDroppedWithTheStore)
+TEST_F(UsageStoreEndTest, unpublishedLoadsAreDroppedWithTheStore)
 {
     auto store = std::make_unique<UsageStore>(environment);
     store->refresh();
-    std::this_thread::sleep_for(std::chrono::milliseconds{200}); // the event waits in the queue
+    std::this_thread::sleep_for(std::chrono::milliseconds{200}); // the event is in the queue
     store.reset();
     spinFor(std::chrono::milliseconds{50});
 }
 
-TEST_F(UsageStoreEndTest, storeThatNeverRefreshedEndsTheFetchesToo)
+TEST_F(UsageStoreEndTest, destroyingAnUnusedStoreEndsFetches)
 {
     const auto ended = std::make_shared<int>(0);
     environment.endFetches = [ended] { ++*ended; };
@@ -124,7 +124,7 @@ TEST_F(UsageStoreEndTest, storeThatNeverRefreshedEndsTheFetchesToo)
     EXPECT_EQ(*ended, 1);
 }
 
-TEST_F(UsageStoreEndTest, programMayEndInTheMiddleOfAStuckLoad)
+TEST_F(UsageStoreEndTest, programCanExitDuringAStuckLoad)
 {
     EXPECT_EXIT(
         {
@@ -134,12 +134,12 @@ TEST_F(UsageStoreEndTest, programMayEndInTheMiddleOfAStuckLoad)
                 store.refresh();
                 spinUntil([&] { return obstacle->waiting() == 2; });
             }
-            std::exit(0); // with the clean-up of a usual end
+            std::exit(0); // with the clean-up of a normal exit
         },
         testing::ExitedWithCode(0), "");
 }
 
-TEST_F(UsageStoreEndTest, realChildThatAnswersConnectsCodexAndIsGoneAfterwards)
+TEST_F(UsageStoreEndTest, replyOfARealChildConnectsCodexAndTheChildEnds)
 {
     const FakeCodexFolder fake{TALLYFOX_FAKE_CODEX, "soon"};
     useFake(fake);
@@ -150,7 +150,7 @@ TEST_F(UsageStoreEndTest, realChildThatAnswersConnectsCodexAndIsGoneAfterwards)
     EXPECT_EQ(remainsInTheEnd(fake.processId()), "");
 }
 
-TEST_F(UsageStoreEndTest, silentChildOfARefreshEndsAfterTheLimitWithTheHistoryShown)
+TEST_F(UsageStoreEndTest, silentChildIsEndedAtTheLimitAndTheHistoryIsShown)
 {
     writeCodexHistory(34);
     const FakeCodexFolder fake{TALLYFOX_FAKE_CODEX, "silent"};

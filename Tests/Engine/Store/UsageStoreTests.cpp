@@ -27,7 +27,7 @@ TEST_F(UsageStoreTest, newStoreWaitsForTheFirstRefresh)
     EXPECT_EQ(store.refreshInterval(), std::nullopt);
 }
 
-TEST_F(UsageStoreTest, refreshPublishesInOneOrder)
+TEST_F(UsageStoreTest, refreshPublishesInAFixedOrder)
 {
     UsageStore store{environment};
     const Publications published{store};
@@ -37,7 +37,7 @@ TEST_F(UsageStoreTest, refreshPublishesInOneOrder)
     EXPECT_EQ(published.list, refreshPublications());
 }
 
-TEST_F(UsageStoreTest, everyPublicationComesAfterItsOwnAssignmentAndBeforeTheNext)
+TEST_F(UsageStoreTest, everySignalFollowsItsOwnAssignmentAndPrecedesTheNext)
 {
     environment.fetchQuota = [](const std::stop_token&) { return exactQuota(72.5); };
     UsageStore store{environment};
@@ -56,7 +56,7 @@ TEST_F(UsageStoreTest, everyPublicationComesAfterItsOwnAssignmentAndBeforeTheNex
     refresh(store);
 }
 
-TEST_F(UsageStoreTest, valuesThatDoNotChangeArePublishedAgain)
+TEST_F(UsageStoreTest, unchangedValuesArePublishedAgain)
 {
     UsageStore store{environment};
     refresh(store);
@@ -76,12 +76,13 @@ TEST_F(UsageStoreTest, refreshDuringARefreshHasNoEffect)
     EXPECT_EQ(published.list, refreshPublications());
 }
 
-TEST_F(UsageStoreTest, refreshFromAnObserverOfTheLastPublicationStartsTheNextCycle)
+TEST_F(UsageStoreTest, refreshFromAnObserverOfTheLastSignalStartsANewRefresh)
 {
     UsageStore store{environment};
     const Publications published{store};
     const auto once = std::make_shared<bool>(false);
-    QObject::connect(&store, &UsageStore::statesPublished, &store, [&] { store.refresh(); }); // still running: dropped
+    QObject::connect(&store, &UsageStore::statesPublished, &store,
+                     [&] { store.refresh(); }); // ignored: one is still running
     QObject::connect(&store, &UsageStore::isRefreshingPublished, &store, [&, once](bool isRefreshing) {
         if (!isRefreshing && !std::exchange(*once, true))
             store.refresh();
@@ -109,7 +110,7 @@ TEST_F(UsageStoreTest, historiesOfBothProvidersBecomeTheirStatesInOrder)
     EXPECT_EQ(store.states()[1].updatedAt, now);
 }
 
-TEST_F(UsageStoreTest, historyThatIsReadInPartSaysSo)
+TEST_F(UsageStoreTest, partiallyReadHistoryIsMarkedPartial)
 {
     writeClaudeHistory(1200);
     const auto file = home() / ".claude/projects/tidings/session.jsonl";
@@ -138,7 +139,7 @@ TEST_F(UsageStoreTest, freshQuotaConnectsCodexAndSetsThePercent)
     EXPECT_EQ(store.states()[0].quota, std::nullopt);
 }
 
-TEST_F(UsageStoreTest, quotaThatOutlivesAFailureIsStaleAndStillCounts)
+TEST_F(UsageStoreTest, quotaKeptAfterAFailureIsStaleAndStillCounts)
 {
     const auto round = std::make_shared<std::atomic<int>>(0);
     environment.fetchQuota = [round](const std::stop_token&) -> std::variant<QuotaSnapshot, QuotaError> {
@@ -154,7 +155,7 @@ TEST_F(UsageStoreTest, quotaThatOutlivesAFailureIsStaleAndStillCounts)
     EXPECT_EQ(store.combinedPercent(), 40);
 }
 
-TEST_F(UsageStoreTest, everyKindOfFetchFailureLeavesTheHistoryToDecide)
+TEST_F(UsageStoreTest, afterAnyFetchFailureTheHistoryDeterminesTheBadge)
 {
     writeCodexHistory(34);
     for (const QuotaError& error :
@@ -169,7 +170,7 @@ TEST_F(UsageStoreTest, everyKindOfFetchFailureLeavesTheHistoryToDecide)
     }
 }
 
-TEST_F(UsageStoreTest, refreshWithoutFetchIsNoFailedFetch)
+TEST_F(UsageStoreTest, refreshWithoutFetchDoesNotCountAsAFailedOne)
 {
     UsageStore store{environment};
     refresh(store);
@@ -191,29 +192,29 @@ TEST_F(UsageStoreTest, withoutGrantBothProvidersRequirePermissionAndTheRefreshCo
     EXPECT_EQ(store.lastUpdated(), now);
 }
 
-TEST_F(UsageStoreTest, scanThatFailsNeedsNoPermissionAndKeepsEarlierHistory)
+TEST_F(UsageStoreTest, failedScanKeepsTheEarlierHistory)
 {
     writeClaudeHistory(1200);
     UsageStore store{environment};
     refresh(store);
     std::filesystem::permissions(home(), std::filesystem::perms{0755});
     std::filesystem::permissions(home() / ".claude/projects/tidings/session.jsonl", std::filesystem::perms::none);
-    const CommonUser user;
+    const OrdinaryUser user;
     refresh(store);
     expectBadge(store.states()[0], "Local history", "Observed from local history");
     EXPECT_EQ(store.states()[0].summary.todayTokens, 1200);
 }
 
-TEST_F(UsageStoreTest, bothLoadsRunAtTheSameTimeAndOffTheMainThread)
+TEST_F(UsageStoreTest, loadsRunConcurrentlyAndOffTheMainThread)
 {
     const auto meeting = std::make_shared<std::barrier<>>(2);
     const auto mainThread = std::this_thread::get_id();
     const auto calls = std::make_shared<std::atomic<int>>(0);
     environment.authorizedHomeURL = [=, folder = home()]() -> std::optional<std::filesystem::path> {
         if (calls->fetch_add(1) == 0)
-            return folder; // the construction
+            return folder; // called by the constructor
         EXPECT_NE(std::this_thread::get_id(), mainThread);
-        meeting->arrive_and_wait(); // neither load can pass without the other
+        meeting->arrive_and_wait(); // neither load can continue without the other
         return folder;
     };
     UsageStore store{environment};
@@ -239,7 +240,7 @@ TEST_F(UsageStoreTest, neitherProviderIsPublishedWithoutTheOther)
     EXPECT_EQ(published.list, refreshPublications());
 }
 
-TEST_F(UsageStoreTest, loadsThatThrowBecomeUpdates)
+TEST_F(UsageStoreTest, exceptionsInLoadsBecomeUpdates)
 {
     environment.fetchQuota = [](const std::stop_token&) -> std::variant<QuotaSnapshot, QuotaError> {
         throw std::runtime_error{"no quota"};
@@ -258,7 +259,7 @@ TEST_F(UsageStoreTest, loadsThatThrowBecomeUpdates)
         expectBadge(state, "Permission", "Home folder access required");
 }
 
-TEST_F(UsageStoreTest, clockThatThrowsInALoadLosesNoRefresh)
+TEST_F(UsageStoreTest, exceptionOfTheClockInALoadDoesNotLoseTheRefresh)
 {
     writeClaudeHistory(5);
     const auto mainThread = std::this_thread::get_id();
@@ -273,7 +274,7 @@ TEST_F(UsageStoreTest, clockThatThrowsInALoadLosesNoRefresh)
     EXPECT_EQ(store.lastUpdated(), now);
 }
 
-TEST_F(UsageStoreTest, observerMayDestroyTheStoreAtAnyPublication)
+TEST_F(UsageStoreTest, observerMayDestroyTheStoreAtAnySignal)
 {
     for (int fatal = 0; fatal < 5; ++fatal) {
         auto store = std::make_unique<UsageStore>(environment);

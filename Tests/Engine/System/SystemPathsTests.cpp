@@ -18,7 +18,7 @@ std::filesystem::path homeInDatabase()
 
 } // namespace
 
-TEST(SystemPaths, absoluteHomeOfTheEnvironmentIsTaken)
+TEST(SystemPaths, absoluteHomeVariableIsUsed)
 {
     ASSERT_EQ(setenv("HOME", "/somewhere/else", 1), 0);
     EXPECT_EQ(accountHome(), "/somewhere/else");
@@ -38,7 +38,7 @@ TEST(SystemPaths, missingHomeFallsBackToTheAccountDatabase)
     EXPECT_EQ(accountHome(), homeInDatabase());
 }
 
-TEST(SystemPaths, configurationFolderIsTheOneOfTheEnvironmentOnlyWhenThatIsAbsolute)
+TEST(SystemPaths, configurationFolderVariableIsUsedOnlyWhenAbsolute)
 {
     ASSERT_EQ(setenv("HOME", "/home/ada", 1), 0);
     ASSERT_EQ(setenv("XDG_CONFIG_HOME", "/configuration", 1), 0);

@@ -4,10 +4,9 @@
 #include <cstdlib>
 #include <ctime>
 
-/// The thread sanitizer cannot see the locks inside the packaged toolkit, which is not built with it, and takes what
-/// QSettings shares between its objects under them for races. What is called from inside the toolkit is therefore left
-/// out. Nothing of ours is. Without that sanitizer nobody calls this.
-// NOLINTNEXTLINE(bugprone-reserved-identifier): the sanitizer's name for it
+/// Qt is not built with the thread sanitizer, which therefore misses Qt's locks and reports races in what QSettings
+/// objects share. This excludes calls from inside Qt, and nothing of the program. Only the sanitizer calls it.
+// NOLINTNEXTLINE(bugprone-reserved-identifier): named by the sanitizer
 extern "C" __attribute__((visibility("default"))) const char* __tsan_default_suppressions();
 extern "C" const char* __tsan_default_suppressions() // NOLINT(bugprone-reserved-identifier)
 {
@@ -18,7 +17,7 @@ extern "C" const char* __tsan_default_suppressions() // NOLINT(bugprone-reserved
 int main(int argumentCount, char** arguments)
 {
     testing::InitGoogleTest(&argumentCount, arguments);
-    // While TZ is unset, the C library renews its time zone at each use, under a lock that the sanitizer cannot see.
+    // While TZ is unset, the C library reloads the time zone at each use, under a lock that the sanitizer does not see.
     setenv("TZ", "UTC", 0);
     tzset();
     const QCoreApplication application{argumentCount, arguments};

@@ -1,6 +1,6 @@
-/// Stands in for the user's `codex` in tests. Started as FOLDER/codex it behaves as the file FOLDER/mode says, and
-/// leaves in FOLDER what the tests want to know: "pid", "arguments", "received", "working-folder", "environment",
-/// "signals", "descriptors". Not linked to anything of the program.
+/// Replaces the user's `codex` in tests. Started as FOLDER/codex, it behaves as the file FOLDER/mode says, and writes
+/// what it observes to FOLDER: "pid", "arguments", "received", "working-folder", "environment", "signals",
+/// "descriptors". Links nothing of the program.
 
 #include <algorithm>
 #include <array>
@@ -27,7 +27,7 @@ constexpr std::string_view reply =
     R"({"id":2,"result":{"rateLimits":{"primary":{"usedPercent":42.5,"windowDurationMins":300,"resetsAt":1700000000},"secondary":null}}})"
     "\n";
 
-/// Where this program was started from, by the name it was started under.
+/// The folder of the path that this program was started as.
 std::filesystem::path folder()
 {
     std::string name;
@@ -40,10 +40,10 @@ void record(const std::string& name, std::string_view content)
 {
     const std::filesystem::path unfinished = folder() / (name + ".unfinished");
     std::ofstream{unfinished, std::ios::binary} << content;
-    std::filesystem::rename(unfinished, folder() / name); // so that a reader never finds half of it
+    std::filesystem::rename(unfinished, folder() / name); // so that a reader never sees a partial file
 }
 
-std::string contentOf(const std::filesystem::path& file)
+std::string readContent(const std::filesystem::path& file)
 {
     std::ostringstream content;
     content << std::ifstream{file, std::ios::binary}.rdbuf();
@@ -73,7 +73,7 @@ void receiveRequests()
     record("received", received);
 }
 
-/// As a server does: lives until its input ends.
+/// Runs until its input ends, as a server does.
 void serve()
 {
     std::array<char, 4096> piece{};
@@ -140,7 +140,7 @@ void putEndlessLine()
 void answerAfterTooLongLine()
 {
     put(std::string(3U << 20U, ' '));
-    put(reply); // belongs to the line that is too long
+    put(reply); // part of the overlong line
     put(R"({"id":2,"result":{"rateLimits":{"primary":{"usedPercent":7}}}})"
         "\n");
     serve();
@@ -170,7 +170,7 @@ void closeOutput()
     liveOn();
 }
 
-/// Ignores the request to terminate, and so does everything it starts.
+/// Ignores SIGTERM, as do the processes it starts.
 void ignoreTermination()
 {
     std::signal(SIGTERM, SIG_IGN);
@@ -178,7 +178,7 @@ void ignoreTermination()
     liveOn();
 }
 
-/// The usual launcher's way: the one that answers is a child of the one that was started.
+/// As the usual launcher does, replies from a child process.
 void leaveToGrandchild(const std::function<void()>& grandchild)
 {
     if (fork() != 0)
@@ -239,7 +239,7 @@ std::string descriptors()
 
 void recordCircumstances(int argumentCount, char** arguments)
 {
-    record("descriptors", descriptors()); // first: nothing has been opened yet
+    record("descriptors", descriptors()); // first, before anything is opened
     std::string all;
     for (int place = 1; place < argumentCount; ++place)
         all += std::string{arguments[place]} + '\n';
@@ -247,7 +247,7 @@ void recordCircumstances(int argumentCount, char** arguments)
     record("working-folder", std::filesystem::current_path().native());
     const char* const mark = std::getenv("TALLYFOX_TEST_MARK");
     record("environment", mark ? mark : "");
-    record("signals", contentOf("/proc/self/status"));
+    record("signals", readContent("/proc/self/status"));
     record("pid", std::to_string(getpid()));
 }
 
@@ -256,7 +256,7 @@ void recordCircumstances(int argumentCount, char** arguments)
 int main(int argumentCount, char** arguments)
 {
     recordCircumstances(argumentCount, arguments);
-    const std::string mode = contentOf(folder() / "mode");
+    const std::string mode = readContent(folder() / "mode");
     if (mode == "exitsAtOnce")
         return 0;
     if (mode == "exits127")
