@@ -1,6 +1,7 @@
 #include "Tallyfox/Agent/Controls/AccessibleElements.h"
 
 #include <QAccessibleWidget>
+#include <QWidget>
 #include <QWindow>
 
 #include <algorithm>

@@ -13,8 +13,6 @@
 #include <QLocale>
 #include <QVBoxLayout>
 
-#include <ranges>
-
 namespace tallyfox {
 
 namespace {
@@ -29,8 +27,9 @@ constexpr int buttonSpacing = 10;
 QStringList boardLabels()
 {
     QStringList labels{RankingView::tr("Overall")};
-    for (const std::string_view board : RankingModel::boards() | std::views::drop(1))
-        labels << QString::fromUtf8(board.data(), static_cast<qsizetype>(board.size()));
+    const std::vector<std::string_view> boards = RankingModel::boards();
+    for (auto board = boards.begin() + 1; board != boards.end(); ++board)
+        labels << QString::fromUtf8(board->data(), static_cast<qsizetype>(board->size()));
     return labels;
 }
 
