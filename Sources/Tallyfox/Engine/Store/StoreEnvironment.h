@@ -4,6 +4,7 @@
 #include "TallyfoxCore/Time/Calendar.h"
 #include "TallyfoxCore/Usage/QuotaSnapshot.h"
 
+#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -50,6 +51,7 @@ struct StoreEnvironment {
     std::function<bool(const std::filesystem::path&)> grantHome;
     /// The folder that the picker shows first.
     std::function<std::filesystem::path()> accountHome;
+    std::chrono::milliseconds minute = std::chrono::minutes{1}; ///< of the refresh interval; shorter in tests
     HomeFolderPicker* picker = nullptr; ///< null where there is no display: requests are then ignored
 };
 

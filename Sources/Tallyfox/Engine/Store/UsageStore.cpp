@@ -108,7 +108,8 @@ void UsageStore::setRefreshInterval(std::int64_t minutes)
     if (__builtin_mul_overflow(std::max<std::int64_t>(minutes, 1), secondsPerMinute, &seconds))
         stopProgram("the refresh interval has more seconds than 64 bits hold");
     m_interval = std::chrono::seconds{seconds};
-    m_timer.arm(std::min(*m_interval, RefreshTimer::maximumInterval));
+    const std::chrono::seconds interval = std::min(*m_interval, RefreshTimer::maximumInterval);
+    m_timer.arm(interval.count() * m_environment.minute / secondsPerMinute);
 }
 
 void UsageStore::requestHomeAccess()
