@@ -118,6 +118,19 @@ TEST_F(OverviewViewTest, eachStateHasACardInTheOrderOfTheStore)
     EXPECT_LT(trendButton().geometry().bottom(), part<RefreshFooter>().y());
 }
 
+TEST_F(OverviewViewTest, timesAreThoseOfThePublication)
+{
+    show(snapshotOf({codexState()}));
+    EXPECT_TRUE(shows("Refreshed 2:05 PM"));
+    EXPECT_TRUE(shows("Resets in 2 hr."));
+    UsageSnapshot snapshot = snapshotOf({codexState()});
+    snapshot.lastUpdated.reset();
+    snapshot.now = now - std::chrono::hours{22};
+    show(snapshot);
+    EXPECT_TRUE(shows("Not updated"));
+    EXPECT_TRUE(shows("Resets in 1 day"));
+}
+
 TEST_F(OverviewViewTest, publicationReusesTheCards)
 {
     show(snapshotOf({claudeState(), codexState()}));
