@@ -20,7 +20,7 @@ namespace {
 
 constexpr unsigned lastWeek = 5;
 
-bool isAsciiDigit(char character)
+bool isDigit(char character)
 {
     return character >= '0' && character <= '9';
 }
@@ -78,14 +78,14 @@ private:
 
     static bool isQuotedOnly(char character)
     {
-        return isAsciiDigit(character) || character == '+' || character == '-';
+        return isDigit(character) || character == '+' || character == '-';
     }
 
     std::optional<unsigned> number(unsigned least, unsigned most)
     {
         unsigned value = 0;
         std::size_t length = 0;
-        for (; length < m_rest.size() && isAsciiDigit(m_rest[length]) && value <= most; ++length)
+        for (; length < m_rest.size() && isDigit(m_rest[length]) && value <= most; ++length)
             value = value * 10 + static_cast<unsigned>(m_rest[length] - '0');
         if (length == 0 || value < least || value > most)
             return std::nullopt;
