@@ -41,8 +41,12 @@ endif()
 
 add_library(tallyfoxOptions INTERFACE)
 
+# tallyfox_add_test says why its targets differ here.
+set(is_test $<BOOL:$<TARGET_PROPERTY:TALLYFOX_IS_TEST>>)
+set(warn_of_shadows $<$<NOT:$<AND:${is_test},$<BOOL:$<TARGET_PROPERTY:UNITY_BUILD>>>>:-Wshadow>)
+
 target_compile_options(tallyfoxOptions INTERFACE
-    -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion $<$<NOT:$<BOOL:$<TARGET_PROPERTY:TALLYFOX_SHADOWS>>>:-Wshadow> -Wold-style-cast
+    -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion ${warn_of_shadows} -Wold-style-cast
     -Wnon-virtual-dtor -Woverloaded-virtual -Wimplicit-fallthrough
     # A new provider does not compile until every table of providers has a complete row for it.
     -Werror=switch -Werror=missing-field-initializers
@@ -51,7 +55,8 @@ target_compile_options(tallyfoxOptions INTERFACE
 # Hardening. Sanitizers bring their own checks and do not mix with _FORTIFY_SOURCE.
 if(TALLYFOX_SANITIZE)
     target_compile_options(tallyfoxOptions INTERFACE
-        -fsanitize=${TALLYFOX_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -g1)
+        -fsanitize=${TALLYFOX_SANITIZE} $<${is_test}:-fno-sanitize=undefined> -fno-sanitize-recover=all
+        -fno-omit-frame-pointer -g1)
     target_link_options(tallyfoxOptions INTERFACE -fsanitize=${TALLYFOX_SANITIZE})
     target_compile_definitions(tallyfoxOptions INTERFACE TALLYFOX_SANITIZED)
 else()
