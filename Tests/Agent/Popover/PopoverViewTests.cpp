@@ -1,6 +1,7 @@
 #include "Agent/Popover/ProviderStates.h"
 #include "Support/Agent/Widgets.h"
 #include "Support/SpinUntil.h"
+#include "Tallyfox/Agent/Controls/Card.h"
 #include "Tallyfox/Agent/Controls/ProgressIndicators.h"
 #include "Tallyfox/Agent/Controls/SegmentedPicker.h"
 #include "Tallyfox/Agent/Controls/TextLabel.h"

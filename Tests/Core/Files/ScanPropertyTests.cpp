@@ -5,6 +5,8 @@
 #include "TallyfoxCore/Files/LocalUsageScanner.h"
 #include "TallyfoxCore/Usage/UsageSummary.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
