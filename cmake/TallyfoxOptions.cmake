@@ -27,7 +27,7 @@ if(TALLYFOX_IPO_SUPPORTED AND TALLYFOX_HAS_INDIRECT_ACCESS)
     # In a program, link-time optimisation drops -fPIC, which Qt requires, and copies variables of libraries, which keep
     # using their own: the toolkit and the program would then disagree on the application object.
     add_compile_options($<$<CONFIG:Release>:-mno-direct-extern-access>)
-    add_link_options($<$<CONFIG:Release>:-mno-direct-extern-access>)
+    add_link_options($<$<OR:$<CONFIG:Release>,$<BOOL:${CMAKE_INTERPROCEDURAL_OPTIMIZATION}>>:-mno-direct-extern-access>)
 endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # Only link-time optimisation notices two types with one name in different files.
