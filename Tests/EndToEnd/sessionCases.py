@@ -69,6 +69,24 @@ def test_toggleWithoutAgentFailsAndPrintsOneLine(surroundings):
         expect(output.startswith("tallyfox: "), output)
 
 
+def test_runningAgentIsFoundWhateverTheDisplay(surroundings):
+    for bus in (True, False):
+        desktop = Desktop(surroundings, bus=bus)
+        agent = desktop.start_agent(name=f"agent-{bus}")
+        until("the agent is there", lambda: desktop.run("--toggle")[0] == 0)
+        agent.opened_popover()
+        displays = ({"DISPLAY": None}, {"DISPLAY": ":nonsense"}, {"QT_QPA_PLATFORM": "nonsense"},
+                    {"DISPLAY": None, "WAYLAND_DISPLAY": "nonsense"})
+        for number, display in enumerate(displays):
+            name = f"settings-{bus}-{number}"
+            status = desktop.start_agent("--settings", name=name, environment=display).wait()
+            expect_equal((status, surroundings.log(name)), (0, ""), f"status and output with {display}")
+            until("the settings are open", lambda: "Tallyfox Settings" in desktop.display.titles_of(agent.pid))
+            desktop.display.close(agent.pid, "Tallyfox Settings")
+            until("the settings are closed", lambda: not desktop.display.titles_of(agent.pid))
+        agent.end()
+
+
 def test_oneOfSeveralSimultaneousStartsBecomesTheAgent(surroundings):
     for bus in (True, False):
         desktop = Desktop(surroundings, bus=bus)

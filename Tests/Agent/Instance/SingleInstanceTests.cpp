@@ -81,6 +81,24 @@ TEST_P(SingleInstanceTest, withoutAnAgentActionsAreLost)
     EXPECT_EQ(outcome("toggle"), "lost");
 }
 
+TEST_P(SingleInstanceTest, runningAgentIsFoundWithoutAnApplicationObject)
+{
+    EXPECT_EQ(outcome("look"), "none");
+    const auto agent = start("claim");
+    ASSERT_EQ(agent->nextLine().toStdString(), "first");
+    EXPECT_EQ(outcome("look"), "running");
+    agent->kill();
+    EXPECT_EQ(outcome("look"), "none");
+}
+
+TEST_P(SingleInstanceTest, stoppedAgentIsFound)
+{
+    const auto agent = start("claim");
+    ASSERT_EQ(agent->nextLine().toStdString(), "first");
+    agent->sendSignal(SIGSTOP);
+    EXPECT_EQ(outcome("look"), "running");
+}
+
 TEST_P(SingleInstanceTest, killedAgentIsReplacedByTheNextStart)
 {
     const auto killed = start("claim");
@@ -379,6 +397,7 @@ TEST_F(SocketInstanceTest, folderThatOthersCanWriteToIsRefused)
     ASSERT_EQ(chmod(m_folder.path().toUtf8().constData(), 0777), 0);
     SocketInstance instance{m_folder.path().toUtf8(), id};
     EXPECT_EQ(instance.claim(), SingleInstance::Claim::impossible);
+    EXPECT_FALSE(instance.isListening());
     EXPECT_FALSE(instance.send(AgentAction::show, 300ms));
 }
 

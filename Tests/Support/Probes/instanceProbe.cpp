@@ -17,12 +17,17 @@ void report(const char* line)
 } // namespace
 
 /// "claim" writes the outcome and then, as the agent, each action it is asked for. "show", "toggle" and "settings" send
-/// that action and write whether it arrived.
+/// that action and write whether it arrived. "look" writes whether there is an agent.
 int main(int argumentCount, char** arguments)
 {
-    QCoreApplication application{argumentCount, arguments};
+    const QString id = QStringLiteral("org.tallyfox.tallyfox");
     const QByteArray wish = argumentCount > 1 ? arguments[1] : "claim";
-    const auto instance = tallyfox::makeSingleInstance(QStringLiteral("org.tallyfox.tallyfox"));
+    if (wish == "look") {
+        report(tallyfox::findRunningAgent(id) ? "running" : "none");
+        return 0;
+    }
+    QCoreApplication application{argumentCount, arguments};
+    const auto instance = tallyfox::makeSingleInstance(id);
     if (const auto action = tallyfox::findAction(wish)) {
         report(instance->send(*action) ? "arrived" : "lost");
         return 0;

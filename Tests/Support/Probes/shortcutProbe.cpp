@@ -12,7 +12,7 @@
 int main(int argumentCount, char** arguments)
 {
     const bool hasPopup = argumentCount > 1 && std::string_view{arguments[1]} == "--popup";
-    tallyfox::chooseSessionBus();
+    tallyfox::chooseSessionBus("org.tallyfox.tallyfox");
     QApplication application{argumentCount, arguments};
     QLabel popup{QStringLiteral("popup"), nullptr, Qt::Popup};
     const auto shortcut = tallyfox::registerGlobalShortcut();

@@ -26,11 +26,15 @@ std::unique_ptr<SingleInstance> onBus(const QString& id, std::chrono::millisecon
     return bus.isConnected() ? std::make_unique<BusInstance>(bus, id) : nullptr;
 }
 
-std::unique_ptr<SingleInstance> onSocket(const QString& id, std::chrono::milliseconds /*busTimeout*/)
+QByteArray runtimeFolder()
 {
     const QByteArray folder = qgetenv("XDG_RUNTIME_DIR");
-    return std::make_unique<SocketInstance>(folder.isEmpty() ? "/run/user/" + QByteArray::number(getuid()) : folder,
-                                            id);
+    return folder.isEmpty() ? "/run/user/" + QByteArray::number(getuid()) : folder;
+}
+
+std::unique_ptr<SingleInstance> onSocket(const QString& id, std::chrono::milliseconds /*busTimeout*/)
+{
+    return std::make_unique<SocketInstance>(runtimeFolder(), id);
 }
 
 /// In order of preference. Null when the session has none.
@@ -71,6 +75,11 @@ private:
 };
 
 } // namespace
+
+bool findRunningAgent(const QString& id)
+{
+    return chooseSessionBus(id.toUtf8()) || SocketInstance{runtimeFolder(), id}.isListening();
+}
 
 const char* toName(AgentAction action)
 {

@@ -39,6 +39,10 @@ Q_SIGNALS:
     void requested(AgentAction action);
 };
 
+/// Whether another process is the agent, found out before there is an application object; also chooses the session bus
+/// of this process. Blocks for 2 s at most. False is not certain: an agent may be starting.
+bool findRunningAgent(const QString& id);
+
 /// The name of an action in messages between processes.
 const char* toName(AgentAction action);
 /// The action of that name.

@@ -180,6 +180,15 @@ void SocketInstance::forget(const SocketPeer& peer)
     m_listenNotifier->setEnabled(true);
 }
 
+bool SocketInstance::isListening() const
+{
+    const auto address = localAddress(m_socketPath);
+    if (!address || !isPrivateFolder(m_folder))
+        return false;
+    const FileDescriptor socket = connectedSocket(*address);
+    return socket.isOpen() && belongsToThisUser(socket);
+}
+
 bool SocketInstance::send(AgentAction action, std::chrono::milliseconds timeout)
 {
     const QDeadlineTimer deadline{timeout};

@@ -28,6 +28,9 @@ public:
     Claim claim() override;
     bool send(AgentAction action, std::chrono::milliseconds timeout) override;
 
+    /// Whether a process of this user holds the socket, be it this one.
+    [[nodiscard]] bool isListening() const;
+
 private:
     bool listen();
     void accept();

@@ -102,26 +102,24 @@ ExitStatus TallyfoxApp::runRequest(const AgentRequest& request)
     const auto home = checkHome(request.home);
     if (const auto* error = std::get_if<UsageError>(&home))
         return fail(error->message, ExitStatus::wrongUsage);
+    // Asked first: whoever only calls the running agent needs no display, and this process may have none that works.
+    if (findRunningAgent(applicationId()))
+        return forwardToRunningAgent(request.action, "the agent that runs on this desktop does not answer");
     if (request.action == AgentAction::toggle)
-        return forwardToRunningAgent(request.action);
+        return forwardToRunningAgent(request.action, "no agent is running on this desktop; tallyfox starts it");
     return start(request, std::get<std::optional<std::filesystem::path>>(home));
 }
 
-/// For key bindings of a compositor: needs a bus or a socket, but no display.
-ExitStatus TallyfoxApp::forwardToRunningAgent(AgentAction action)
+ExitStatus TallyfoxApp::forwardToRunningAgent(AgentAction action, const char* problem)
 {
-    chooseSessionBus();
     const QCoreApplication application{m_argc, m_argv};
-    if (makeSingleInstance(applicationId())->send(action))
-        return ExitStatus::done;
-    return fail("no agent is running on this desktop; tallyfox starts it");
+    return makeSingleInstance(applicationId())->send(action) ? ExitStatus::done : fail(problem);
 }
 
 ExitStatus TallyfoxApp::start(const AgentRequest& request, const std::optional<std::filesystem::path>& home)
 {
     if (!chooseDisplay())
         return fail("there is no display to show a status icon on; tallyfox --summary prints the figures");
-    chooseSessionBus();
     setApplicationMetadata();
     TerminationSignals signals;
     QApplication application{m_argc, m_argv};

@@ -20,7 +20,8 @@ public:
 
 private:
     ExitStatus runRequest(const AgentRequest& request);
-    ExitStatus forwardToRunningAgent(AgentAction action);
+    /// Needs a bus or a socket, but no display. When nobody gets the action, `problem` is reported.
+    ExitStatus forwardToRunningAgent(AgentAction action, const char* problem);
     ExitStatus start(const AgentRequest& request, const std::optional<std::filesystem::path>& home);
     void runAgent(const AgentRequest& request, const std::optional<std::filesystem::path>& home,
                   SingleInstance& instance);
