@@ -1,5 +1,6 @@
 """Desktops that lack something, and agents that are started, ended and used more often than usual."""
 
+import os
 import signal
 
 from harness.desktop import Desktop
@@ -85,6 +86,35 @@ def test_runningAgentIsFoundWhateverTheDisplay(surroundings):
             desktop.display.close(agent.pid, "Tallyfox Settings")
             until("the settings are closed", lambda: not desktop.display.titles_of(agent.pid))
         agent.end()
+
+
+def test_displayThatCannotBeOpenedIsReportedInOneLine(surroundings):
+    displays = (({"DISPLAY": None}, "no display"), ({"DISPLAY": ":nonsense"}, "no display"),
+                ({"QT_QPA_PLATFORM": "nonsense"}, "'nonsense'"),
+                ({"DISPLAY": None, "WAYLAND_DISPLAY": "nonsense"}, "ayland"))
+    desktop = Desktop(surroundings)
+    for number, (display, reason) in enumerate(displays):
+        name = f"agent-{number}"
+        expect_equal(desktop.start_agent(name=name, environment=display).wait(), 1, f"status with {display}")
+        output = surroundings.log(name)
+        expect_equal(len(output.splitlines()), 1, f"lines of {output!r}")
+        expect(output.startswith("tallyfox: ") and reason in output, output)
+
+
+def test_everyStartSucceedsOnAServerThatResets(surroundings):
+    """A server resets when its last client leaves, and drops those that are just connecting."""
+    desktop = Desktop(surroundings, window_manager=False)
+    reader, writer = os.pipe()
+    surroundings.processes.start("reset", ["Xvfb", "-displayfd", str(writer), "-nolisten", "tcp"], pass_fds=[writer])
+    os.close(writer)
+    with os.fdopen(reader, encoding="utf-8") as numbers:
+        server = f":{numbers.readline().strip()}"
+    for number in range(10):
+        agent = desktop.start_agent(name=f"agent-{number}", environment={"DISPLAY": server})
+        until("the agent is there", lambda: desktop.bus.has("org.tallyfox.tallyfox") or not agent.is_running())
+        expect(agent.is_running(), f"start {number} failed: {agent.output}")
+        agent.end()
+        until("its name is free", lambda: not desktop.bus.has("org.tallyfox.tallyfox"))
 
 
 def test_oneOfSeveralSimultaneousStartsBecomesTheAgent(surroundings):

@@ -1,42 +1,68 @@
 #include "Tallyfox/Agent/Desktop/Display.h"
 
+#include <QDir>
 #include <QGuiApplication>
 
+#include <algorithm>
 #include <xcb/xcb.h>
 
 namespace tallyfox {
 
 namespace {
 
-/// Tried before Qt does, which aborts the program when the server cannot be reached.
-bool reachesXServer()
+constexpr DisplayProblem noDisplay{
+    "there is no display to show a status icon on; tallyfox --summary prints the figures"};
+constexpr DisplayProblem noX11PlugIn{"Qt's plug-in for X11 is not installed: on Debian, it is in libqt6gui6"};
+constexpr DisplayProblem noWaylandPlugIn{
+    "there is no X server here, and Qt's plug-in for Wayland is not installed: on Debian, it is in qt6-wayland"};
+
+/// By the names of the files in the folders that Qt is going to search: reading what is in them would take longer.
+bool hasPlugIn(const char* platform)
 {
-    xcb_connection_t* connection = xcb_connect(nullptr, nullptr);
-    const bool isReached = xcb_connection_has_error(connection) == 0;
-    xcb_disconnect(connection);
-    return isReached;
+    QStringList folders{qEnvironmentVariable("QT_QPA_PLATFORM_PLUGIN_PATH")};
+    for (const QString& path : QCoreApplication::libraryPaths())
+        folders << path + QStringLiteral("/platforms");
+    const QStringList names{QStringLiteral("libq%1*.so").arg(QLatin1StringView{platform})};
+    return std::any_of(folders.begin(), folders.end(), [&](const QString& folder) {
+        return !folder.isEmpty() && !QDir{folder}.entryList(names, QDir::Files).isEmpty();
+    });
 }
 
 } // namespace
 
-std::optional<QByteArray> platformFor(const DisplayVariables& variables, const std::function<bool()>& hasXServer)
+std::variant<QByteArray, DisplayProblem> platformFor(const DisplayVariables& variables, const DisplayProbes& probes)
 {
     if (!variables.qtPlatform.isEmpty())
         return variables.qtPlatform;
-    if (!variables.display.isEmpty() && hasXServer())
-        return "xcb";
-    if (!variables.waylandDisplay.isEmpty())
-        return "wayland";
-    return std::nullopt;
+    const bool isX11 = !variables.display.isEmpty() && probes.hasXServer();
+    if (isX11 && probes.hasPlugIn("xcb"))
+        return QByteArray{"xcb"};
+    if (variables.waylandDisplay.isEmpty())
+        return isX11 ? noX11PlugIn : noDisplay;
+    if (probes.hasPlugIn("wayland"))
+        return QByteArray{"wayland"};
+    return isX11 ? noX11PlugIn : noWaylandPlugIn;
 }
 
-bool chooseDisplay()
+void CloseXcbConnection::operator()(xcb_connection_t* connection) const
 {
-    const std::optional<QByteArray> platform =
-        platformFor({qgetenv("QT_QPA_PLATFORM"), qgetenv("DISPLAY"), qgetenv("WAYLAND_DISPLAY")}, reachesXServer);
-    if (platform)
-        qputenv("QT_QPA_PLATFORM", *platform);
-    return platform.has_value();
+    xcb_disconnect(connection);
+}
+
+std::variant<XcbConnection, DisplayProblem> chooseDisplay()
+{
+    XcbConnection connection;
+    const auto hasXServer = [&] {
+        // Tried before Qt does, which aborts the program when the server cannot be reached.
+        connection.reset(xcb_connect(nullptr, nullptr));
+        return xcb_connection_has_error(connection.get()) == 0;
+    };
+    const auto platform = platformFor({qgetenv("QT_QPA_PLATFORM"), qgetenv("DISPLAY"), qgetenv("WAYLAND_DISPLAY")},
+                                      {hasXServer, hasPlugIn});
+    if (const auto* problem = std::get_if<DisplayProblem>(&platform))
+        return *problem;
+    qputenv("QT_QPA_PLATFORM", std::get<QByteArray>(platform));
+    return connection;
 }
 
 bool desktopComposites()

@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <functional>
 #include <memory>
-#include <optional>
+#include <variant>
 
 struct xcb_connection_t;
 
@@ -19,16 +19,33 @@ struct DisplayVariables {
     QByteArray waylandDisplay; ///< WAYLAND_DISPLAY
 };
 
-/// The value of QT_QPA_PLATFORM that suits the session; nothing when the session has no display. `hasXServer` tells
-/// whether the X server can be reached; it is called only when that matters.
+/// What is tried, and only when it matters.
+struct DisplayProbes {
+    std::function<bool()> hasXServer; ///< whether the X server can be reached
+    std::function<bool(const char* platform)> hasPlugIn; ///< whether Qt's plug-in for that platform is installed
+};
+
+/// Why the program cannot show anything, in one line.
+struct DisplayProblem {
+    const char* message = "";
+};
+
+/// The value of QT_QPA_PLATFORM that suits the session.
 ///
 /// A native Wayland client cannot place its windows, so the popover would not open beside its icon: where there is an
 /// X server, the program is its client. The user's own choice is always kept.
-std::optional<QByteArray> platformFor(const DisplayVariables& variables, const std::function<bool()>& hasXServer);
+std::variant<QByteArray, DisplayProblem> platformFor(const DisplayVariables& variables, const DisplayProbes& probes);
 
-/// Decides for this process, before its QApplication is made; returns whether there is a display at all. Waits for the
-/// X server's reply, as the QApplication is going to.
-bool chooseDisplay();
+struct CloseXcbConnection {
+    void operator()(xcb_connection_t* connection) const;
+};
+
+using XcbConnection = std::unique_ptr<xcb_connection_t, CloseXcbConnection>;
+
+/// Decides for this process, before its QApplication is made. Waits for the X server's reply, as the QApplication is
+/// going to. Returns the connection on which the server has answered, or null if none was asked: close it once the
+/// QApplication has its own, because a server resets when its only client leaves, and drops whoever comes meanwhile.
+std::variant<XcbConnection, DisplayProblem> chooseDisplay();
 
 /// Whether the desktop composites windows now, so that one can fade in. Main thread.
 bool desktopComposites();

@@ -24,8 +24,10 @@
 #include <QLocale>
 
 #include <algorithm>
+#include <cstdlib>
 #include <string>
 #include <string_view>
+#include <variant>
 #include <vector>
 
 namespace tallyfox {
@@ -41,6 +43,16 @@ ExitStatus fail(const std::string& message, ExitStatus status = ExitStatus::fail
 {
     StandardStreams::writeDiagnostic(message);
     return status;
+}
+
+/// For the time in which the toolkit opens the display: where it cannot, it would abort, and tell users to reinstall.
+void endWithoutDisplay(QtMsgType type, const QMessageLogContext& /*context*/, const QString& /*message*/)
+{
+    if (type != QtFatalMsg)
+        return;
+    const std::string platform = qgetenv("QT_QPA_PLATFORM").toStdString();
+    std::_Exit(
+        static_cast<int>(fail("cannot open the display: the Qt platform '" + platform + "' does not work here")));
 }
 
 /// Must be called before the first window is created. Closing the last window does not end the program.
@@ -118,11 +130,15 @@ ExitStatus TallyfoxApp::forwardToRunningAgent(AgentAction action, const char* pr
 
 ExitStatus TallyfoxApp::start(const AgentRequest& request, const std::optional<std::filesystem::path>& home)
 {
-    if (!chooseDisplay())
-        return fail("there is no display to show a status icon on; tallyfox --summary prints the figures");
+    std::variant<XcbConnection, DisplayProblem> display = chooseDisplay();
+    if (const auto* problem = std::get_if<DisplayProblem>(&display))
+        return fail(problem->message);
     setApplicationMetadata();
     TerminationSignals signals;
+    qInstallMessageHandler(endWithoutDisplay);
     QApplication application{m_argc, m_argv};
+    StandardStreams::silenceToolkit();
+    display = XcbConnection{}; // the toolkit has its own now
     signals.watch();
     QObject::connect(&signals, &TerminationSignals::received, &application, &QCoreApplication::quit);
     const std::unique_ptr<SingleInstance> instance = makeSingleInstance(applicationId());
