@@ -117,6 +117,16 @@ def test_everyStartSucceedsOnAServerThatResets(surroundings):
         until("its name is free", lambda: not desktop.bus.has("org.tallyfox.tallyfox"))
 
 
+def test_agentOutlivesItsTerminal(surroundings):
+    desktop = Desktop(surroundings)
+    agent = desktop.start_agent()
+    until("the agent is there", lambda: desktop.bus.has("org.tallyfox.tallyfox"))
+    os.kill(agent.pid, signal.SIGHUP)
+    desktop.run("--toggle")
+    agent.opened_popover()
+    agent.end()
+
+
 def test_oneOfSeveralSimultaneousStartsBecomesTheAgent(surroundings):
     for bus in (True, False):
         desktop = Desktop(surroundings, bus=bus)

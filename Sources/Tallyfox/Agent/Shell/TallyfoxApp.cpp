@@ -24,6 +24,7 @@
 #include <QLocale>
 
 #include <algorithm>
+#include <csignal>
 #include <cstdlib>
 #include <string>
 #include <string_view>
@@ -134,6 +135,7 @@ ExitStatus TallyfoxApp::start(const AgentRequest& request, const std::optional<s
     if (const auto* problem = std::get_if<DisplayProblem>(&display))
         return fail(problem->message);
     setApplicationMetadata();
+    std::signal(SIGHUP, SIG_IGN); // the agent outlives the terminal that it was started from
     TerminationSignals signals;
     qInstallMessageHandler(endWithoutDisplay);
     QApplication application{m_argc, m_argv};
