@@ -2,6 +2,7 @@
 
 #include <QDateTime>
 #include <QLocale>
+#include <QTimeZone>
 
 #include <algorithm>
 #include <chrono>
@@ -78,7 +79,7 @@ QString relativeTimeText(Instant moment, Instant now, const QLocale& locale)
         return text;
     // Without ICU's data there is no phrase in any language, so show the moment itself.
     const auto seconds = std::chrono::floor<std::chrono::seconds>(moment).time_since_epoch().count();
-    return locale.toString(QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC), QLocale::ShortFormat);
+    return locale.toString(QDateTime::fromSecsSinceEpoch(seconds, QTimeZone::utc()), QLocale::ShortFormat);
 }
 
 /// Qt's own formats either are all digits or have the full name of the month; ICU has an abbreviated one.
@@ -100,7 +101,7 @@ public:
     QString text(QDate day) const
     {
         icu::UnicodeString text;
-        m_format->format(static_cast<UDate>(day.startOfDay(Qt::UTC).toMSecsSinceEpoch()), text);
+        m_format->format(static_cast<UDate>(QDate{1970, 1, 1}.daysTo(day)) * U_MILLIS_PER_DAY, text);
         return QString::fromUtf16(text.getBuffer(), text.length());
     }
 
