@@ -65,7 +65,7 @@ else()
         $<$<CONFIG:Release>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3>)
     target_link_options(tallyfoxOptions INTERFACE -Wl,-z,relro,-z,now,-z,noexecstack -Wl,--as-needed)
 endif()
-target_compile_definitions(tallyfoxOptions INTERFACE _GLIBCXX_ASSERTIONS)
+target_compile_definitions(tallyfoxOptions INTERFACE _GLIBCXX_ASSERTIONS _FILE_OFFSET_BITS=64)
 
 add_library(tallyfoxQtOptions INTERFACE)
 target_link_libraries(tallyfoxQtOptions INTERFACE tallyfoxOptions)

@@ -5,6 +5,11 @@
 #include <utility>
 #include <variant>
 
+// Where an offset has 32 bits otherwise, a history above 2 GiB could not be opened.
+#if _FILE_OFFSET_BITS != 64
+#error "compile with _FILE_OFFSET_BITS=64, as cmake/TallyfoxOptions.cmake says"
+#endif
+
 namespace tallyfox {
 
 /// Owns an open file descriptor, or none.
