@@ -17,11 +17,20 @@ namespace {
 
 using simdjson::dom::element_type;
 
-/// What simdjson 3.0 refuses although the grammar allows it: numbers and escapes it cannot represent, and depth.
+simdjson::error_code parse(std::string_view text, simdjson::dom::element& root)
+{
+    static simdjson::dom::parser parser;
+    return parser.parse(text.data(), text.size()).get(root);
+}
+
+/// What simdjson refuses although the grammar allows it: numbers and escapes it cannot represent, and depth. Versions
+/// differ in the error of an integer of more than 64 bits.
 bool isRefusedForItsValue(simdjson::error_code error)
 {
-    return error == simdjson::NUMBER_ERROR || error == simdjson::STRING_ERROR || error == simdjson::DEPTH_ERROR
-        || error == simdjson::CAPACITY;
+    simdjson::dom::element root;
+    static const simdjson::error_code largeInteger = parse("18446744073709551616", root);
+    return error == simdjson::NUMBER_ERROR || error == largeInteger || error == simdjson::STRING_ERROR
+        || error == simdjson::DEPTH_ERROR || error == simdjson::CAPACITY;
 }
 
 /// The deepest nesting, if the text is grammatical.
@@ -99,9 +108,12 @@ void compareContent(JsonReader& reader, const simdjson::dom::element& element)
 
 void compareWithSimdjson(std::string_view text, bool isAccepted)
 {
-    static simdjson::dom::parser parser;
+    if (text.starts_with("\xEF\xBB\xBF")) {
+        require(!isAccepted, "a byte order mark, which some versions of simdjson skip, is refused");
+        return;
+    }
     simdjson::dom::element root;
-    const simdjson::error_code error = parser.parse(text.data(), text.size()).get(root);
+    const simdjson::error_code error = parse(text, root);
     if (error == simdjson::SUCCESS) {
         require(isAccepted, "what simdjson accepts is accepted");
         JsonReader reader(text);

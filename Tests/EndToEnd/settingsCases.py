@@ -8,6 +8,7 @@ from Xlib import Xutil
 
 from harness.notifications import NotificationService
 from harness.processes import needed
+from harness.reader import PUSH_BUTTON
 from harness.settings import SIZE, TITLE, Settings, spoken_lines, without_labels_of_values
 from harness.waiting import Failure, expect, expect_equal, stays, until
 
@@ -247,7 +248,7 @@ def test_invitationLeadsToAStoredGrant(surroundings):
     settings = Settings(surroundings, "--no-quota")
     settings.choose("Accounts")
     settings.expect_spoken("Home directory access: Required")
-    settings.find("Allow Home Folder Access", "push button").activate()
+    settings.find("Allow Home Folder Access", PUSH_BUTTON).activate()
     picker = settings.reader.window(settings.agent.pid, PICKER_TITLE)
     # It starts at the home folder, which is the one to grant.
     confirm = until("the choice can be confirmed", lambda: [element for element in picker.shown() if

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <simdjson.h>
 
+#include <array>
 #include <limits>
 #include <map>
 #include <string>
@@ -33,6 +34,8 @@ public:
 
     error_code parse(std::string_view text)
     {
+        if (text.starts_with("\xEF\xBB\xBF"))
+            return simdjson::TAPE_ERROR; // newer versions skip a byte order mark, which the grammar does not have
         m_text = simdjson::padded_string(text);
         return m_parser.parse(m_text).get(root);
     }
@@ -43,6 +46,37 @@ private:
     simdjson::dom::parser m_parser;
     simdjson::padded_string m_text;
 };
+
+/// What the other reader refuses although the grammar allows it.
+enum class Limit { number, surrogate, encoding };
+
+struct RefusedByLimit {
+    std::string_view text;
+    Limit limit;
+};
+
+constexpr std::array refusedByLimit{
+    RefusedByLimit{"18446744073709551616", Limit::number},
+    RefusedByLimit{"-9223372036854775809", Limit::number},
+    RefusedByLimit{"[123456789012345678901234567890]", Limit::number},
+    RefusedByLimit{"1e400", Limit::number},
+    RefusedByLimit{"[-1e400]", Limit::number},
+    RefusedByLimit{R"("\ud800")", Limit::surrogate},
+    RefusedByLimit{R"({"\ud83d":1})", Limit::surrogate},
+    RefusedByLimit{R"("\ud83d\u0041")", Limit::surrogate},
+    RefusedByLimit{"\"\xFF\"", Limit::encoding},
+    RefusedByLimit{"{\"\xC3\":1}", Limit::encoding},
+    RefusedByLimit{"\"\xED\xA0\x80\"", Limit::encoding},
+};
+
+/// The errors that stand for a limit, which differ from version to version.
+std::map<error_code, Limit> limitsByError(Simdjson& simdjson)
+{
+    std::map<error_code, Limit> limits;
+    for (const auto& [text, limit] : refusedByLimit)
+        EXPECT_EQ(limits.try_emplace(simdjson.parse(text), limit).first->second, limit) << text;
+    return limits;
+}
 
 void expectSameNumber(JsonReader& reader, const simdjson::dom::element& element)
 {
@@ -135,7 +169,8 @@ TEST(JsonDifferential, readersAgreeOnMutatedTextsExceptForTheListedLimits)
 {
     Simdjson simdjson;
     JsonMutations mutations(seeds());
-    std::map<error_code, int> refusedByLimit;
+    const std::map<error_code, Limit> limits = limitsByError(simdjson);
+    std::map<Limit, int> refusals;
     int accepted = 0;
     int refused = 0;
     for (int round = 0; round < 250'000; ++round) {
@@ -150,36 +185,22 @@ TEST(JsonDifferential, readersAgreeOnMutatedTextsExceptForTheListedLimits)
             expectSameContent(text, simdjson.root);
             ASSERT_FALSE(testing::Test::HasFailure()) << testing::PrintToString(text);
         } else if (isOurs) {
-            ++refusedByLimit[theirs];
+            ASSERT_TRUE(limits.contains(theirs)) << theirs << ": " << testing::PrintToString(text);
+            ++refusals[limits.at(theirs)];
         }
     }
     EXPECT_GT(accepted, 40'000);
     EXPECT_GT(refused, 40'000);
-    // A number beyond 64 bits or beyond the largest double, a lone surrogate escape, invalid UTF-8.
-    ASSERT_EQ(refusedByLimit.size(), 3U);
-    EXPECT_GT(refusedByLimit[simdjson::NUMBER_ERROR], 1'000);
-    EXPECT_GT(refusedByLimit[simdjson::STRING_ERROR], 1'000);
-    EXPECT_GT(refusedByLimit[simdjson::UTF8_ERROR], 1'000);
+    for (const Limit limit : {Limit::number, Limit::surrogate, Limit::encoding})
+        EXPECT_GT(refusals[limit], 1'000) << static_cast<int>(limit);
 }
 
 TEST(JsonDifferential, listedLimitsAreOnlyTheOtherReaders)
 {
-    const std::vector<std::pair<std::string_view, error_code>> table{
-        {"18446744073709551616", simdjson::NUMBER_ERROR},
-        {"-9223372036854775809", simdjson::NUMBER_ERROR},
-        {"[123456789012345678901234567890]", simdjson::NUMBER_ERROR},
-        {"1e400", simdjson::NUMBER_ERROR},
-        {"[-1e400]", simdjson::NUMBER_ERROR},
-        {R"("\ud800")", simdjson::STRING_ERROR},
-        {R"({"\ud83d":1})", simdjson::STRING_ERROR},
-        {R"("\ud83d\u0041")", simdjson::STRING_ERROR},
-        {"\"\xFF\"", simdjson::UTF8_ERROR},
-        {"{\"\xC3\":1}", simdjson::UTF8_ERROR},
-        {"\"\xED\xA0\x80\"", simdjson::UTF8_ERROR}};
     Simdjson simdjson;
-    for (const auto& [text, error] : table) {
+    for (const auto& [text, limit] : refusedByLimit) {
         EXPECT_TRUE(isAccepted(text)) << testing::PrintToString(text);
-        EXPECT_EQ(simdjson.parse(text), error) << testing::PrintToString(text);
+        EXPECT_NE(simdjson.parse(text), simdjson::SUCCESS) << testing::PrintToString(text);
         EXPECT_EQ(simdjson.parse(withoutReaderLimits(text)), simdjson::SUCCESS) << testing::PrintToString(text);
     }
 }

@@ -42,12 +42,15 @@ std::optional<Statement> statement(const char* line)
     int hour = 0;
     int minute = 0;
     int second = 0;
-    int year = 0;
+    long long year = 0; // of the first and last moments that zdump knows: any number
     const char* const offset = std::strstr(line, "gmtoff=");
-    if (!offset || std::sscanf(line, "%*s %3s %u %d:%d:%d %d UT", month, &day, &hour, &minute, &second, &year) != 6)
+    if (!offset || std::sscanf(line, "%*s %3s %u %d:%d:%d %lld UT", month, &day, &hour, &minute, &second, &year) != 6)
         return std::nullopt; // before the year -2^31, where zdump has no calendar
+    if (year < int{std::chrono::year::min()} || year > int{std::chrono::year::max()})
+        return std::nullopt;
     const auto number = static_cast<unsigned>(months.find(month) / 3 + 1);
-    const sys_days date = std::chrono::year{year} / std::chrono::month{number} / std::chrono::day{day};
+    const sys_days date =
+        std::chrono::year{static_cast<int>(year)} / std::chrono::month{number} / std::chrono::day{day};
     return Statement{date + std::chrono::hours{hour} + std::chrono::minutes{minute} + seconds{second},
                      seconds{std::atoi(offset + std::strlen("gmtoff="))}};
 }

@@ -11,6 +11,7 @@ from gi.repository import Atspi, GLib
 from .waiting import Failure, until
 
 ACTIVATIONS = ("press", "toggle", "click", "select")  # toolkits' names for a mouse click
+PUSH_BUTTON = Atspi.role_get_name(Atspi.Role.PUSH_BUTTON)  # newer versions of the library call it a "button"
 ANSWER_TIMEOUT = 5000  # milliseconds
 
 
