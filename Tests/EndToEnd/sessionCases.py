@@ -127,6 +127,18 @@ def test_agentOutlivesItsTerminal(surroundings):
     agent.end()
 
 
+def test_agentReportsThatItIsReady(surroundings):
+    desktop = Desktop(surroundings)
+    reader, writer = os.pipe()
+    surroundings.processes.environment["TALLYFOX_READY_FD"] = str(writer)
+    agent = surroundings.processes.start("agent", [surroundings.options.program], pass_fds=[writer])
+    os.close(writer)
+    with os.fdopen(reader, encoding="utf-8") as notice:
+        expect_equal(notice.read(), "ready\n", "notice")  # to its end: the program keeps no end of the pipe
+    expect(agent.poll() is None, "the agent has ended")
+    expect(desktop.bus.has("org.tallyfox.tallyfox"), "the agent is not there yet")
+
+
 def test_oneOfSeveralSimultaneousStartsBecomesTheAgent(surroundings):
     for bus in (True, False):
         desktop = Desktop(surroundings, bus=bus)

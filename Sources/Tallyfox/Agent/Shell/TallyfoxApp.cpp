@@ -22,6 +22,7 @@
 #include <QApplication>
 #include <QDBusConnection>
 #include <QLocale>
+#include <QTimer>
 
 #include <algorithm>
 #include <csignal>
@@ -175,6 +176,7 @@ void TallyfoxApp::runAgent(const AgentRequest& request, const std::optional<std:
     delegate.applicationDidFinishLaunching();
     if (request.action == AgentAction::settings)
         delegate.showSettings();
+    QTimer::singleShot(0, &delegate, &StandardStreams::reportReady);
     QCoreApplication::exec();
 }
 

@@ -98,6 +98,18 @@ void writeDiagnostic(std::string_view message)
     writeAll(STDERR_FILENO, std::string{"tallyfox: "}.append(message).append("\n"));
 }
 
+void reportReady()
+{
+    bool isNumber = false;
+    const int descriptor = qEnvironmentVariableIntValue("TALLYFOX_READY_FD", &isNumber);
+    qunsetenv("TALLYFOX_READY_FD");
+    if (!isNumber || descriptor <= STDERR_FILENO)
+        return;
+    const WithoutPipeSignal without;
+    writeAll(descriptor, "ready\n");
+    close(descriptor);
+}
+
 void silenceToolkit()
 {
     qInstallMessageHandler(reportFatalMessage);

@@ -21,6 +21,10 @@ std::variant<Written, ReaderGone, std::error_code> writeOutput(std::string_view 
 /// Writes one line to standard error: the program's name, the message and a line feed. Ignores failures.
 void writeDiagnostic(std::string_view message);
 
+/// Writes a line to the descriptor that `TALLYFOX_READY_FD` names, closes it, and unsets the variable; does nothing
+/// without it. So scripts/run, which starts the agent in the background, knows when it is there.
+void reportReady();
+
 /// Silences Qt's own messages, except fatal ones: they would break the rule of one line per diagnostic, and users
 /// cannot act on them.
 void silenceToolkit();
