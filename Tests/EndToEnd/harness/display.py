@@ -51,7 +51,7 @@ class Display:
     # ---- Windows ----
 
     def _property(self, window, name):
-        value = window.get_full_property(self.x.intern_atom(name), X.AnyPropertyType)
+        value = window.get_full_property(self.x.get_atom(name), X.AnyPropertyType)
         return value.value if value else None
 
     def root_property(self, name):
@@ -71,22 +71,26 @@ class Display:
             numbers = numbers[2 + width * height:]
         return sizes
 
-    def _visible_below(self, window):
+    def _windows_below(self, window):
+        """The visible windows of programs, with their pids: children of the root or of a window manager's frame."""
         for child in window.query_tree().children:
             try:
-                if child.get_attributes().map_state == X.IsViewable:
-                    yield child
-                    yield from self._visible_below(child)
+                if child.get_attributes().map_state != X.IsViewable:
+                    continue
+                owner = self._property(child, "_NET_WM_PID")
+                if owner is not None:
+                    yield child, owner[0]
+                else:
+                    yield from self._windows_below(child)
             except (xerror.BadWindow, xerror.BadDrawable):
                 continue
 
     def windows_of(self, pid):
         """The visible windows of a process, as pairs of the window and its box on the screen."""
         found = []
-        for window in self._visible_below(self.root):
+        for window, owner in self._windows_below(self.root):
             try:
-                owner = self._property(window, "_NET_WM_PID")
-                if owner is not None and owner[0] == pid:
+                if owner == pid:
                     geometry = window.get_geometry()
                     place = window.translate_coords(self.root, 0, 0)
                     found.append((window, Box(-place.x, -place.y, geometry.width, geometry.height)))
