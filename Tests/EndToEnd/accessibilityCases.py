@@ -58,7 +58,15 @@ def expect_texts(tabs, texts):
         expect(not absent, f"{tab} lacks {absent}")
 
 
-def test_everyTextOfEveryTabIsReadOut(surroundings):
+def expect_names(tabs):
+    for tab, elements in tabs.items():
+        focusable = [element for element in elements if element.focusable]
+        expect(len(focusable) >= 7, f"{tab}: the keyboard reaches only {len(focusable)} elements")
+        nameless = [element.role for element in focusable if not element.name]
+        expect(not nameless, f"{tab}: the keyboard reaches elements without a name: {nameless}")
+
+
+def test_everyTextIsReadOutAndEverythingTheKeyboardReachesHasAName(surroundings):
     tabs = dumped_tabs(surroundings)
     expect_equal(list(tabs), ["Overview", "Dashboard", "Ranking", "Services"], "tabs")
     expect_texts(tabs, {
@@ -73,6 +81,7 @@ def test_everyTextOfEveryTabIsReadOut(surroundings):
     expect(42 <= float(progress[0].value) <= 43, f"the quota's value is {progress[0].value}")
     cells = [element for element in tabs["Dashboard"] if re.fullmatch(HEAT_MAP_CELL, element.name)]
     expect(len(cells) >= 365, f"{len(cells)} cells of the heat map")
+    expect_names(tabs)
 
 
 def test_invitationsAreReadOutWithoutAccess(surroundings):
@@ -84,11 +93,3 @@ def test_invitationsAreReadOutWithoutAccess(surroundings):
         "Ranking": [*RANKING, "0"],
         "Services": [*SERVICES, "Connected Accounts (0)", "Allow Home Folder Access", "Permission"],
     })
-
-
-def test_everythingTheKeyboardReachesHasAName(surroundings):
-    for tab, elements in dumped_tabs(surroundings).items():
-        focusable = [element for element in elements if element.focusable]
-        expect(len(focusable) >= 7, f"{tab}: the keyboard reaches only {len(focusable)} elements")
-        nameless = [element.role for element in focusable if not element.name]
-        expect(not nameless, f"{tab}: elements without a name: {nameless}")

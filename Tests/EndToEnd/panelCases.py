@@ -144,7 +144,7 @@ def test_panelStartedLaterShowsTheItem(surroundings, panel):
 def test_restartedPanelShowsTheItemAgain(surroundings, panel):
     desktop, agent = started(surroundings, panel)
     registrations = desktop.bus.count_signals(StatusItems.WATCHER, "StatusNotifierItemRegistered")
-    restarts = 20
+    restarts = 5
     for _ in range(restarts):
         desktop.kill_panel()
         desktop.start_panel()

@@ -205,7 +205,7 @@ def test_openAndCloseLeavesNothingBehind(surroundings):
             agent.opened_popover()
             desktop.display.press("Escape")
             # The toolkit closes a popup that opens before it has seen the previous one lose the focus.
-            agent.closed_popover(seconds=0.2)
+            agent.closed_popover(seconds=0.1)
         return settled("the program is at rest", lambda: Footprint.of(agent.pid).own(), quiet=1)
 
     before = run(cycles // 3)

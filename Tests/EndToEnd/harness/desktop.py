@@ -186,7 +186,7 @@ class Agent:
         until("the popover is drawn", lambda: self._desktop.display.picture(middle).outline(ROOT_COLOUR))
         return opened
 
-    def closed_popover(self, seconds=0.4):
+    def closed_popover(self, seconds=0.25):
         """Waits until the popover is closed, and checks that nothing reopens it within `seconds`."""
         until("the popover is closed", lambda: not self.popover())
         stays("the popover is closed", lambda: not self.popover(), seconds)

@@ -44,7 +44,7 @@ class Settings:
     def find(self, name, role):
         """Waits for the control with that name and role on the current tab."""
         def control():
-            found = [element for element in self.window.shown() if (element.role, element.spoken_name) == (role, name)]
+            found = [element for element in self.window.shown() if element.role == role and element.spoken_name == name]
             expect(len(found) <= 1, f"several controls are named {name}")
             return found[0] if found else None
         return until(f"{name} is shown", control)

@@ -35,7 +35,7 @@ def stays(what, condition, seconds):
     deadline = time.monotonic() + seconds
     while time.monotonic() < deadline:
         expect(condition(), f"did not last: {what}")
-        time.sleep(0.02)
+        time.sleep(0.05)
 
 
 def settled(what, value, quiet=0.2, timeout=TIMEOUT):
