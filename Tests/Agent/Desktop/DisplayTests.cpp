@@ -1,9 +1,14 @@
 #include "Tallyfox/Agent/Desktop/Display.h"
 
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <string>
 #include <vector>
 
@@ -71,6 +76,70 @@ TEST(Display, nothingIsTriedWhenTheUserHasChosen)
     };
     const auto platform = platformFor({"offscreen", ":0", ""}, {unwanted, unwanted});
     EXPECT_EQ(std::get<QByteArray>(platform), "offscreen");
+}
+
+/// A session with a Wayland compositor and no X server, where Qt searches its plug-ins in a folder of the test's own.
+class ChosenDisplayTest : public testing::Test {
+protected:
+    ChosenDisplayTest()
+    {
+        for (const char* variable : variables)
+            m_before.push_back(qgetenv(variable));
+        qunsetenv("QT_QPA_PLATFORM");
+        qunsetenv("DISPLAY");
+        qputenv("WAYLAND_DISPLAY", "wayland-0");
+        QCoreApplication::setLibraryPaths({m_folder.path()});
+        EXPECT_TRUE(QDir{m_folder.path()}.mkdir(QStringLiteral("platforms")));
+    }
+    ~ChosenDisplayTest() override
+    {
+        for (std::size_t index = 0; index < variables.size(); ++index) {
+            if (m_before[index].isNull())
+                qunsetenv(variables[index]);
+            else
+                qputenv(variables[index], m_before[index]);
+        }
+        QCoreApplication::setLibraryPaths(m_libraryPaths);
+    }
+
+    void addFile(const char* name) const
+    {
+        QFile file{m_folder.filePath(QString::fromLatin1(name))};
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    }
+
+    QTemporaryDir m_folder;
+
+private:
+    static constexpr std::array variables{"QT_QPA_PLATFORM", "DISPLAY", "WAYLAND_DISPLAY",
+                                          "QT_QPA_PLATFORM_PLUGIN_PATH"};
+    std::vector<QByteArray> m_before;
+    QStringList m_libraryPaths = QCoreApplication::libraryPaths();
+};
+
+TEST_F(ChosenDisplayTest, missingPlugInIsReportedWithItsPackage)
+{
+    addFile("platforms/libqxcb.so");
+    addFile("libqwayland-generic.so"); // not where Qt searches
+    const auto display = chooseDisplay();
+    ASSERT_TRUE(std::holds_alternative<DisplayProblem>(display));
+    EXPECT_THAT(std::get<DisplayProblem>(display).message, HasSubstr("qt6-wayland"));
+    EXPECT_FALSE(qEnvironmentVariableIsSet("QT_QPA_PLATFORM"));
+}
+
+TEST_F(ChosenDisplayTest, installedPlugInIsChosen)
+{
+    addFile("platforms/libqwayland-generic.so");
+    EXPECT_TRUE(std::holds_alternative<XcbConnection>(chooseDisplay()));
+    EXPECT_EQ(qgetenv("QT_QPA_PLATFORM"), "wayland");
+}
+
+TEST_F(ChosenDisplayTest, userMayNameAnotherFolderOfPlugIns)
+{
+    addFile("libqwayland.so");
+    qputenv("QT_QPA_PLATFORM_PLUGIN_PATH", m_folder.path().toUtf8());
+    EXPECT_TRUE(std::holds_alternative<XcbConnection>(chooseDisplay()));
+    EXPECT_EQ(qgetenv("QT_QPA_PLATFORM"), "wayland");
 }
 
 } // namespace
