@@ -1,8 +1,6 @@
 """The popover on scaled, several and disappearing screens, and the shortcut on another keyboard layout."""
 
-import time
-
-from harness.desktop import Desktop
+from harness.desktop import SHORTCUT, Desktop
 from harness.display import Display, virtual_server
 from harness.panels import PANELS
 from harness.pictures import Box
@@ -62,18 +60,8 @@ def test_shortcutFollowsTheKeyboardLayout(surroundings):
     former = desktop.display.key("b")
     desktop.display.set_layout("us", "dvorak")
     expect(desktop.display.key("b") != former, "both layouts have the key in the same place")
-
-    pressed = [0.0]
-
-    def opened_by_the_key():
-        # The program learns of the new layout a little later.
-        if time.monotonic() - pressed[0] > 2:
-            desktop.display.press("Super_L", "Alt_L", "b")
-            pressed[0] = time.monotonic()
-        return agent.popover()
-    until("the key of the new layout opens the popover", opened_by_the_key)
-    agent.opened_popover()
-    desktop.display.press("Super_L", "Alt_L", "b")
+    desktop.open_by_key(agent)
+    desktop.display.press(*SHORTCUT)
     agent.closed_popover()
-    desktop.display.press("Super_L", "Alt_L", former)
+    desktop.display.press(*SHORTCUT[:2], former)
     stays("the key of the former layout does nothing", lambda: not agent.popover(), 0.5)

@@ -15,6 +15,7 @@ from .processes import SUBJECT_MARK, Processes, command_line
 from .waiting import expect, expect_equal, settled, stays, until
 
 ROOT_COLOUR = (0, 0, 0)  # of the empty display
+SHORTCUT = ("Super_L", "Alt_L", "b")
 POPOVER_SIZE = (420, 680)  # logical pixels
 
 
@@ -28,13 +29,13 @@ class Surroundings:
         self.desktop = None  # the latest one
         self.config_home = os.path.join(folder, "config")
         home = os.path.join(folder, "home")
-        runtime = os.path.join(folder, "runtime")
-        for path in (self.config_home, home, runtime):
+        self.runtime = os.path.join(folder, "runtime")
+        for path in (self.config_home, home, self.runtime):
             os.mkdir(path, stat.S_IRWXU)
         self.codex = FakeCodex(home)
         environment = {
             "PATH": "/usr/local/bin:/usr/bin:/bin", "HOME": home, "LC_ALL": "C.UTF-8", "TMPDIR": folder,
-            "XDG_CONFIG_HOME": self.config_home, "XDG_RUNTIME_DIR": runtime,
+            "XDG_CONFIG_HOME": self.config_home, "XDG_RUNTIME_DIR": self.runtime,
             "XDG_CACHE_HOME": os.path.join(folder, "cache"), "XDG_DATA_HOME": os.path.join(folder, "data"),
             "XDG_STATE_HOME": os.path.join(folder, "state"), "XDG_SESSION_TYPE": "x11",
             "NO_AT_BRIDGE": "1",  # keeps the panels off the accessibility bus
@@ -59,14 +60,11 @@ class Desktop:
     def __init__(self, surroundings, panel=None, display=None, bus=True, window_manager=True, services=()):
         self.surroundings = surroundings
         self.processes = surroundings.processes
-        self.panel = panel
         self.display = display or Display(self.processes, virtual_server("1280x800"))
         environment = self.processes.environment
         environment["DISPLAY"] = self.display.name
         environment["DBUS_SESSION_BUS_ADDRESS"] = f"unix:path={surroundings.folder}/no-such-bus"
-        if panel:
-            environment.update(panel.environment)
-            panel.configure(surroundings.config_home)
+        self.use_panel(panel)
         self.bus = None
         if bus:
             self.bus = Bus(self.processes, [*services, *(panel.services if panel else ())])
@@ -84,6 +82,13 @@ class Desktop:
 
     # ---- The panel ----
 
+    def use_panel(self, panel):
+        """From now on, `panel` is the one that is started, ended and looked at."""
+        self.panel = panel
+        if panel:
+            self.processes.environment.update(panel.environment)
+            panel.configure(self.surroundings.config_home)
+
     @property
     def bar(self):
         return self.panel.bar(self.panel.screen or self.display.box)
@@ -93,7 +98,8 @@ class Desktop:
         return self.panel.work_area(self.panel.screen or self.display.box)
 
     def start_panel(self):
-        self.processes.start("panel", self.panel.command(self.surroundings.config_home))
+        for command in self.panel.commands(self.surroundings.config_home):
+            self.processes.start("panel", command)
         until("the panel accepts status items", self._has_tray)
 
     def _has_tray(self):
@@ -101,11 +107,12 @@ class Desktop:
             return self.bus.has(StatusItems.WATCHER)
         return self.display.has_tray()
 
-    def kill_panel(self):
-        """Kills the panel as a crash would."""
+    def kill_panel(self, is_only=True):
+        """Kills the panel as a crash would. `is_only`: no other one accepts status items now."""
         self.processes.end(pid for program in (self.panel.program, *self.panel.helpers)
                            for pid in self.processes.named(program))
-        until("the panel is gone", lambda: not self._has_tray() and not self.display.picture(self.bar).share(BACKGROUND))
+        until("the panel is gone", lambda: not self.display.picture(self.bar).share(BACKGROUND))
+        until("nothing accepts status items", lambda: not is_only or not self._has_tray())
 
     def _drawn_item(self):
         """The item's box in the panel, and the bar's pixels; None while the bar is empty or not drawn."""
@@ -124,6 +131,18 @@ class Desktop:
 
     def item_box(self):
         return self.item_picture().box
+
+    def open_by_key(self, agent):
+        """Opens the popover by the shortcut, which the program registers a little after its item. Returns its box."""
+        pressed = [0.0]
+
+        def popover():
+            if time.monotonic() - pressed[0] > 1:
+                self.display.press(*SHORTCUT)
+                pressed[0] = time.monotonic()
+            return agent.popover()
+        until("the shortcut opens the popover", popover)
+        return agent.opened_popover()
 
     # ---- The program ----
 

@@ -4,7 +4,7 @@ import os
 import subprocess
 import time
 
-from Xlib import X, XK
+from Xlib import X, XK, Xatom, Xutil
 from Xlib import display as xlib
 from Xlib import error as xerror
 from Xlib.ext import xtest
@@ -102,6 +102,23 @@ class Display:
         """The titles of a process's visible windows, as far as they have one."""
         titles = [self._property(window, "_NET_WM_NAME") for window, _ in self.windows_of(pid)]
         return [bytes(title).decode() for title in titles if title is not None]
+
+    def active_window(self):
+        """The identifier of the window that the window manager gave the keyboard."""
+        return (self.root_property("_NET_ACTIVE_WINDOW") or [None])[0]
+
+    def open_window(self, box, colour, *states):
+        """Opens a window of another program, with nothing in it but `colour`, and waits until it is drawn. `states`: its
+        states in the window manager."""
+        red, green, blue = colour
+        window = self.root.create_window(*box, 0, X.CopyFromParent, background_pixel=red << 16 | green << 8 | blue)
+        window.set_wm_name("another program")
+        window.set_wm_normal_hints(flags=Xutil.USPosition | Xutil.USSize)
+        window.change_property(self.x.get_atom("_NET_WM_STATE"), Xatom.ATOM, 32, [*map(self.x.get_atom, states)])
+        window.map()
+        self.x.sync()
+        until("the other window is drawn", lambda: self.picture(Box(*box.middle, 4, 4)).share(colour) == 1)
+        return window
 
     def close(self, pid, title):
         """Closes a window as the close button in its frame does."""

@@ -1,4 +1,4 @@
-"""Three panels, each configured down to a bar with nothing but the status area."""
+"""The panels, each configured down to a bar with nothing but the status area."""
 
 import os
 
@@ -17,7 +17,7 @@ def write(folder, path, text):
 
 
 class Panel:
-    """A bar along the upper or lower edge of the screen. `name` is part of the names of its tests."""
+    """A bar along one edge of the screen. `name` is part of the names of its tests."""
 
     name = ""
     program = ""
@@ -27,21 +27,30 @@ class Panel:
     has_watcher = True  # speaks StatusNotifierItem; otherwise only the older X11 tray
     further_buttons = (2, 3)  # mouse buttons that it forwards to the item, besides the first
     at_bottom = False
+    at_left = False
     screen = None  # the box of the panel's screen; None for the only one
+
+    def edge(self):
+        return "left" if self.at_left else "bottom" if self.at_bottom else "top"
 
     def bar(self, screen):
         """The bar's box on a screen of that box."""
+        if self.at_left:
+            return Box(screen.x, screen.y, BAR, screen.height)
         return Box(screen.x, screen.bottom - BAR if self.at_bottom else screen.y, screen.width, BAR)
 
     def work_area(self, screen):
+        if self.at_left:
+            return Box(screen.x + BAR, screen.y, screen.width - BAR, screen.height)
         return Box(screen.x, screen.y + (0 if self.at_bottom else BAR), screen.width, screen.height - BAR)
 
     def configure(self, config_home):
         """Writes the panel's configuration below `XDG_CONFIG_HOME`."""
         raise NotImplementedError
 
-    def command(self, config_home):
-        return [self.program]
+    def commands(self, config_home):
+        """The programs to start."""
+        return [[self.program]]
 
 
 class Xfce(Panel):
@@ -62,6 +71,7 @@ class Xfce(Panel):
     <property name="dark-mode" type="bool" value="false"/>
     <property name="panel-1" type="empty">
       <property name="position" type="string" value="p={8 if self.at_bottom else 6};x=0;y=0"/>
+      <property name="mode" type="uint" value="{int(self.at_left)}"/>
       <property name="output-name" type="string" value="{self.output}"/>
       <property name="length" type="uint" value="100"/>
       <property name="position-locked" type="bool" value="true"/>
@@ -87,8 +97,8 @@ class Xfce(Panel):
 </channel>
 """)
 
-    def command(self, config_home):
-        return [self.program, "--disable-wm-check"]
+    def commands(self, config_home):
+        return [[self.program, "--disable-wm-check"]]
 
 
 class Mate(Panel):
@@ -96,7 +106,7 @@ class Mate(Panel):
     program = "mate-panel"
     services = ("org.mate.panel.applet.NotificationAreaAppletFactory",)
     helpers = ("notification-area-applet",)
-    environment = {"XDG_CURRENT_DESKTOP": "MATE", "GSETTINGS_BACKEND": "keyfile"}
+    environment = {"XDG_CURRENT_DESKTOP": "MATE", "GSETTINGS_BACKEND": "keyfile", "GTK_THEME": "Adwaita:dark"}
 
     def configure(self, config_home):
         write(config_home, "glib-2.0/settings/keyfile", f"""[org/mate/panel/general]
@@ -105,7 +115,7 @@ object-id-list=['tray']
 
 [org/mate/panel/toplevels/bar]
 expand=true
-orientation='{'bottom' if self.at_bottom else 'top'}'
+orientation='{self.edge()}'
 size={BAR}
 screen=0
 monitor=0
@@ -135,7 +145,7 @@ border_width = 0
 background_color = #333333 100
 panel_items = FS
 panel_size = 100% {BAR}
-panel_position = {'bottom' if self.at_bottom else 'top'} center horizontal
+panel_position = {'center left vertical' if self.at_left else f'{self.edge()} center horizontal'}
 panel_background_id = 1
 panel_dock = 0
 wm_menu = 0
@@ -144,8 +154,8 @@ systray_padding = 2 2 2
 systray_icon_size = 24
 """)
 
-    def command(self, config_home):
-        return [self.program, "-c", os.path.join(config_home, "tint2/tint2rc")]
+    def commands(self, config_home):
+        return [[self.program, "-c", os.path.join(config_home, "tint2/tint2rc")]]
 
 
 PANELS = {panel.name: panel for panel in (Xfce, Mate, Tint2)}
