@@ -127,6 +127,12 @@ def test_popoverOpensAboveAPanelAtTheBottom(surroundings, panel):
     opened(desktop, agent, desktop.item_box())
 
 
+def test_popoverOpensBesideAPanelOnTheLeft(surroundings, panel):
+    panel.at_left = True
+    desktop, agent = started(surroundings, panel)
+    opened(desktop, agent, desktop.item_box())
+
+
 def test_panelStartedLaterShowsTheItem(surroundings, panel):
     desktop = Desktop(surroundings, panel)
     agent = desktop.start_agent()

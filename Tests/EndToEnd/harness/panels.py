@@ -158,4 +158,30 @@ systray_icon_size = 24
         return [[self.program, "-c", os.path.join(config_home, "tint2/tint2rc")]]
 
 
-PANELS = {panel.name: panel for panel in (Xfce, Mate, Tint2)}
+class Lxqt(Panel):
+    name = "lxqt"
+    program = "lxqt-panel"
+    environment = {"XDG_CURRENT_DESKTOP": "LXQt"}
+
+    def configure(self, config_home):
+        write(config_home, "lxqt/panel.conf", f"""[General]
+__userfile__=true
+panels=bar
+
+[bar]
+plugins=statusnotifier
+position={self.edge().capitalize()}
+panelSize={BAR}
+width=100
+width-percent=true
+background-color=#333333
+opacity=100
+animation-duration=0
+
+[statusnotifier]
+alignment=Right
+type=statusnotifier
+""")
+
+
+PANELS = {panel.name: panel for panel in (Xfce, Mate, Lxqt, Tint2)}
