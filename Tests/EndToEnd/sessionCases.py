@@ -5,10 +5,17 @@ import signal
 
 from harness.desktop import Desktop
 from harness.memory import Footprint
-from harness.panels import PANELS
-from harness.waiting import expect, expect_equal, settled, until
+from harness.panels import PANELS, write
+from harness.pictures import Box
+from harness.services import PowerManagement
+from harness.waiting import expect, expect_equal, settled, stays, until
 
 from panelCases import opened, started
+
+
+FOCUS_FOLLOWS_MOUSE = """<?xml version="1.0"?>
+<openbox_config xmlns="http://openbox.org/3.4/rc"><focus><followMouse>yes</followMouse></focus></openbox_config>
+"""
 
 
 def in_the_middle(popover, screen):
@@ -215,3 +222,55 @@ def test_openAndCloseLeavesNothingBehind(surroundings):
     expect(after.threads <= before.threads, f"threads grew: {before} -> {after}")
     if not surroundings.options.sanitized:  # a sanitizer keeps freed memory in quarantine
         expect(after.anonymous <= before.anonymous + 2, f"memory grew: {before} -> {after}")
+
+
+def test_windowThatTakesTheFocusFromThePointerLeavesThePopoverOpen(surroundings):
+    write(surroundings.config_home, "openbox/rc.xml", FOCUS_FOLLOWS_MOUSE)
+    desktop, agent = started(surroundings, PANELS["xfce"]())
+    item = desktop.item_box()
+    other = desktop.display.open_window(Box(200, 200, 500, 400), (192, 0, 192))
+    desktop.display.move((300, 300))
+    until("the window under the pointer has the keyboard", lambda: desktop.display.active_window() == other.id)
+    opened(desktop, agent, item)
+    desktop.display.move((300, 300))
+    stays("the popover is open", agent.popover, 0.5)
+    desktop.display.press("Escape")
+    agent.closed_popover()
+
+
+def test_itemIsInTwoPanelsAndStaysInTheOneThatIsLeft(surroundings):
+    first, second = PANELS["xfce"](), PANELS["mate"]()
+    second.at_bottom = True
+    desktop = Desktop(surroundings, first, services=second.services)
+    desktop.start_panel()
+    agent = desktop.start_agent()
+    desktop.item_box()
+    desktop.use_panel(second)
+    desktop.start_panel()
+    for panel in (second, first):
+        desktop.use_panel(panel)
+        opened(desktop, agent, desktop.item_box())
+        desktop.display.press("Escape")
+        agent.closed_popover()
+    desktop.kill_panel(is_only=False)
+    desktop.use_panel(second)
+    desktop.items.one()
+    opened(desktop, agent, desktop.item_box())
+
+
+def test_keepAwakeLastsUntilItIsTurnedOffOrTheProgramEnds(surroundings):
+    desktop = Desktop(surroundings)
+    service = PowerManagement(desktop.bus)
+    agent = desktop.start_agent()
+    until("the program reports that there is no tray", lambda: agent.output)
+    desktop.run("--toggle")
+    popover = agent.opened_popover()
+    cup = Box(popover.right - 104, popover.y + 16, 20, 20)
+    pictures = []
+    for is_on in (True, False, True):
+        desktop.display.click(cup.middle)
+        until(f"the computer is {'kept awake' if is_on else 'free to sleep'}", lambda: service.held() == is_on)
+        pictures.append(settled("the cup is drawn", lambda: desktop.display.picture(cup).data))
+    expect(pictures[0] == pictures[2] != pictures[1], "the cup does not show whether the computer is kept awake")
+    agent.end()
+    until("the computer is free to sleep again", lambda: not service.held())

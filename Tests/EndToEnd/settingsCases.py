@@ -6,9 +6,9 @@ import subprocess
 
 from Xlib import Xutil
 
-from harness.notifications import NotificationService
 from harness.processes import needed
 from harness.reader import PUSH_BUTTON
+from harness.services import NotificationService
 from harness.settings import SIZE, TITLE, Settings, spoken_lines, without_labels_of_values
 from harness.waiting import Failure, expect, expect_equal, stays, until
 
