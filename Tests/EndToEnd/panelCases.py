@@ -8,7 +8,7 @@ from Xlib import X
 from Xlib.ext import xtest
 
 from harness.bus import StatusItems
-from harness.desktop import ROOT_COLOUR, SHORTCUT, Desktop
+from harness.desktop import ROOT_COLOUR, Desktop
 from harness.waiting import expect, expect_equal, stays, until
 
 TEXT = "Tallyfox, 43 percent used"
@@ -136,7 +136,7 @@ def test_popoverOpensBesideAPanelOnTheLeft(surroundings, panel):
 def test_panelStartedLaterShowsTheItem(surroundings, panel):
     desktop = Desktop(surroundings, panel)
     agent = desktop.start_agent()
-    until("the agent owns its bus name", lambda: desktop.bus.has("org.tallyfox.tallyfox"))
+    until("the agent owns its bus name", desktop.has_agent)
     stays("the program is running without a panel", agent.is_running, 0.5)
     desktop.start_panel()
     item = desktop.item_box()
@@ -174,7 +174,7 @@ def test_secondStartToggleAndShortcutReachTheRunningProgram(surroundings, panel)
         run()
         agent.opened_popover()
     expect(desktop.work_area.contains(agent.popover()), "the popover leaves the work area")
-    for toggle in (lambda: run("--toggle"), lambda: desktop.display.press(*SHORTCUT)):
+    for toggle in (lambda: run("--toggle"), lambda: desktop.display.press(*desktop.shortcut)):
         toggle()
         agent.closed_popover()
         toggle()
@@ -189,11 +189,11 @@ def test_signalEndsTheProgramAndNothingIsLeft(surroundings, panel):
     for by in (signal.SIGTERM, signal.SIGINT):
         agent = desktop.start_agent()
         opened(desktop, agent, desktop.item_box())
-        expect(desktop.bus.has("org.tallyfox.tallyfox"), "the program has no bus name")
+        expect(desktop.has_agent(), "the program has no bus name")
         agent.end(by)
         desktop.display.move((5, desktop.display.box.height // 2))
         until("the item is gone", lambda: not desktop.has_item())
-        expect(not desktop.bus.has("org.tallyfox.tallyfox"), "the bus name has not been given back")
+        expect(not desktop.has_agent(), "the bus name has not been given back")
         left = [name for name in os.listdir(surroundings.runtime) if "tallyfox" in name]
         expect_equal(left, [], "files in the runtime folder")
         agent.expect_output([])

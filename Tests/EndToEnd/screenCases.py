@@ -1,6 +1,8 @@
-"""The popover on scaled, several and disappearing screens, and the shortcut on another keyboard layout."""
+"""The popover on scaled, several and disappearing screens, and the shortcut on several keyboards."""
 
-from harness.desktop import SHORTCUT, Desktop
+from Xlib import X
+
+from harness.desktop import Desktop
 from harness.display import Display, virtual_server
 from harness.panels import PANELS
 from harness.pictures import Box
@@ -39,7 +41,7 @@ def test_popoverMovesWhenItsScreenDisappears(surroundings):
     display = SeveralScreens(surroundings.processes, [left, right])
     desktop = Desktop(surroundings, display=display)
     agent = desktop.start_agent()
-    until("the program reports that there is no tray", lambda: agent.output)
+    until("the agent is there", desktop.has_agent)
     display.move(right.middle)
     desktop.run("--toggle")
     agent.opened_popover()
@@ -56,12 +58,22 @@ def test_popoverMovesWhenItsScreenDisappears(surroundings):
 def test_shortcutFollowsTheKeyboardLayout(surroundings):
     desktop = Desktop(surroundings)
     agent = desktop.start_agent()
-    until("the program reports that there is no tray", lambda: agent.output)
+    until("the agent is there", desktop.has_agent)
     former = desktop.display.key("b")
     desktop.display.set_layout("us", "dvorak")
     expect(desktop.display.key("b") != former, "both layouts have the key in the same place")
     desktop.open_by_key(agent)
-    desktop.display.press(*SHORTCUT)
+    desktop.display.press(*desktop.shortcut)
     agent.closed_popover()
-    desktop.display.press(*SHORTCUT[:2], former)
+    desktop.display.press(*desktop.shortcut[:2], former)
     stays("the key of the former layout does nothing", lambda: not agent.popover(), 0.5)
+
+
+def test_shortcutWorksWhateverLocksAreOn(surroundings):
+    desktop = Desktop(surroundings)
+    agent = desktop.start_agent()
+    for locks in (0, X.Mod2Mask, X.LockMask, X.LockMask | X.Mod2Mask):
+        desktop.display.set_locks(locks)
+        desktop.open_by_key(agent)
+        desktop.display.press(*desktop.shortcut)
+        agent.closed_popover()

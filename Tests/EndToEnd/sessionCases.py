@@ -118,16 +118,16 @@ def test_everyStartSucceedsOnAServerThatResets(surroundings):
         server = f":{numbers.readline().strip()}"
     for number in range(10):
         agent = desktop.start_agent(name=f"agent-{number}", environment={"DISPLAY": server})
-        until("the agent is there", lambda: desktop.bus.has("org.tallyfox.tallyfox") or not agent.is_running())
+        until("the agent is there", lambda: desktop.has_agent() or not agent.is_running())
         expect(agent.is_running(), f"start {number} failed: {agent.output}")
         agent.end()
-        until("its name is free", lambda: not desktop.bus.has("org.tallyfox.tallyfox"))
+        until("its name is free", lambda: not desktop.has_agent())
 
 
 def test_agentOutlivesItsTerminal(surroundings):
     desktop = Desktop(surroundings)
     agent = desktop.start_agent()
-    until("the agent is there", lambda: desktop.bus.has("org.tallyfox.tallyfox"))
+    until("the agent is there", desktop.has_agent)
     os.kill(agent.pid, signal.SIGHUP)
     desktop.run("--toggle")
     agent.opened_popover()
@@ -143,7 +143,7 @@ def test_agentReportsThatItIsReady(surroundings):
     with os.fdopen(reader, encoding="utf-8") as notice:
         expect_equal(notice.read(), "ready\n", "notice")  # to its end: the program keeps no end of the pipe
     expect(agent.poll() is None, "the agent has ended")
-    expect(desktop.bus.has("org.tallyfox.tallyfox"), "the agent is not there yet")
+    expect(desktop.has_agent(), "the agent is not there yet")
 
 
 def test_oneOfSeveralSimultaneousStartsBecomesTheAgent(surroundings):
@@ -262,7 +262,7 @@ def test_keepAwakeLastsUntilItIsTurnedOffOrTheProgramEnds(surroundings):
     desktop = Desktop(surroundings)
     service = PowerManagement(desktop.bus)
     agent = desktop.start_agent()
-    until("the program reports that there is no tray", lambda: agent.output)
+    until("the agent is there", desktop.has_agent)
     desktop.run("--toggle")
     popover = agent.opened_popover()
     cup = Box(popover.right - 104, popover.y + 16, 20, 20)

@@ -1,9 +1,6 @@
 """The popover and the settings among windows of other programs. Each function test_… runs once for each window manager:
 openbox, with the panel of Xfce."""
 
-from Xlib import X
-
-from harness.desktop import SHORTCUT
 from harness.pictures import Box
 from harness.settings import SIZE, TITLE
 from harness.waiting import expect_equal, stays, until
@@ -51,12 +48,3 @@ def test_settingsComeToTheFront(surroundings, panel):
     until("the settings have the keyboard again", lambda: desktop.display.active_window() == window.id)
     until("the settings are in front", lambda: desktop.display.picture(settings()[0][1]).share(OTHER) < 0.01)
     expect_equal(desktop.display.titles_of(agent.pid), [TITLE], "titles of windows")
-
-
-def test_shortcutWorksWhateverLocksAreOn(surroundings, panel):
-    desktop, agent = started(surroundings, panel)
-    for locks in (0, X.Mod2Mask, X.LockMask, X.LockMask | X.Mod2Mask):
-        desktop.display.set_locks(locks)
-        desktop.open_by_key(agent)
-        desktop.display.press(*SHORTCUT)
-        agent.closed_popover()

@@ -9,13 +9,12 @@ import uuid
 from .bus import Bus, StatusItems
 from .codex import FakeCodex
 from .display import Display, virtual_server
-from .panels import BACKGROUND
+from .panels import BACKGROUND, Panel
 from .pictures import Box
 from .processes import SUBJECT_MARK, Processes, command_line
 from .waiting import expect, expect_equal, settled, stays, until
 
 ROOT_COLOUR = (0, 0, 0)  # of the empty display
-SHORTCUT = ("Super_L", "Alt_L", "b")
 POPOVER_SIZE = (420, 680)  # logical pixels
 
 
@@ -132,19 +131,27 @@ class Desktop:
     def item_box(self):
         return self.item_picture().box
 
+    @property
+    def shortcut(self):
+        return (self.panel or Panel).shortcut
+
     def open_by_key(self, agent):
         """Opens the popover by the shortcut, which the program registers a little after its item. Returns its box."""
         pressed = [0.0]
 
         def popover():
             if time.monotonic() - pressed[0] > 1:
-                self.display.press(*SHORTCUT)
+                self.display.press(*self.shortcut)
                 pressed[0] = time.monotonic()
             return agent.popover()
         until("the shortcut opens the popover", popover)
         return agent.opened_popover()
 
     # ---- The program ----
+
+    def has_agent(self):
+        """Whether an agent accepts requests on the session bus."""
+        return self.bus.has("org.tallyfox.tallyfox")
 
     def start_agent(self, *arguments, name="agent", environment=None):
         """Starts the program as the agent, with the home folder of the test."""

@@ -26,6 +26,7 @@ class Panel:
     environment = {}
     has_watcher = True  # speaks StatusNotifierItem; otherwise only the older X11 tray
     further_buttons = (2, 3)  # mouse buttons that it forwards to the item, besides the first
+    shortcut = ("Super_L", "Alt_L", "b")  # in the order in which the keys are pressed
     at_bottom = False
     at_left = False
     screen = None  # the box of the panel's screen; None for the only one
