@@ -50,6 +50,8 @@ target_compile_options(tallyfoxOptions INTERFACE
     -Wnon-virtual-dtor -Woverloaded-virtual -Wimplicit-fallthrough
     # A new provider does not compile until every table of providers has a complete row for it.
     -Werror=switch -Werror=missing-field-initializers
+    # A C header of xcb has members whose name is a keyword of C++, which a macro renames.
+    $<$<CXX_COMPILER_ID:Clang>:-Wno-keyword-macro>
     $<$<BOOL:${TALLYFOX_WERROR}>:-Werror>)
 
 # Hardening. Sanitizers bring their own checks and do not mix with _FORTIFY_SOURCE.
