@@ -108,20 +108,21 @@ def test_displayThatCannotBeOpenedIsReportedInOneLine(surroundings):
         expect(output.startswith("tallyfox: ") and reason in output, output)
 
 
-def test_everyStartSucceedsOnAServerThatResets(surroundings):
-    """A server resets when its last client leaves, and drops those that are just connecting."""
+def test_onlyClientOfAServerStartsEachTime(surroundings):
+    """Such a server resets when its last client leaves, and drops those that are just connecting."""
     desktop = Desktop(surroundings, window_manager=False)
-    reader, writer = os.pipe()
-    surroundings.processes.start("reset", ["Xvfb", "-displayfd", str(writer), "-nolisten", "tcp"], pass_fds=[writer])
-    os.close(writer)
-    with os.fdopen(reader, encoding="utf-8") as numbers:
-        server = f":{numbers.readline().strip()}"
-    for number in range(10):
-        agent = desktop.start_agent(name=f"agent-{number}", environment={"DISPLAY": server})
+    for number in range(8):
+        reader, writer = os.pipe()
+        server = surroundings.processes.start(f"server-{number}", ["Xvfb", "-displayfd", str(writer), "-nolisten", "tcp"],
+                                              pass_fds=[writer])
+        os.close(writer)
+        with os.fdopen(reader, encoding="utf-8") as numbers:
+            display = f":{numbers.readline().strip()}"
+        agent = desktop.start_agent(name=f"agent-{number}", environment={"DISPLAY": display})
         until("the agent is there", lambda: desktop.has_agent() or not agent.is_running())
         expect(agent.is_running(), f"start {number} failed: {agent.output}")
         agent.end()
-        until("its name is free", lambda: not desktop.has_agent())
+        surroundings.processes.end([server.pid])
 
 
 def test_agentOutlivesItsTerminal(surroundings):
