@@ -91,7 +91,7 @@ def test_freshAccountHasDefaultsAndNoFileUntilTheFirstChange(surroundings):
 
 def test_everyChangeIsStoredAndShownAgain(surroundings):
     settings = Settings(surroundings)
-    settings.service = NotificationService(settings.desktop.bus)  # without one, the toggle would go back
+    NotificationService(settings.desktop.bus)  # without one, the toggle would go back
     wanted = {"refreshMinutes": "30"}
     settings.choose_last_interval(INTERVALS)
     for tab, toggles in TOGGLES.items():
@@ -101,7 +101,6 @@ def test_everyChangeIsStoredAndShownAgain(surroundings):
             settings.expect_toggle(name, not is_on)
             wanted[key] = str(not is_on).lower()
             settings.expect_stored(**wanted)
-    settings.service.calls()
     for (name, key), percent in zip(THRESHOLDS.items(), (35, 95)):
         settings.slider(name).set_value(percent)
         settings.expect_slider(name, percent)
@@ -203,13 +202,13 @@ def test_notificationsStayOnWithAServiceAndNothingIsPosted(surroundings):
     service = NotificationService(settings.desktop.bus)
     settings.choose("Notifications")
     settings.switch("Notifications")
-    until("the service is called", service.calls)
+    until("the service is called", lambda: service.calls)
     settings.slider("Codex threshold").set_value(95)  # far above the remaining quota
     stays("the toggle is on", lambda: settings.toggle("Notifications").is_on, 1)
     settings.expect_stored(notificationsEnabled="true", codexThreshold="95")
     settings.switch("Notifications")
     settings.expect_toggle("Notifications", False)
-    expect_equal(service.calls(), ["GetCapabilities"], "calls to the service")
+    expect_equal(service.calls, ["GetCapabilities"], "calls to the service")
 
 
 def test_reopenedWindowHasItsOldPlaceAndTab(surroundings):

@@ -1,5 +1,7 @@
 """Fake services of the session bus, which record the calls that they get."""
 
+import threading
+
 import gi
 
 gi.require_version("Gio", "2.0")
@@ -9,28 +11,29 @@ from .waiting import until
 
 
 class FakeService:
-    """A service with one object. `answer(sender, method, arguments)` returns the reply to a call as a variant."""
+    """A service with one object. `answer(sender, method, arguments)` returns the reply to a call as a variant; it runs on
+    a thread of its own, so that the program never waits for the test."""
 
     def __init__(self, bus, name, path, interface):
         self.bus = bus
-        self._calls = []
-        self._connection = bus.connect()
-        self._connection.register_object(path, Gio.DBusNodeInfo.new_for_xml(interface).interfaces[0], self._handle)
-        Gio.bus_own_name_on_connection(self._connection, name, Gio.BusNameOwnerFlags.NONE, None, None)
-        until("the service owns its bus name", lambda: self.calls() or bus.has(name))
+        self.calls = []  # the methods called so far
+        threading.Thread(target=self._serve, args=(name, path, interface), daemon=True).start()
+        until("the service owns its bus name", lambda: bus.has(name))
+
+    def _serve(self, name, path, interface):
+        context = GLib.MainContext()
+        context.push_thread_default()
+        connection = self.bus.connect()
+        connection.register_object(path, Gio.DBusNodeInfo.new_for_xml(interface).interfaces[0], self._handle)
+        Gio.bus_own_name_on_connection(connection, name, Gio.BusNameOwnerFlags.NONE, None, None)
+        GLib.MainLoop.new(context, False).run()
 
     def _handle(self, _connection, sender, _path, _interface, method, arguments, invocation):
-        self._calls.append(method)
+        self.calls.append(method)
         invocation.return_value(self.answer(sender, method, arguments.unpack()))
 
     def answer(self, sender, method, arguments):
         raise NotImplementedError
-
-    def calls(self):
-        """The methods called so far. Answers pending calls first."""
-        while GLib.MainContext.default().iteration(False):
-            pass
-        return list(self._calls)
 
 
 class NotificationService(FakeService):
@@ -76,5 +79,4 @@ class PowerManagement(FakeService):
 
     def held(self):
         """How many inhibitions are in force: until they are given back, or their owner leaves the bus."""
-        self.calls()
-        return sum(self.bus.has(owner) for owner in self._owners.values())
+        return sum(self.bus.has(owner) for owner in list(self._owners.values()))
