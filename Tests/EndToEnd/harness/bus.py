@@ -77,6 +77,11 @@ class Bus:
             return len(seen)
         return count
 
+    def unique_names(self):
+        """The name of each connection."""
+        names = self.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "ListNames")[0]
+        return [name for name in names if name.startswith(":")]
+
     def has(self, name):
         return self.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "NameHasOwner",
                          GLib.Variant("(s)", (name,)))[0]
