@@ -18,7 +18,7 @@ def expect_equal(actual, expected, what):
     expect(actual == expected, f"{what}: {actual!r} instead of {expected!r}")
 
 
-def until(what, condition, timeout=TIMEOUT, interval=0.01):
+def until(what, condition, timeout=TIMEOUT, interval=0.02):
     """Waits until `condition()` is truthy and returns its value. After `timeout` seconds it fails with `what`."""
     deadline = time.monotonic() + timeout
     while True:
