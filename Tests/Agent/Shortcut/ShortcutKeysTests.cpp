@@ -72,6 +72,17 @@ TEST(ShortcutKeys, superAndAltOnOneModifierHaveNoShortcut)
     EXPECT_EQ(findShortcutKeys(keyboard), std::nullopt) << "Alt+B alone would be taken from every program";
 }
 
+TEST(ShortcutKeys, keysOfSuperAreThoseOfItsModifier)
+{
+    Keyboard keyboard = usualKeyboard();
+    EXPECT_THAT(findSuperKeys(keyboard), ElementsAre(133));
+    keyboard.keys[134] = {{0xffec}};
+    EXPECT_THAT(findSuperKeys(keyboard), ElementsAre(133)) << "a key that is no modifier";
+    keyboard.modifiers.at(5) = {134};
+    EXPECT_THAT(findSuperKeys(keyboard), ElementsAre(134, 133));
+    EXPECT_TRUE(findSuperKeys(Keyboard{}).empty());
+}
+
 TEST(ShortcutKeys, keyIsThatOfTheLayoutInUse)
 {
     Keyboard keyboard = usualKeyboard();

@@ -1,7 +1,9 @@
-#include "Support/Agent/PrivateDisplay.h"
+#include "Support/Agent/OtherClient.h"
 
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
+
+#include <xcb/xproto.h>
 
 namespace tallyfox::test {
 namespace {
@@ -10,6 +12,8 @@ using namespace std::chrono_literals;
 
 const QString activated = QStringLiteral("activated");
 const QString shown = QStringLiteral("shown");
+const QString inForce = QStringLiteral("in force");
+const QString notInForce = QStringLiteral("not in force");
 constexpr const char* shortcut = "super+alt+b";
 
 // Key codes, which do not depend on the layout.
@@ -54,6 +58,11 @@ protected:
     void pressWithModifiers(std::uint8_t code)
     {
         m_display.pressCodes({leftSuper, leftAlt, code});
+    }
+
+    static void check(Probe& probe)
+    {
+        probe.process().write("c");
     }
 
     /// Presses the keys and releases them after the server has begun to repeat them.
@@ -219,6 +228,67 @@ TEST_F(X11Shortcut, keysOfAnotherProgramStayWithIt)
     expectNothing(*second);
     EXPECT_EQ(second->process().readAllStandardError().toStdString(), "") << "a refused grab is not printed";
     EXPECT_EQ(second->process().state(), QProcess::Running);
+}
+
+TEST_F(X11Shortcut, grabbedKeysAreInForce)
+{
+    const auto probe = start({QStringLiteral("--states")});
+    EXPECT_EQ(probe->nextLine(), inForce);
+    ASSERT_TRUE(press(shortcut));
+    EXPECT_EQ(probe->nextLine(), activated);
+    check(*probe);
+    expectNothing(*probe);
+    ASSERT_TRUE(press(shortcut));
+    EXPECT_EQ(probe->nextLine(), activated);
+}
+
+TEST_F(X11Shortcut, keysThatAnotherClientHasAreNotInForceUntilItEnds)
+{
+    std::optional<OtherClient> other{std::in_place, m_display};
+    ASSERT_TRUE(other->grab(XCB_MOD_MASK_1 | XCB_MOD_MASK_4, qwertyB));
+    const auto probe = start({QStringLiteral("--states")});
+    EXPECT_EQ(probe->nextLine(), notInForce);
+    check(*probe);
+    expectNothing(*probe);
+    other.reset();
+    check(*probe);
+    EXPECT_EQ(probe->nextLine(), inForce);
+    ASSERT_TRUE(press(shortcut));
+    EXPECT_EQ(probe->nextLine(), activated);
+}
+
+TEST_F(X11Shortcut, keysAreNotInForceWhileTheWindowManagerHasTheSuperKey)
+{
+    const auto probe = start({QStringLiteral("--states")});
+    EXPECT_EQ(probe->nextLine(), inForce);
+    std::optional<OtherClient> manager{std::in_place, m_display};
+    ASSERT_TRUE(manager->grabAlone(leftSuper));
+    check(*probe);
+    EXPECT_EQ(probe->nextLine(), notInForce);
+    ASSERT_TRUE(press(shortcut));
+    expectNothing(*probe);
+    manager.reset();
+    check(*probe);
+    EXPECT_EQ(probe->nextLine(), inForce);
+    ASSERT_TRUE(press(shortcut));
+    EXPECT_EQ(probe->nextLine(), activated);
+}
+
+TEST_F(X11Shortcut, superKeyIsLeftToWindowManagersThatStartLater)
+{
+    const auto probe = start({QStringLiteral("--states")});
+    EXPECT_EQ(probe->nextLine(), inForce);
+    OtherClient manager{m_display};
+    EXPECT_TRUE(manager.grabAlone(leftSuper));
+}
+
+TEST_F(X11Shortcut, keyboardWithoutSuperIsNotInForce)
+{
+    ASSERT_TRUE(m_display.run(QStringLiteral("xmodmap"), {QStringLiteral("-e"), QStringLiteral("clear mod4")}));
+    const auto probe = start({QStringLiteral("--states")});
+    EXPECT_EQ(probe->nextLine(), notInForce);
+    ASSERT_TRUE(run("setxkbmap -layout us"));
+    EXPECT_EQ(probe->nextLine(), inForce);
 }
 
 TEST_F(X11Shortcut, keysAreReleasedWhenTheirProgramEnds)

@@ -20,7 +20,7 @@ class DesktopShortcut : public GlobalShortcut {
 public:
     DesktopShortcut()
     {
-        for (const ShortcutBackEnd backEnd : shortcutBackEnds(QGuiApplication::platformName(), isWaylandSession())) {
+        for (const ShortcutBackEnd backEnd : shortcutBackEnds(QGuiApplication::platformName(), m_isWayland)) {
             switch (backEnd) {
             case ShortcutBackEnd::portal:
                 askPortal();
@@ -31,6 +31,12 @@ public:
             }
         }
         grabUnless(false);
+    }
+
+    void check() override
+    {
+        if (m_grab)
+            m_grab->check();
     }
 
 private:
@@ -47,19 +53,41 @@ private:
     /// While the portal's shortcut is bound, a grab would report the same keys a second time.
     void grabUnless(bool isBound)
     {
+        m_isBound = isBound;
         m_grab.reset();
-        if (isBound || !m_connection)
-            return;
-        m_grab = std::make_unique<X11Shortcut>(m_connection);
-        connect(m_grab.get(), &GlobalShortcut::activated, this, &GlobalShortcut::activated);
+        if (!isBound && m_connection) {
+            m_grab = std::make_unique<X11Shortcut>(m_connection);
+            connect(m_grab.get(), &GlobalShortcut::activated, this, &GlobalShortcut::activated);
+            connect(m_grab.get(), &GlobalShortcut::stateChanged, this, &DesktopShortcut::update);
+        }
+        update();
     }
 
+    /// Under Wayland a grab works only while an X11 window has the focus.
+    void update()
+    {
+        if (m_isBound)
+            setState(ShortcutState::inForce);
+        else
+            setState(m_grab && !m_isWayland ? m_grab->state() : ShortcutState::notInForce);
+    }
+
+    bool m_isWayland = isWaylandSession();
+    bool m_isBound = false; ///< by the portal
     xcb_connection_t* m_connection = nullptr; ///< for grabs; null without that back end
     std::unique_ptr<X11Shortcut> m_grab;
     std::unique_ptr<PortalShortcut> m_portal;
 };
 
 } // namespace
+
+void GlobalShortcut::setState(ShortcutState state)
+{
+    if (m_state == state)
+        return;
+    m_state = state;
+    Q_EMIT stateChanged(state);
+}
 
 std::vector<ShortcutBackEnd> shortcutBackEnds(QStringView platform, bool isWaylandSession)
 {

@@ -8,18 +8,39 @@
 
 namespace tallyfox {
 
+/// What becomes of the keys.
+enum class ShortcutState {
+    notInForce, ///< they do nothing, or only while certain windows have the focus
+    inForce,
+};
+
 /// Super+Alt+B, whichever window has the focus. Must be destroyed before the application object. It is not an error
-/// when the desktop refuses the shortcut or another program has the keys: the shortcut then does nothing.
+/// when the desktop refuses the shortcut or another program has the keys: the shortcut is then not in force.
 class GlobalShortcut : public QObject {
     Q_OBJECT
 
 public:
     using QObject::QObject;
 
+    [[nodiscard]] ShortcutState state() const
+    {
+        return m_state;
+    }
+
+    /// Finds out what the desktop does not report by itself: `state` may change now, or later.
+    virtual void check() { }
+
 Q_SIGNALS:
     /// The keys have been pressed; once, however long they are held. From the event loop, not while the key event is
     /// handled.
     void activated();
+    void stateChanged(ShortcutState state);
+
+protected:
+    void setState(ShortcutState state);
+
+private:
+    ShortcutState m_state = ShortcutState::notInForce;
 };
 
 /// What can provide a session's global shortcut.

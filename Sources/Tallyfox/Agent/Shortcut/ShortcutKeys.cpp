@@ -1,6 +1,7 @@
 #include "Tallyfox/Agent/Shortcut/ShortcutKeys.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace tallyfox {
 
@@ -25,13 +26,19 @@ bool hasSymbol(const std::vector<Keyboard::Group>& groups, std::uint32_t symbol)
     });
 }
 
+/// Whether one of the groups of `key` has either symbol.
+bool isKeyOf(const Keyboard& keyboard, std::uint8_t key, std::uint32_t symbol, std::uint32_t other)
+{
+    const auto found = keyboard.keys.find(key);
+    return found != keyboard.keys.end() && (hasSymbol(found->second, symbol) || hasSymbol(found->second, other));
+}
+
 /// The mask of the first modifier with a key for either symbol; 0 without one.
 std::uint16_t findModifier(const Keyboard& keyboard, std::uint32_t symbol, std::uint32_t other)
 {
     for (unsigned index = firstNamelessModifier; index < keyboard.modifiers.size(); ++index) {
         for (const std::uint8_t key : keyboard.modifiers.at(index)) {
-            const auto found = keyboard.keys.find(key);
-            if (found != keyboard.keys.end() && (hasSymbol(found->second, symbol) || hasSymbol(found->second, other)))
+            if (isKeyOf(keyboard, key, symbol, other))
                 return static_cast<std::uint16_t>(1U << index);
         }
     }
@@ -78,6 +85,16 @@ std::vector<std::uint16_t> ShortcutKeys::combinations() const
         all.push_back(static_cast<std::uint16_t>(modifiers | part));
     all.push_back(modifiers);
     return all;
+}
+
+std::vector<std::uint8_t> findSuperKeys(const Keyboard& keyboard)
+{
+    std::vector<std::uint8_t> found;
+    for (const std::vector<std::uint8_t>& modifier : keyboard.modifiers) {
+        std::copy_if(modifier.begin(), modifier.end(), std::back_inserter(found),
+                     [&](std::uint8_t key) { return isKeyOf(keyboard, key, superLeft, superRight); });
+    }
+    return found;
 }
 
 std::optional<ShortcutKeys> findShortcutKeys(const Keyboard& keyboard)

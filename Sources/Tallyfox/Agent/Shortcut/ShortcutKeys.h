@@ -31,6 +31,9 @@ struct ShortcutKeys {
     friend bool operator==(const ShortcutKeys&, const ShortcutKeys&) = default;
 };
 
+/// The keys of Super that are modifiers of a keyboard.
+std::vector<std::uint8_t> findSuperKeys(const Keyboard& keyboard);
+
 /// Super+Alt+B on a keyboard. Nothing without Super or Alt, or with both on one modifier. In a layout without a B, like
 /// the Russian one, the key is where another of the user's layouts has it, or else where most keyboards have it.
 std::optional<ShortcutKeys> findShortcutKeys(const Keyboard& keyboard);

@@ -11,6 +11,7 @@
 #define explicit isExplicit
 #include <xcb/xkb.h>
 #undef explicit
+#include <xcb/xinput.h>
 
 namespace tallyfox {
 
@@ -88,6 +89,36 @@ void forEachGrab(xcb_connection_t* connection, const ShortcutKeys& keys, const A
     }
 }
 
+/// Whether another client has grabbed one of the keys, alone, through the input extension as window managers do. Tried
+/// by grabbing: the server is ours meanwhile, so that no window manager starts in between and misses its key.
+bool isAnyKeyGrabbed(xcb_connection_t* connection, const std::vector<std::uint8_t>& keys)
+{
+    constexpr std::uint32_t events = XCB_INPUT_XI_EVENT_MASK_KEY_PRESS;
+    constexpr std::uint32_t noModifiers = 0;
+    const xcb_query_extension_reply_t* extension = xcb_get_extension_data(connection, &xcb_input_id);
+    if (!extension || !extension->present)
+        return false;
+    std::vector<xcb_input_xi_passive_grab_device_cookie_t> grabs;
+    xcb_grab_server(connection);
+    for (const xcb_window_t root : rootWindows(connection)) {
+        for (const std::uint8_t key : keys) {
+            grabs.push_back(xcb_input_xi_passive_grab_device(
+                connection, XCB_CURRENT_TIME, root, XCB_NONE, key, XCB_INPUT_DEVICE_ALL_MASTER, 1, 1,
+                XCB_INPUT_GRAB_TYPE_KEYCODE, XCB_INPUT_GRAB_MODE_22_ASYNC, XCB_INPUT_GRAB_MODE_22_ASYNC,
+                XCB_INPUT_GRAB_OWNER_NO_OWNER, &events, &noModifiers));
+            xcb_input_xi_passive_ungrab_device(connection, root, key, XCB_INPUT_DEVICE_ALL_MASTER, 1,
+                                               XCB_INPUT_GRAB_TYPE_KEYCODE, &noModifiers);
+        }
+    }
+    xcb_ungrab_server(connection);
+    const auto refused = std::count_if(grabs.begin(), grabs.end(), [&](const auto& grab) {
+        const XcbReply<xcb_input_xi_passive_grab_device_reply_t> reply{
+            xcb_input_xi_passive_grab_device_reply(connection, grab, nullptr)};
+        return reply && reply->num_modifiers > 0; // the modifiers whose grab has failed
+    });
+    return refused > 0;
+}
+
 } // namespace
 
 X11Keyboard::X11Keyboard(xcb_connection_t* connection)
@@ -145,6 +176,11 @@ X11Shortcut::~X11Shortcut()
     xcb_flush(m_connection);
 }
 
+void X11Shortcut::check()
+{
+    updateState();
+}
+
 bool X11Shortcut::nativeEventFilter(const QByteArray& type, void* message, qintptr*)
 {
     if (type != "xcb_generic_event_t")
@@ -182,20 +218,29 @@ void X11Shortcut::updateGrab()
         return;
     release();
     m_keys = keys;
-    grab();
+    updateState();
 }
 
-void X11Shortcut::grab()
+void X11Shortcut::updateState()
 {
-    if (!m_keys)
-        return;
-    forEachGrab(m_connection, *m_keys, [this](xcb_window_t root, std::uint16_t modifiers, xcb_keycode_t key) {
-        const auto cookie =
-            xcb_grab_key_checked(m_connection, 1, root, modifiers, key, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-        // Otherwise Qt would print the error of a refused grab.
-        xcb_discard_reply(m_connection, cookie.sequence);
+    const bool isInForce = grab() && !isAnyKeyGrabbed(m_connection, findSuperKeys(m_keyboard));
+    setState(isInForce ? ShortcutState::inForce : ShortcutState::notInForce);
+}
+
+/// Returns whether all of them are ours; they may have been before.
+bool X11Shortcut::grab()
+{
+    std::vector<xcb_void_cookie_t> grabs;
+    if (m_keys) {
+        forEachGrab(m_connection, *m_keys, [&](xcb_window_t root, std::uint16_t modifiers, xcb_keycode_t key) {
+            grabs.push_back(
+                xcb_grab_key_checked(m_connection, 1, root, modifiers, key, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
+        });
+    }
+    const auto refused = std::count_if(grabs.begin(), grabs.end(), [this](xcb_void_cookie_t grab) {
+        return XcbReply<xcb_generic_error_t>{xcb_request_check(m_connection, grab)} != nullptr;
     });
-    xcb_flush(m_connection);
+    return !grabs.empty() && refused == 0;
 }
 
 void X11Shortcut::release()

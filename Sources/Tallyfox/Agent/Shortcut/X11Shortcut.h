@@ -30,7 +30,9 @@ private:
 };
 
 /// A grab of the keys, on the application's own connection: while one of its popups has the keyboard, no other client's
-/// grab gets the keys. Keys that another program has grabbed stay with that program.
+/// grab gets the keys. Keys that another program has grabbed stay with that program. Window managers that grab the
+/// Super key, to show an overview when it is pressed alone, keep the keys that follow: no other client's grab gets
+/// those.
 class X11Shortcut : public GlobalShortcut, private QAbstractNativeEventFilter {
     Q_OBJECT
 
@@ -40,11 +42,16 @@ public:
     /// Releases the keys.
     ~X11Shortcut() override;
 
+    /// Grabs the keys once more that were refused, and finds out whether they would arrive: the server reports neither
+    /// by itself. Blocks for its replies.
+    void check() override;
+
 private:
     bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
     bool handlePress(const xcb_key_press_event_t& press);
     void updateGrab();
-    void grab();
+    void updateState();
+    [[nodiscard]] bool grab();
     void release();
 
     xcb_connection_t* m_connection;
