@@ -150,9 +150,10 @@ private:
     {
         require(said.kind == WireMessage::Kind::call, "clients send calls only");
         m_ledger.noteCall(said);
-        if (said.member == "RegisterStatusNotifierItem" || said.member == "Get") {
+        const bool isWatchersProperty = said.member == "Get" && said.textAt(0) == "org.kde.StatusNotifierWatcher";
+        if (said.member == "RegisterStatusNotifierItem" || isWatchersProperty) {
             require(!said.destination.empty() && said.destination[0] == ':', "a call is for one watcher only");
-            require(said.member == "Get" || said.textAt(0) == HostileBus::uniqueName,
+            require(isWatchersProperty || said.textAt(0) == HostileBus::uniqueName,
                     "the item is registered under the program's name");
         }
         if (!said.wantsAnswer())

@@ -7,6 +7,8 @@
 #include "Tallyfox/Agent/KeepAwake/InhibitionRequest.h"
 #include "Tallyfox/Agent/Shortcut/PortalShortcut.h"
 
+#include <utility>
+
 namespace tallyfox {
 
 BusClient::BusClient(BusClientKind kind, const QDBusConnection& bus)
@@ -60,11 +62,8 @@ void BusClient::make(const QDBusConnection& bus)
         keep(m_inhibitor->begin(reason));
         break;
     case BusClientKind::portalShortcut:
-        m_shortcut = &keep(std::make_unique<PortalShortcut>(bus));
-        QObject::connect(m_shortcut, &PortalShortcut::activated, m_shortcut, [this] { ++m_activated; });
-        QObject::connect(m_shortcut, &PortalShortcut::boundChanged, m_shortcut, [this](bool isBound) {
-            require(isBound != std::exchange(m_wasBound, isBound), "the binding has changed when it is reported");
-        });
+        observe(keep(std::make_unique<PortalShortcut>(bus)));
+        m_shortcut->request();
         break;
     case BusClientKind::statusNotifierWatch:
         m_watch = &keep(std::make_unique<StatusNotifierWatch>(bus));
@@ -78,6 +77,16 @@ void BusClient::make(const QDBusConnection& bus)
         ask();
         break;
     }
+}
+
+void BusClient::observe(GlobalShortcut& shortcut)
+{
+    m_shortcut = &shortcut;
+    QObject::connect(&shortcut, &GlobalShortcut::activated, &shortcut, [this] { ++m_activated; });
+    QObject::connect(&shortcut, &GlobalShortcut::stateChanged, &shortcut,
+                     [before = shortcut.state()](ShortcutState state) mutable {
+                         require(state != std::exchange(before, state), "the state has changed when it is reported");
+                     });
 }
 
 void BusClient::end()
@@ -107,7 +116,7 @@ std::string_view BusClient::service() const
 
 bool BusClient::isBound() const
 {
-    return m_shortcut && m_wasBound;
+    return m_shortcut && m_shortcut->state() == ShortcutState::inForce;
 }
 
 StatusNotifierHost BusClient::host() const
@@ -117,6 +126,10 @@ StatusNotifierHost BusClient::host() const
 
 void BusClient::ask()
 {
+    if (m_shortcut) {
+        m_shortcut->check();
+        m_shortcut->request();
+    }
     if (!m_center)
         return;
     const std::size_t place = m_completions.size();

@@ -9,8 +9,8 @@
 
 namespace tallyfox {
 
+class GlobalShortcut;
 class NotificationCenter;
-class PortalShortcut;
 
 enum class BusClientKind {
     powerManagement,
@@ -67,7 +67,7 @@ public:
     }
     /// Of a watch.
     [[nodiscard]] StatusNotifierHost host() const;
-    /// Makes another request to a notification center.
+    /// Makes another request to a notification center, or for a portal's shortcut.
     void ask();
     [[nodiscard]] const std::vector<int>& completions() const
     {
@@ -76,19 +76,19 @@ public:
 
 private:
     void make(const QDBusConnection& bus);
+    void observe(GlobalShortcut& shortcut);
     template <typename Object> Object& keep(std::unique_ptr<Object> object);
 
     BusClientKind m_kind;
     QObject m_context; ///< of pending calls, which outlive the client
     std::unique_ptr<SleepInhibitor> m_inhibitor;
     std::unique_ptr<QObject> m_object;
-    PortalShortcut* m_shortcut = nullptr;
+    GlobalShortcut* m_shortcut = nullptr;
     StatusNotifierWatch* m_watch = nullptr;
     std::unique_ptr<NotificationCenter> m_center;
     int m_granted = 0;
     int m_failed = 0;
     int m_activated = 0;
-    bool m_wasBound = false;
     StatusNotifierHost m_toldHost = StatusNotifierHost::unknown;
     std::vector<int> m_completions;
 };

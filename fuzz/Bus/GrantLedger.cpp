@@ -23,7 +23,7 @@ template <typename Set, typename Value> void takeOut(Set& set, const Value& valu
 
 bool isPortalCall(const WireMessage& call)
 {
-    return call.destination == "org.freedesktop.portal.Desktop";
+    return call.destination == "org.freedesktop.portal.Desktop" && call.member != "Get";
 }
 
 bool isCookieCall(const WireMessage& call)

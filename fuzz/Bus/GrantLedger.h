@@ -28,6 +28,7 @@ inline bool isOpen(const AskedCall& asked)
     return !asked.isAnswered;
 }
 
+/// Whether a portal replies with a handle.
 bool isPortalCall(const WireMessage& call);
 bool isCookieCall(const WireMessage& call);
 bool isLoginCall(const WireMessage& call);

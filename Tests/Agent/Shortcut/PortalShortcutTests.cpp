@@ -59,17 +59,34 @@ protected:
         qDBusRegisterMetaType<QList<Entry>>();
     }
 
+    void create()
+    {
+        m_consents.clear();
+        m_shortcut.emplace(m_program);
+        QObject::connect(&*m_shortcut, &PortalShortcut::consentChanged,
+                         [this](bool hasConsent) { m_consents.push_back(hasConsent); });
+        QObject::connect(&*m_shortcut, &GlobalShortcut::activated, [this] { ++m_activations; });
+    }
+
     void start()
     {
-        m_isBound = false;
-        m_shortcut.emplace(m_program);
-        QObject::connect(&*m_shortcut, &PortalShortcut::boundChanged, [this](bool isBound) { m_isBound = isBound; });
-        QObject::connect(&*m_shortcut, &GlobalShortcut::activated, [this] { ++m_activations; });
+        create();
+        m_shortcut->request();
+    }
+
+    [[nodiscard]] bool isBound() const
+    {
+        return m_shortcut->state() == ShortcutState::inForce;
+    }
+
+    bool becomes(ShortcutState state)
+    {
+        return spinUntil([&] { return m_shortcut->state() == state; });
     }
 
     bool becomesBound()
     {
-        return spinUntil([this] { return m_isBound; });
+        return becomes(ShortcutState::inForce);
     }
 
     static void activate(const QDBusConnection& bus, const QString& session, const QString& id)
@@ -84,7 +101,7 @@ protected:
     QDBusConnection m_program = m_bus.connect();
     QDBusConnection m_portalsBus = m_bus.connect();
     std::optional<PortalShortcut> m_shortcut;
-    bool m_isBound = false;
+    std::vector<bool> m_consents;
     int m_activations = 0;
 };
 
@@ -98,6 +115,75 @@ TEST_F(PortalShortcutTest, boundKeysActivate)
     EXPECT_EQ(call.arguments().front().value<QDBusObjectPath>().path(), sessionPath);
     activate(m_portalsBus, sessionPath, shortcutId);
     ASSERT_TRUE(spinUntil([this] { return m_activations == 1; }));
+    EXPECT_THAT(m_consents, ElementsAre(true));
+}
+
+TEST_F(PortalShortcutTest, nothingIsAskedWithoutARequest)
+{
+    FakePortal portal{m_portalsBus, consent};
+    create();
+    spinFor(300ms);
+    EXPECT_THAT(portal.service().calls(), IsEmpty());
+    EXPECT_EQ(m_shortcut->state(), ShortcutState::notInForce);
+}
+
+TEST_F(PortalShortcutTest, checkAsksForTheVersionOnly)
+{
+    const QVariantList version{QVariant::fromValue(QDBusVariant{2U})};
+    FakeService portal{m_portalsBus, QStringLiteral("org.freedesktop.portal.Desktop"), answering(version)};
+    create();
+    m_shortcut->check();
+    EXPECT_TRUE(becomes(ShortcutState::onRequest));
+    EXPECT_THAT(portal.calls(), ElementsAre(QStringLiteral("Get(org.freedesktop.portal.GlobalShortcuts, version)")));
+    EXPECT_EQ(portal.messages().front().signature(), QStringLiteral("ss"));
+}
+
+TEST_F(PortalShortcutTest, portalWithoutShortcutsCannotBeAsked)
+{
+    const QString name = QStringLiteral("org.freedesktop.portal.Desktop");
+    for (const FakeService::Answer& answer : {refusing(), answering({}), answering({2U})}) {
+        FakeService portal{m_portalsBus, name, answer};
+        create();
+        m_shortcut->check();
+        ASSERT_TRUE(spinUntil([&] { return portal.calls().size() == 1; }));
+        spinFor(200ms);
+        EXPECT_EQ(m_shortcut->state(), ShortcutState::notInForce);
+        m_shortcut.reset();
+    }
+}
+
+TEST_F(PortalShortcutTest, requestsWhileOneIsPendingOrGrantedAreIgnored)
+{
+    std::optional<PortalDecision> decision;
+    FakePortal portal{m_portalsBus, [&](const QDBusMessage& call) {
+                          return call.member() == QStringLiteral("BindShortcuts") ? decision : consent(call);
+                      }};
+    start();
+    m_shortcut->request();
+    ASSERT_TRUE(spinUntil([&] { return portal.callsOf("BindShortcuts").size() == 1; }));
+    m_shortcut->request();
+    m_shortcut->check();
+    ASSERT_TRUE(spinUntil([&] { return portal.callsOf("Get").size() == 1; }));
+    portal.respond(FakePortal::handleOf(portal.callsOf("BindShortcuts").front()),
+                   *consent(portal.callsOf("BindShortcuts").front()));
+    ASSERT_TRUE(becomesBound());
+    m_shortcut->request();
+    spinFor(200ms);
+    EXPECT_EQ(portal.callsOf("CreateSession").size(), 1);
+}
+
+TEST_F(PortalShortcutTest, requestAfterARefusalAsksAgain)
+{
+    PortalDecision decision{.response = 1};
+    FakePortal portal{m_portalsBus, [&](const QDBusMessage& call) {
+                          return call.member() == QStringLiteral("BindShortcuts") ? decision : consent(call);
+                      }};
+    start();
+    ASSERT_TRUE(becomes(ShortcutState::onRequest));
+    decision = granting({{shortcutId}});
+    m_shortcut->request();
+    ASSERT_TRUE(becomesBound());
+    EXPECT_THAT(m_consents, ElementsAre(false, true));
 }
 
 TEST_F(PortalShortcutTest, onlyTheShortcutOfTheSessionActivates)
@@ -129,9 +215,10 @@ TEST_F(PortalShortcutTest, portalThatRefusesIsNotAskedAgain)
         start();
         ASSERT_TRUE(spinUntil([&] { return portal.callsOf(refused).size() == 1; })) << refused;
         spinFor(300ms);
-        EXPECT_FALSE(m_isBound) << refused;
+        EXPECT_FALSE(isBound()) << refused;
         EXPECT_EQ(portal.callsOf("CreateSession").size(), 1) << refused;
         EXPECT_EQ(portal.callsOf(refused).size(), 1) << "asked again: " << refused;
+        EXPECT_EQ(m_consents.size(), refused == std::string_view{"BindShortcuts"} ? 1U : 0U) << "the user's decision";
         m_shortcut.reset();
     }
 }
@@ -149,7 +236,7 @@ TEST_F(PortalShortcutTest, invalidSessionsAreNotBound)
         start();
         ASSERT_TRUE(spinUntil([&] { return portal.callsOf("CreateSession").size() == 1; }));
         spinFor(200ms);
-        EXPECT_FALSE(m_isBound);
+        EXPECT_FALSE(isBound());
         EXPECT_THAT(portal.callsOf("BindShortcuts"), IsEmpty());
         m_shortcut.reset();
     }
@@ -168,7 +255,8 @@ TEST_F(PortalShortcutTest, shortcutThatTheUserHasRemovedIsNotBound)
                           }};
         start();
         ASSERT_TRUE(spinUntil([&] { return portal.callsOf("Close").size() >= 2; })) << "the session is closed";
-        EXPECT_FALSE(m_isBound);
+        EXPECT_THAT(m_consents, ElementsAre(false));
+        EXPECT_FALSE(isBound());
         m_shortcut.reset();
     }
 }
@@ -192,7 +280,7 @@ TEST_F(PortalShortcutTest, sessionClosedByThePortalIsNotRenewed)
     ASSERT_TRUE(becomesBound());
     m_portalsBus.send(QDBusMessage::createSignal(sessionPath, QStringLiteral("org.freedesktop.portal.Session"),
                                                  QStringLiteral("Closed")));
-    EXPECT_TRUE(spinUntil([this] { return !m_isBound; }));
+    EXPECT_TRUE(spinUntil([this] { return !isBound(); }));
     spinFor(200ms);
     EXPECT_EQ(portal.callsOf("CreateSession").size(), 1);
 }
@@ -203,7 +291,7 @@ TEST_F(PortalShortcutTest, restartedPortalIsAskedOnceMore)
     start();
     ASSERT_TRUE(becomesBound());
     portal.reset();
-    ASSERT_TRUE(spinUntil([this] { return !m_isBound; }));
+    ASSERT_TRUE(spinUntil([this] { return !isBound(); }));
     const QDBusConnection nextBus = m_bus.connect();
     FakePortal next{nextBus, consent};
     ASSERT_TRUE(becomesBound());
@@ -220,7 +308,8 @@ TEST_F(PortalShortcutTest, portalThatDiesDuringTheRequestIsNotAskedAgain)
     portal.reset();
     FakePortal next{m_bus.connect(), consent};
     spinFor(300ms);
-    EXPECT_FALSE(m_isBound);
+    EXPECT_FALSE(isBound());
+    EXPECT_THAT(m_consents, IsEmpty()) << "nobody has declined";
     EXPECT_THAT(next.callsOf("CreateSession"), IsEmpty());
 }
 
@@ -228,7 +317,7 @@ TEST_F(PortalShortcutTest, missingPortalIsNotAnError)
 {
     start();
     spinFor(200ms);
-    EXPECT_FALSE(m_isBound);
+    EXPECT_FALSE(isBound());
 }
 
 } // namespace

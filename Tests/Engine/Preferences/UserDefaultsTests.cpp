@@ -216,6 +216,7 @@ TEST_F(UserDefaultsTest, absentKeysReadAsInitialValuesAndNothingIsWritten)
     EXPECT_EQ(defaults.preferences().claudeThreshold, 20.0);
     EXPECT_EQ(defaults.preferences().codexThreshold, 20.0);
     EXPECT_FALSE(defaults.preferences().newsNotifications);
+    EXPECT_FALSE(defaults.preferences().requestsShortcut);
     EXPECT_FALSE(std::filesystem::exists(file().parent_path().parent_path()));
 }
 
@@ -254,6 +255,9 @@ const Setting settings[]{
     {[](UserDefaults& it) { return it.set(&Preferences::newsNotifications, true); },
      "newsNotifications=true\n",
      {.newsNotifications = true}},
+    {[](UserDefaults& it) { return it.set(&Preferences::requestsShortcut, true); },
+     "requestsShortcut=true\n",
+     {.requestsShortcut = true}},
 };
 
 TEST_F(UserDefaultsTest, eachPreferenceIsStoredUnderItsOwnKeyOnly)
@@ -281,7 +285,8 @@ TEST_F(UserDefaultsTest, settingAllInTurnLosesNone)
                           .notificationsEnabled = true,
                           .claudeThreshold = 5,
                           .codexThreshold = 95,
-                          .newsNotifications = true};
+                          .newsNotifications = true,
+                          .requestsShortcut = true};
     EXPECT_EQ(UserDefaults{file()}.preferences(), all);
     EXPECT_EQ(UserDefaults{file()}.homeFolderBookmark(), "token");
 }

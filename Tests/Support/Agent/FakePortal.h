@@ -3,6 +3,7 @@
 #include "Support/Agent/FakeService.h"
 
 #include <QDBusObjectPath>
+#include <QDBusVariant>
 
 namespace tallyfox::test {
 
@@ -63,6 +64,8 @@ private:
     {
         if (call.member() == QStringLiteral("Close"))
             return call.createReply();
+        if (call.member() == QStringLiteral("Get"))
+            return call.createReply(QVariant::fromValue(QDBusVariant{1U}));
         const QString handle = handleOf(call);
         const QDBusMessage reply = call.createReply(QVariant::fromValue(QDBusObjectPath{handle}));
         const auto decision = m_decide(call);

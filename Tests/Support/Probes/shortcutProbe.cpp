@@ -19,7 +19,8 @@ void report(const char* line)
 
 void reportState(tallyfox::ShortcutState state)
 {
-    report(state == tallyfox::ShortcutState::inForce ? "in force" : "not in force");
+    constexpr const char* names[] = {"not in force", "on request", "in force"};
+    report(names[static_cast<int>(state)]);
 }
 
 void obey(tallyfox::GlobalShortcut& shortcut)
@@ -29,20 +30,23 @@ void obey(tallyfox::GlobalShortcut& shortcut)
         QCoreApplication::quit();
     else if (command == 'c')
         shortcut.check();
+    else if (command == 'r')
+        shortcut.request();
 }
 
 } // namespace
 
 /// Registers the global shortcut and writes a line for each activation. "--popup": the shortcut opens and closes a
-/// popup, as in the program. "--states": writes a line for each state; "c" on standard input checks the shortcut, and
-/// the end of the input ends the program.
+/// popup, as in the program. "--states": writes a line for each state; "c" on standard input checks the shortcut, "r"
+/// requests it, and the end of the input ends the program.
 int main(int argumentCount, char** arguments)
 {
     const std::string_view option = argumentCount > 1 ? arguments[1] : "";
     tallyfox::chooseSessionBus("org.tallyfox.tallyfox");
     QApplication application{argumentCount, arguments};
     QLabel popup{QStringLiteral("popup"), nullptr, Qt::Popup};
-    const auto shortcut = tallyfox::registerGlobalShortcut();
+    const auto shortcut =
+        tallyfox::registerGlobalShortcut(tallyfox::UserDefaults{tallyfox::UserDefaults::standardPath()});
     QObject::connect(shortcut.get(), &tallyfox::GlobalShortcut::activated, &popup, [&] {
         if (option == "--popup")
             popup.setVisible(!popup.isVisible());

@@ -35,6 +35,12 @@ public:
         return m_portal;
     }
 
+    /// Whether the portal has responded: a request that has failed since was refused.
+    [[nodiscard]] bool isDecided() const
+    {
+        return m_isDecided;
+    }
+
 Q_SIGNALS:
     // Each at most once, from the event loop; the receiver may delete the object.
     void succeeded(const QVariantMap& results);

@@ -72,7 +72,9 @@ AppDelegateEnvironment makeEnvironment(StoreEnvironment store)
     environment.store = std::move(store);
     environment.sleepInhibitor = makeSleepInhibitor();
     environment.makeStatusItem = [] { return makeStatusItem(applicationId()); };
-    environment.registerGlobalShortcut = &registerGlobalShortcut;
+    environment.registerGlobalShortcut = [defaults = UserDefaults{UserDefaults::standardPath()}] {
+        return registerGlobalShortcut(defaults);
+    };
     environment.loginItem = makeLoginItem(commandPath(), applicationId().toStdString());
     environment.notificationCenter = makeNotificationCenter(QDBusConnection::sessionBus());
     environment.activationPolicy = makeActivationPolicySwitch();

@@ -7,6 +7,8 @@
 
 #include <QGuiApplication>
 
+#include <utility>
+
 namespace tallyfox {
 
 namespace {
@@ -16,64 +18,97 @@ bool isWaylandSession()
     return !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") || qgetenv("XDG_SESSION_TYPE") == "wayland";
 }
 
+/// A choice that cannot be stored, for example on a full disk, still applies until the program ends.
+void ignoreStoreFailure(bool /*isStored*/) { }
+
 class DesktopShortcut : public GlobalShortcut {
 public:
-    DesktopShortcut()
+    explicit DesktopShortcut(UserDefaults userDefaults)
+        : m_userDefaults(std::move(userDefaults))
     {
         for (const ShortcutBackEnd backEnd : shortcutBackEnds(QGuiApplication::platformName(), m_isWayland)) {
             switch (backEnd) {
             case ShortcutBackEnd::portal:
-                askPortal();
+                addPortal();
                 break;
             case ShortcutBackEnd::keyGrab:
                 m_connection = x11Connection();
                 break;
             }
         }
-        grabUnless(false);
+        update();
     }
 
     void check() override
     {
         if (m_grab)
             m_grab->check();
+        if (m_portal)
+            m_portal->check();
+    }
+
+    void request() override
+    {
+        if (m_portal)
+            m_portal->request();
     }
 
 private:
-    void askPortal()
+    void addPortal()
     {
-        const QDBusConnection bus = answeringSessionBus(std::chrono::milliseconds{200});
+        const QDBusConnection bus = sessionBus();
         if (!bus.isConnected())
             return;
         m_portal = std::make_unique<PortalShortcut>(bus);
-        connect(m_portal.get(), &GlobalShortcut::activated, this, &GlobalShortcut::activated);
-        connect(m_portal.get(), &PortalShortcut::boundChanged, this, &DesktopShortcut::grabUnless);
+        connectBackEnd(*m_portal);
+        connect(m_portal.get(), &PortalShortcut::consentChanged, this, &DesktopShortcut::storeConsent);
+        if (m_userDefaults.preferences().requestsShortcut)
+            m_portal->request();
+    }
+
+    static QDBusConnection sessionBus()
+    {
+        return answeringSessionBus(std::chrono::milliseconds{200});
+    }
+
+    void connectBackEnd(const GlobalShortcut& backEnd)
+    {
+        connect(&backEnd, &GlobalShortcut::activated, this, &GlobalShortcut::activated);
+        connect(&backEnd, &GlobalShortcut::stateChanged, this, &DesktopShortcut::update);
+    }
+
+    void storeConsent(bool hasConsent)
+    {
+        if (m_userDefaults.preferences().requestsShortcut != hasConsent)
+            ignoreStoreFailure(m_userDefaults.set(&Preferences::requestsShortcut, hasConsent));
+    }
+
+    void update()
+    {
+        updateGrab();
+        setState(currentState());
     }
 
     /// While the portal's shortcut is bound, a grab would report the same keys a second time.
-    void grabUnless(bool isBound)
+    void updateGrab()
     {
-        m_isBound = isBound;
-        m_grab.reset();
-        if (!isBound && m_connection) {
+        if (m_portal && m_portal->state() == ShortcutState::inForce)
+            m_grab.reset();
+        else if (m_connection && !m_grab) {
             m_grab = std::make_unique<X11Shortcut>(m_connection);
-            connect(m_grab.get(), &GlobalShortcut::activated, this, &GlobalShortcut::activated);
-            connect(m_grab.get(), &GlobalShortcut::stateChanged, this, &DesktopShortcut::update);
+            connectBackEnd(*m_grab);
         }
-        update();
     }
 
-    /// Under Wayland a grab works only while an X11 window has the focus.
-    void update()
+    [[nodiscard]] ShortcutState currentState() const
     {
-        if (m_isBound)
-            setState(ShortcutState::inForce);
-        else
-            setState(m_grab && !m_isWayland ? m_grab->state() : ShortcutState::notInForce);
+        if (m_portal && m_portal->state() != ShortcutState::notInForce)
+            return m_portal->state();
+        return m_grab && !m_isWayland ? m_grab->state() : ShortcutState::notInForce;
     }
 
+    UserDefaults m_userDefaults;
     bool m_isWayland = isWaylandSession();
-    bool m_isBound = false; ///< by the portal
     xcb_connection_t* m_connection = nullptr; ///< for grabs; null without that back end
     std::unique_ptr<X11Shortcut> m_grab;
     std::unique_ptr<PortalShortcut> m_portal;
@@ -98,9 +133,9 @@ std::vector<ShortcutBackEnd> shortcutBackEnds(QStringView platform, bool isWayla
                                                              : std::vector<ShortcutBackEnd>{};
 }
 
-std::unique_ptr<GlobalShortcut> registerGlobalShortcut()
+std::unique_ptr<GlobalShortcut> registerGlobalShortcut(const UserDefaults& userDefaults)
 {
-    return std::make_unique<DesktopShortcut>();
+    return std::make_unique<DesktopShortcut>(userDefaults);
 }
 
 } // namespace tallyfox

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Tallyfox/Engine/Preferences/UserDefaults.h"
+
 #include <QObject>
 #include <QStringView>
 
@@ -11,6 +13,7 @@ namespace tallyfox {
 /// What becomes of the keys.
 enum class ShortcutState {
     notInForce, ///< they do nothing, or only while certain windows have the focus
+    onRequest, ///< the same, until the user lets the program ask the desktop for them
     inForce,
 };
 
@@ -29,6 +32,9 @@ public:
 
     /// Finds out what the desktop does not report by itself: `state` may change now, or later.
     virtual void check() { }
+
+    /// Asks the desktop for the keys, on behalf of the user. The desktop may show a window.
+    virtual void request() { }
 
 Q_SIGNALS:
     /// The keys have been pressed; once, however long they are held. From the event loop, not while the key event is
@@ -54,6 +60,8 @@ enum class ShortcutBackEnd {
 std::vector<ShortcutBackEnd> shortcutBackEnds(QStringView platform, bool isWaylandSession);
 
 /// The global shortcut of this session, provided by the first of its back ends that works at the moment. Never null.
-std::unique_ptr<GlobalShortcut> registerGlobalShortcut();
+/// A desktop that may show a window is asked at the start only where `userDefaults` has the user's consent, which is
+/// stored there when a request is granted and withdrawn when it is declined.
+std::unique_ptr<GlobalShortcut> registerGlobalShortcut(const UserDefaults& userDefaults);
 
 } // namespace tallyfox

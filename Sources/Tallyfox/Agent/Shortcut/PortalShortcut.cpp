@@ -1,9 +1,13 @@
 #include "Tallyfox/Agent/Shortcut/PortalShortcut.h"
 
+#include "Tallyfox/Agent/Bus/ServiceCall.h"
+
 #include <QDBusArgument>
 #include <QDBusMetaType>
 #include <QDBusObjectPath>
+#include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
+#include <QDBusVariant>
 
 #include <algorithm>
 #include <utility>
@@ -13,6 +17,7 @@ namespace tallyfox {
 namespace {
 
 const QString shortcutId = QStringLiteral("toggle-popover");
+const QString shortcutsInterface = QStringLiteral("org.freedesktop.portal.GlobalShortcuts");
 const QString sessionInterface = QStringLiteral("org.freedesktop.portal.Session");
 
 /// A shortcut as the portal wants it: "(sa{sv})".
@@ -81,9 +86,8 @@ PortalShortcut::PortalShortcut(const QDBusConnection& bus, QObject* parent)
         [this](const QString&, const QString& before, const QString& after) { handleOwnerChange(before, after); },
         Qt::QueuedConnection);
     // From any sender: who the portal is will be known later.
-    m_bus.connect(QString{}, portalPath(), QStringLiteral("org.freedesktop.portal.GlobalShortcuts"),
-                  QStringLiteral("Activated"), this, SLOT(handleActivation(QDBusMessage)));
-    createSession();
+    m_bus.connect(QString{}, portalPath(), shortcutsInterface, QStringLiteral("Activated"), this,
+                  SLOT(handleActivation(QDBusMessage)));
 }
 
 PortalShortcut::~PortalShortcut()
@@ -91,8 +95,22 @@ PortalShortcut::~PortalShortcut()
     closeSession();
 }
 
-void PortalShortcut::createSession()
+void PortalShortcut::check()
 {
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        portalService(), portalPath(), QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
+    call << shortcutsInterface << QStringLiteral("version");
+    callService(m_context, m_bus, call, [this](const QDBusPendingCall& answered) {
+        const QDBusPendingReply<QDBusVariant> reply = answered;
+        if (!m_request && state() != ShortcutState::inForce)
+            setState(reply.isValid() ? ShortcutState::onRequest : ShortcutState::notInForce);
+    });
+}
+
+void PortalShortcut::request()
+{
+    if (m_request || state() == ShortcutState::inForce)
+        return;
     m_request = std::make_unique<PortalRequest>(
         m_context, m_bus, QStringLiteral("GlobalShortcuts.CreateSession"), QVariantList{},
         QVariantMap{{QStringLiteral("session_handle_token"), newPortalToken()}});
@@ -114,29 +132,47 @@ void PortalShortcut::bind(const QVariantMap& results)
         m_context, m_bus, QStringLiteral("GlobalShortcuts.BindShortcuts"),
         QVariantList{QVariant::fromValue(QDBusObjectPath{m_session}), shortcuts(), QString{}});
     connect(m_request.get(), &PortalRequest::succeeded, this, &PortalShortcut::handleGrant);
-    connect(m_request.get(), &PortalRequest::failed, this, &PortalShortcut::endSession);
+    connect(m_request.get(), &PortalRequest::failed, this, &PortalShortcut::handleRefusal);
 }
 
 void PortalShortcut::handleGrant(const QVariantMap& results)
 {
     if (!isGranted(results)) {
-        endSession();
+        decline();
         return;
     }
     m_request.reset(); // from now on the service watcher reports the end of the portal
-    setBound(true);
+    setState(ShortcutState::inForce);
+    Q_EMIT consentChanged(true);
+}
+
+void PortalShortcut::handleRefusal()
+{
+    if (m_request->isDecided())
+        decline();
+    else
+        endSession();
+}
+
+void PortalShortcut::decline()
+{
+    endSession();
+    setState(ShortcutState::onRequest);
+    Q_EMIT consentChanged(false);
 }
 
 void PortalShortcut::endSession()
 {
+    m_request.reset();
     closeSession();
-    setBound(false);
+    setState(ShortcutState::notInForce);
 }
 
 void PortalShortcut::handleActivation(const QDBusMessage& activation)
 {
     const QVariantList arguments = activation.arguments();
-    if (!m_isBound || activation.service() != m_portal || activation.signature() != QLatin1StringView{"osta{sv}"})
+    if (state() != ShortcutState::inForce || activation.service() != m_portal
+        || activation.signature() != QLatin1StringView{"osta{sv}"})
         return;
     if (arguments.at(0).value<QDBusObjectPath>().path() == m_session && arguments.at(1).toString() == shortcutId)
         Q_EMIT activated();
@@ -150,22 +186,14 @@ void PortalShortcut::handleSessionClosed(const QDBusMessage& end)
 
 void PortalShortcut::handleOwnerChange(const QString& before, const QString& after)
 {
-    if (m_isBound && before == m_portal) {
+    if (state() == ShortcutState::inForce && before == m_portal) {
         endSession();
         m_wasLost = true;
     }
     if (m_wasLost && !after.isEmpty()) {
         m_wasLost = false;
-        createSession();
+        request();
     }
-}
-
-void PortalShortcut::setBound(bool isBound)
-{
-    if (m_isBound == isBound)
-        return;
-    m_isBound = isBound;
-    Q_EMIT boundChanged(isBound);
 }
 
 void PortalShortcut::closeSession()

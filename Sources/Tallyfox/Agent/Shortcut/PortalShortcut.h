@@ -5,8 +5,9 @@
 
 namespace tallyfox {
 
-/// The shortcut as the desktop portal binds it, perhaps to other keys that the user has chosen there. A portal that
-/// refuses is not asked again; one that ends after its grant is asked once more when it has restarted.
+/// The shortcut as the desktop portal binds it, perhaps to other keys that the user has chosen there. Some portals show
+/// a window when they bind, so nothing is bound before `request`; a portal that refuses is not asked again by itself.
+/// One that ends after its grant is asked once more when it has restarted.
 class PortalShortcut : public GlobalShortcut {
     Q_OBJECT
 
@@ -15,28 +16,33 @@ public:
     /// Closes the session, which ends the grant. A session that is still being created ends with the bus connection.
     ~PortalShortcut() override;
 
+    /// Whether the portal could be asked: starts it if need be, and shows nothing.
+    void check() override;
+    /// Does nothing while a request is pending or granted.
+    void request() override;
+
 Q_SIGNALS:
-    void boundChanged(bool isBound); ///< whether the portal has granted the shortcut; at first it has not
+    /// The user has granted the shortcut, or declined. Not emitted when the portal fails.
+    void consentChanged(bool hasConsent);
 
 private Q_SLOTS:
     void handleActivation(const QDBusMessage& activation);
     void handleSessionClosed(const QDBusMessage& end);
 
 private:
-    void createSession();
     void bind(const QVariantMap& results);
     void handleGrant(const QVariantMap& results);
+    void handleRefusal();
+    void decline();
     void endSession();
     void handleOwnerChange(const QString& before, const QString& after);
-    void setBound(bool isBound);
     void closeSession();
 
     QDBusConnection m_bus;
     QObject m_context; ///< of pending calls
-    std::unique_ptr<PortalRequest> m_request; ///< the pending one, or the last
+    std::unique_ptr<PortalRequest> m_request; ///< the pending one; null without one
     QString m_portal; ///< unique name of the portal with the session
     QString m_session; ///< its path; empty without one
-    bool m_isBound = false;
     bool m_wasLost = false; ///< the portal that had granted the shortcut is gone
 };
 

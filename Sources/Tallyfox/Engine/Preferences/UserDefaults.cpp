@@ -35,6 +35,7 @@ constexpr std::tuple entries{
     Entry<double>{"claudeThreshold", &Preferences::claudeThreshold, smallestThreshold, largestThreshold},
     Entry<double>{"codexThreshold", &Preferences::codexThreshold, smallestThreshold, largestThreshold},
     Entry<bool>{"newsNotifications", &Preferences::newsNotifications},
+    Entry<bool>{"requestsShortcut", &Preferences::requestsShortcut},
 };
 
 /// Converts to the type of whichever member it initialises.

@@ -19,6 +19,7 @@ struct Preferences {
     double claudeThreshold = 20; ///< percent of remaining usage, 5 to 95; stored only
     double codexThreshold = 20; ///< percent of remaining usage, 5 to 95; stored only
     bool newsNotifications = false; ///< stored only
+    bool requestsShortcut = false; ///< at each start, of a desktop that asked the user about it once
 
     friend bool operator==(const Preferences&, const Preferences&) = default;
 };
