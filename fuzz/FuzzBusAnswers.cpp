@@ -26,9 +26,13 @@ constexpr std::size_t mostMatches = 6; ///< that one client may have at a time
 constexpr std::string_view portalPath = "/org/freedesktop/portal/desktop";
 
 constexpr std::string_view peers[] = {":1.5", ":1.6"};
-constexpr std::string_view services[] = {"org.freedesktop.PowerManagement", "org.gnome.SessionManager",
-                                         "org.freedesktop.portal.Desktop",  "org.freedesktop.login1",
-                                         "org.kde.StatusNotifierWatcher",   "org.freedesktop.Notifications"};
+constexpr std::string_view services[] = {"org.freedesktop.PowerManagement",
+                                         "org.gnome.SessionManager",
+                                         "org.freedesktop.portal.Desktop",
+                                         "org.freedesktop.login1",
+                                         "org.kde.StatusNotifierWatcher",
+                                         "org.freedesktop.Notifications",
+                                         "org.kde.kglobalaccel"};
 constexpr std::string_view owners[] = {"", ":1.5", ":1.6"};
 constexpr std::string_view errors[] = {
     "org.freedesktop.DBus.Error.UnknownMethod",  "org.freedesktop.DBus.Error.UnknownObject",
@@ -47,6 +51,8 @@ constexpr SignalName signalNames[] = {
     {portalPath, "org.freedesktop.portal.GlobalShortcuts", "Activated"},
     {"/org/freedesktop/DBus", "org.freedesktop.DBus", "NameOwnerChanged"},
     {"", "org.freedesktop.portal.Session", "Closed"},
+    {"/component/tallyfox", "org.kde.kglobalaccel.Component", "globalShortcutPressed"},
+    {"/kglobalaccel", "org.kde.KGlobalAccel", "yourShortcutsChanged"},
 };
 
 class Scene {
@@ -102,7 +108,10 @@ private:
             changeOwner();
             break;
         case 6:
-            activate();
+            if (m_client->kind() == BusClientKind::kdeShortcut)
+                pressOrRelease();
+            else
+                activate();
             break;
         case 7:
             signal();
@@ -335,6 +344,28 @@ private:
         require(m_client->activated() == before + (isMeant ? 1 : 0), "only the portal can activate the shortcut");
     }
 
+    /// The keys of a KDE shortcut, or of another.
+    void pressOrRelease()
+    {
+        settle();
+        const bool isPress = m_input.flip();
+        WireMessage message = signalOf(m_input.oneOf(peers), "/component/tallyfox", "org.kde.kglobalaccel.Component",
+                                       isPress ? "globalShortcutPressed" : "globalShortcutReleased");
+        const std::string action = m_input.below(8) == 7 ? AnyValues::text(m_input) : "toggle-popover";
+        WireWriter writer;
+        writer.text("tallyfox");
+        writer.text(action);
+        writer.integer(m_input.number(), 8);
+        message.signature = "ssx";
+        message.body = writer.bytes();
+        const bool isMeant = m_client->isThere() && action == "toggle-popover";
+        const bool activates = isMeant && m_model.noteKeys(message.sender, isPress);
+        const int before = m_client->activated();
+        m_bus.send(std::move(message));
+        settle();
+        require(m_client->activated() == before + (activates ? 1 : 0), "only pressed keys activate the shortcut, once");
+    }
+
     /// Any other signal, from any peer.
     void signal()
     {
@@ -368,6 +399,8 @@ private:
         switch (m_client->kind()) {
         case BusClientKind::portalShortcut:
             return true; // its state does not change
+        case BusClientKind::kdeShortcut:
+            return !m_client->isServed();
         case BusClientKind::statusNotifierWatch:
             return m_client->host() == StatusNotifierHost::absent;
         case BusClientKind::notificationCenter:

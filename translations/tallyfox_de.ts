@@ -386,6 +386,13 @@
     </message>
 </context>
 <context>
+    <name>tallyfox::GlobalShortcut</name>
+    <message>
+        <source>Open or close Tallyfox</source>
+        <translation>Tallyfox öffnen oder schließen</translation>
+    </message>
+</context>
+<context>
     <name>tallyfox::HeatMap</name>
     <message>
         <source>%1: %2</source>
@@ -470,13 +477,6 @@
     <message>
         <source>Connect Services</source>
         <translation>Dienste verbinden</translation>
-    </message>
-</context>
-<context>
-    <name>tallyfox::PortalShortcut</name>
-    <message>
-        <source>Open or close Tallyfox</source>
-        <translation>Tallyfox öffnen oder schließen</translation>
     </message>
 </context>
 <context>

@@ -5,6 +5,7 @@
 #include "Tallyfox/Agent/Bus/ServiceCall.h"
 #include "Tallyfox/Agent/Desktop/NotificationCenter.h"
 #include "Tallyfox/Agent/KeepAwake/InhibitionRequest.h"
+#include "Tallyfox/Agent/Shortcut/KdeShortcut.h"
 #include "Tallyfox/Agent/Shortcut/PortalShortcut.h"
 
 #include <utility>
@@ -76,6 +77,10 @@ void BusClient::make(const QDBusConnection& bus)
         m_center = makeNotificationCenter(bus);
         ask();
         break;
+    case BusClientKind::kdeShortcut:
+        m_kdeShortcut = &keep(std::make_unique<KdeShortcut>(bus));
+        observe(*m_kdeShortcut);
+        break;
     }
 }
 
@@ -92,6 +97,7 @@ void BusClient::observe(GlobalShortcut& shortcut)
 void BusClient::end()
 {
     m_shortcut = nullptr;
+    m_kdeShortcut = nullptr;
     m_watch = nullptr;
     m_center.reset();
     m_object.reset();
@@ -122,6 +128,11 @@ bool BusClient::isBound() const
 StatusNotifierHost BusClient::host() const
 {
     return m_watch ? m_watch->host() : m_toldHost;
+}
+
+bool BusClient::isServed() const
+{
+    return m_kdeShortcut && m_kdeShortcut->isServed();
 }
 
 void BusClient::ask()

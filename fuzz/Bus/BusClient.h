@@ -10,6 +10,7 @@
 namespace tallyfox {
 
 class GlobalShortcut;
+class KdeShortcut;
 class NotificationCenter;
 
 enum class BusClientKind {
@@ -22,8 +23,9 @@ enum class BusClientKind {
     portalShortcut,
     statusNotifierWatch,
     notificationCenter,
+    kdeShortcut,
 };
-inline constexpr std::size_t busClientKinds = 9;
+inline constexpr std::size_t busClientKinds = 10;
 
 /// One of the program's clients of bus services, and a count of what it has reported.
 class BusClient {
@@ -67,6 +69,8 @@ public:
     }
     /// Of a watch.
     [[nodiscard]] StatusNotifierHost host() const;
+    /// Of a KDE shortcut.
+    [[nodiscard]] bool isServed() const;
     /// Makes another request to a notification center, or for a portal's shortcut.
     void ask();
     [[nodiscard]] const std::vector<int>& completions() const
@@ -84,6 +88,7 @@ private:
     std::unique_ptr<SleepInhibitor> m_inhibitor;
     std::unique_ptr<QObject> m_object;
     GlobalShortcut* m_shortcut = nullptr;
+    KdeShortcut* m_kdeShortcut = nullptr;
     StatusNotifierWatch* m_watch = nullptr;
     std::unique_ptr<NotificationCenter> m_center;
     int m_granted = 0;

@@ -26,6 +26,8 @@ void ClientModel::noteAnswer(const BusClient& client, const std::vector<AskedCal
             answer.kind == WireMessage::Kind::answer && answer.signature.starts_with("as") ? 1 : 0;
     } else if (client.kind() == BusClientKind::statusNotifierWatch) {
         noteWatchersAnswer(asked, answer);
+    } else if (client.kind() == BusClientKind::kdeShortcut) {
+        m_kde.noteAnswer(asked, answer);
     }
 }
 
@@ -42,6 +44,13 @@ void ClientModel::noteOwner(const BusClient& client, const std::string& name, co
     m_reasonsToFail += isServices && !before.empty() ? 1 : 0;
     if (name == "org.kde.StatusNotifierWatcher")
         setWatcher(after);
+    if (name == "org.kde.kglobalaccel")
+        m_kde.noteOwner(before, after);
+}
+
+bool ClientModel::noteKeys(const std::string& sender, bool isPress)
+{
+    return m_kde.noteKeys(sender, isPress);
 }
 
 void ClientModel::setWatcher(const std::string& owner)
@@ -56,6 +65,8 @@ void ClientModel::setWatcher(const std::string& owner)
 /// Each owner is called at once, and again when it was not ready.
 unsigned ClientModel::appointmentOf(const WireMessage& call)
 {
+    if (call.member == "setShortcutKeys")
+        return m_kde.numberOf(call);
     if (call.member == "RegisterStatusNotifierItem" && m_registrations < m_appointments)
         ++m_registrations;
     return m_registrations;
@@ -90,7 +101,12 @@ void ClientModel::judge(const BusClient& client, const std::vector<AskedCall>& a
         judgeRequest(client);
     if (client.kind() == BusClientKind::statusNotifierWatch)
         judgeWatch(client, asked);
-    require(!client.isBound() || ledger.openSessions() == 1, "a shortcut is bound by one session");
+    if (client.kind() == BusClientKind::portalShortcut)
+        require(!client.isBound() || ledger.openSessions() == 1, "a shortcut is bound by one session");
+    if (client.kind() == BusClientKind::kdeShortcut) {
+        require(client.isServed() == m_kde.isServed(), "a service that has not answered is not relied on");
+        require(!client.isBound() || m_kde.hasService(), "keys in force are those of a service");
+    }
     require(ledger.openSessions() <= 1, "there is one session at a time");
     require(client.completions() == m_completions, "completions report the replies of the service");
 }

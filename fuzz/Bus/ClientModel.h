@@ -2,6 +2,7 @@
 
 #include "Bus/BusClient.h"
 #include "Bus/GrantLedger.h"
+#include "Bus/KdeShortcutModel.h"
 
 #include <string>
 #include <vector>
@@ -19,8 +20,10 @@ public:
     /// A change of the owner of a name.
     void noteOwner(const BusClient& client, const std::string& name, const std::string& before,
                    const std::string& after);
-    /// Which of the watchers a new call of the program is for.
+    /// Which of the watchers a new call of the program is for, or which of the registrations of a shortcut it is.
     unsigned appointmentOf(const WireMessage& call);
+    /// A signal of a peer about the keys of a KDE shortcut; returns whether it activates the shortcut.
+    bool noteKeys(const std::string& sender, bool isPress);
 
     /// Checks the client against the model.
     void judge(const BusClient& client, const std::vector<AskedCall>& asked, const GrantLedger& ledger);
@@ -40,6 +43,7 @@ private:
     unsigned m_registrations = 0; ///< of the item, with another owner each
     StatusNotifierHost m_host = StatusNotifierHost::unknown;
     std::vector<int> m_completions; ///< that are due
+    KdeShortcutModel m_kde;
 };
 
 } // namespace tallyfox

@@ -51,6 +51,8 @@ bool ServiceAnswers::fill(FuzzInput& input, const AskedCall& asked, WireMessage&
         writer.signature("b");
         writer.integer(input.flip() ? 1 : 0);
         set(answer, "v", writer);
+    } else if (call.member == "setShortcutKeys") {
+        AnyValues::fill(input, answer, "a(ai)");
     } else if (call.member != "RegisterStatusNotifierItem") {
         AnyValues::fill(input, answer, call.member == "GetCapabilities" ? "as" : "u");
     }

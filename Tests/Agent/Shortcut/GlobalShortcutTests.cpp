@@ -1,11 +1,14 @@
+#include "Support/Agent/FakeKdeService.h"
 #include "Support/Agent/FakePortal.h"
+#include "Support/Agent/OtherClient.h"
 #include "Support/Agent/PrivateBus.h"
-#include "Support/Agent/PrivateDisplay.h"
 #include "Support/ScratchFolder.h"
 #include "Support/SpinUntil.h"
 #include "Tallyfox/Agent/Shortcut/GlobalShortcut.h"
 
 #include <gmock/gmock.h>
+
+#include <xcb/xproto.h>
 
 namespace tallyfox::test {
 namespace {
@@ -18,11 +21,20 @@ TEST(ShortcutBackEnds, suitTheSession)
 {
     constexpr auto portal = ShortcutBackEnd::portal;
     constexpr auto keyGrab = ShortcutBackEnd::keyGrab;
-    EXPECT_THAT(shortcutBackEnds(u"xcb", false), ElementsAre(keyGrab));
-    EXPECT_THAT(shortcutBackEnds(u"xcb", true), ElementsAre(portal, keyGrab));
-    EXPECT_THAT(shortcutBackEnds(u"wayland", true), ElementsAre(portal));
-    EXPECT_THAT(shortcutBackEnds(u"wayland-egl", true), ElementsAre(portal));
-    EXPECT_THAT(shortcutBackEnds(u"offscreen", true), IsEmpty());
+    EXPECT_THAT(shortcutBackEnds(u"xcb", false, ""), ElementsAre(keyGrab));
+    EXPECT_THAT(shortcutBackEnds(u"xcb", true, "sway"), ElementsAre(portal, keyGrab));
+    EXPECT_THAT(shortcutBackEnds(u"wayland", true, "ubuntu:GNOME"), ElementsAre(portal));
+    EXPECT_THAT(shortcutBackEnds(u"wayland-egl", true, "X-KDE"), ElementsAre(portal));
+    EXPECT_THAT(shortcutBackEnds(u"offscreen", true, "KDE"), IsEmpty());
+}
+
+TEST(ShortcutBackEnds, neverIncludeThePortalOnKdeWhereBindingOpensAWindow)
+{
+    constexpr auto kdeService = ShortcutBackEnd::kdeService;
+    constexpr auto keyGrab = ShortcutBackEnd::keyGrab;
+    EXPECT_THAT(shortcutBackEnds(u"xcb", false, "KDE"), ElementsAre(kdeService, keyGrab));
+    EXPECT_THAT(shortcutBackEnds(u"xcb", true, "KDE"), ElementsAre(kdeService, keyGrab));
+    EXPECT_THAT(shortcutBackEnds(u"wayland", true, "Vendor:KDE"), ElementsAre(kdeService));
 }
 
 /// The program in a session with an X server and a bus.
@@ -44,6 +56,11 @@ protected:
                         QStringLiteral("WAYLAND_DISPLAY"), QStringLiteral("XDG_SESSION_TYPE")}
                 + session);
         ASSERT_EQ(nextLine(), QStringLiteral("ready"));
+    }
+
+    void startOnKde()
+    {
+        start({QStringLiteral("XDG_CURRENT_DESKTOP=KDE")});
     }
 
     void startOnWayland()
@@ -74,6 +91,11 @@ protected:
         return m_display.press(QStringLiteral("super+alt+b"));
     }
 
+    [[nodiscard]] bool areGrabbed() const
+    {
+        return !OtherClient{m_display}.grab(XCB_MOD_MASK_1 | XCB_MOD_MASK_4, keyOfB);
+    }
+
     [[nodiscard]] Preferences stored() const
     {
         return UserDefaults{m_folder.path() / "tallyfox" / "tallyfox.ini"}.preferences();
@@ -83,6 +105,7 @@ protected:
     inline static const QString notInForce = QStringLiteral("not in force");
     inline static const QString onRequest = QStringLiteral("on request");
     inline static const QString inForce = QStringLiteral("in force");
+    static constexpr std::uint8_t keyOfB = 56;
 
     PrivateDisplay m_display;
     PrivateBus m_bus;
@@ -90,6 +113,54 @@ protected:
     ScratchFolder m_folder;
     std::unique_ptr<Probe> m_probe;
 };
+
+TEST_F(GlobalShortcutTest, kdeServiceHasTheKeysAlone)
+{
+    const FakeKdeService service{m_servicesBus, FakeKdeService::usualKeys()};
+    startOnKde();
+    EXPECT_EQ(nextLine(), notInForce);
+    EXPECT_EQ(nextLine(), inForce);
+    ASSERT_TRUE(press());
+    expectNothing();
+    FakeKdeService::press(m_servicesBus);
+    EXPECT_EQ(nextLine(), activated);
+    EXPECT_EQ(service.callsOf("doRegister").size(), 1);
+}
+
+TEST_F(GlobalShortcutTest, keysThatTheUserHasRemovedOnKdeAreNotGrabbed)
+{
+    const FakeKdeService service{m_servicesBus, {{{0, 0, 0, 0}}}};
+    startOnKde();
+    EXPECT_EQ(nextLine(), notInForce);
+    ASSERT_TRUE(spinUntil([&] { return service.callsOf("setShortcutKeys").size() == 2; }));
+    expectNothing();
+    ASSERT_TRUE(press());
+    expectNothing();
+}
+
+TEST_F(GlobalShortcutTest, keysAreGrabbedOnKdeWhileItsServiceIsMissing)
+{
+    startOnKde();
+    EXPECT_EQ(nextLine(), notInForce);
+    EXPECT_EQ(nextLine(), inForce);
+    ASSERT_TRUE(press());
+    EXPECT_EQ(nextLine(), activated);
+
+    std::optional<FakeKdeService> service{std::in_place, m_servicesBus, FakeKdeService::usualKeys()};
+    bool wereGrabbed = true; // the service itself grabs them on X11, and would fail
+    service->aboutToRegister = [&] { wereGrabbed = areGrabbed(); };
+    EXPECT_EQ(nextLine(), notInForce);
+    EXPECT_EQ(nextLine(), inForce);
+    EXPECT_FALSE(wereGrabbed);
+    ASSERT_TRUE(press());
+    expectNothing();
+
+    service.reset();
+    ASSERT_TRUE(spinUntil([this] { return areGrabbed(); }));
+    ASSERT_TRUE(press());
+    EXPECT_EQ(nextLine(), activated);
+    expectNothing();
+}
 
 std::optional<PortalDecision> grantAll(const QDBusMessage& call)
 {
@@ -159,14 +230,19 @@ TEST_F(GlobalShortcutTest, portalThatFailsDoesNotCostTheUsersConsent)
     EXPECT_TRUE(stored().requestsShortcut);
 }
 
-TEST_F(GlobalShortcutTest, portalIsNeverCalledOnX11)
+TEST_F(GlobalShortcutTest, portalIsNeverCalledOnKdeOrX11)
 {
     ASSERT_TRUE(UserDefaults{m_folder.path() / "tallyfox" / "tallyfox.ini"}.set(&Preferences::requestsShortcut, true));
     FakePortal portal{m_servicesBus, grantAll};
-    start({QStringLiteral("XDG_CURRENT_DESKTOP=GNOME")});
-    send("cr");
-    EXPECT_EQ(nextLine(), inForce);
-    spinFor(300ms);
+    for (const QStringList& session :
+         {QStringList{QStringLiteral("XDG_CURRENT_DESKTOP=KDE"), QStringLiteral("XDG_SESSION_TYPE=wayland")},
+          QStringList{QStringLiteral("XDG_CURRENT_DESKTOP=GNOME")}})
+    {
+        start(session);
+        send("cr");
+        nextLine();
+        spinFor(300ms);
+    }
     EXPECT_THAT(portal.service().calls(), IsEmpty());
 }
 

@@ -2,6 +2,7 @@
 
 #include "Tallyfox/Agent/Bus/SessionBus.h"
 #include "Tallyfox/Agent/Desktop/Display.h"
+#include "Tallyfox/Agent/Shortcut/KdeShortcut.h"
 #include "Tallyfox/Agent/Shortcut/PortalShortcut.h"
 #include "Tallyfox/Agent/Shortcut/X11Shortcut.h"
 
@@ -26,8 +27,12 @@ public:
     explicit DesktopShortcut(UserDefaults userDefaults)
         : m_userDefaults(std::move(userDefaults))
     {
-        for (const ShortcutBackEnd backEnd : shortcutBackEnds(QGuiApplication::platformName(), m_isWayland)) {
+        const QByteArray desktops = qgetenv("XDG_CURRENT_DESKTOP");
+        for (const ShortcutBackEnd backEnd : shortcutBackEnds(QGuiApplication::platformName(), m_isWayland, desktops)) {
             switch (backEnd) {
+            case ShortcutBackEnd::kdeService:
+                addKdeService();
+                break;
             case ShortcutBackEnd::portal:
                 addPortal();
                 break;
@@ -54,6 +59,16 @@ public:
     }
 
 private:
+    void addKdeService()
+    {
+        const QDBusConnection bus = sessionBus();
+        if (!bus.isConnected())
+            return;
+        m_kde = std::make_unique<KdeShortcut>(bus);
+        connectBackEnd(*m_kde);
+        connect(m_kde.get(), &KdeShortcut::isServedChanged, this, &DesktopShortcut::update);
+    }
+
     void addPortal()
     {
         const QDBusConnection bus = sessionBus();
@@ -89,10 +104,13 @@ private:
         setState(currentState());
     }
 
-    /// While the portal's shortcut is bound, a grab would report the same keys a second time.
+    /// While another back end has the keys, a grab would report them a second time, or take them from a program or a
+    /// user who has chosen otherwise.
     void updateGrab()
     {
-        if (m_portal && m_portal->state() == ShortcutState::inForce)
+        const bool isLeftToOthers =
+            (m_kde && m_kde->isServed()) || (m_portal && m_portal->state() == ShortcutState::inForce);
+        if (isLeftToOthers)
             m_grab.reset();
         else if (m_connection && !m_grab) {
             m_grab = std::make_unique<X11Shortcut>(m_connection);
@@ -102,6 +120,8 @@ private:
 
     [[nodiscard]] ShortcutState currentState() const
     {
+        if (m_kde && m_kde->isServed())
+            return m_kde->state();
         if (m_portal && m_portal->state() != ShortcutState::notInForce)
             return m_portal->state();
         return m_grab && !m_isWayland ? m_grab->state() : ShortcutState::notInForce;
@@ -111,6 +131,7 @@ private:
     bool m_isWayland = isWaylandSession();
     xcb_connection_t* m_connection = nullptr; ///< for grabs; null without that back end
     std::unique_ptr<X11Shortcut> m_grab;
+    std::unique_ptr<KdeShortcut> m_kde;
     std::unique_ptr<PortalShortcut> m_portal;
 };
 
@@ -124,13 +145,19 @@ void GlobalShortcut::setState(ShortcutState state)
     Q_EMIT stateChanged(state);
 }
 
-std::vector<ShortcutBackEnd> shortcutBackEnds(QStringView platform, bool isWaylandSession)
+std::vector<ShortcutBackEnd> shortcutBackEnds(QStringView platform, bool isWaylandSession, const QByteArray& desktops)
 {
-    if (platform == QLatin1StringView{"xcb"})
-        return isWaylandSession ? std::vector{ShortcutBackEnd::portal, ShortcutBackEnd::keyGrab}
-                                : std::vector{ShortcutBackEnd::keyGrab};
-    return platform.startsWith(QLatin1StringView{"wayland"}) ? std::vector{ShortcutBackEnd::portal}
-                                                             : std::vector<ShortcutBackEnd>{};
+    const bool isX11 = platform == QLatin1StringView{"xcb"};
+    if (!isX11 && !platform.startsWith(QLatin1StringView{"wayland"}))
+        return {};
+    std::vector<ShortcutBackEnd> backEnds;
+    if (desktops.split(':').contains("KDE"))
+        backEnds.push_back(ShortcutBackEnd::kdeService);
+    else if (isWaylandSession)
+        backEnds.push_back(ShortcutBackEnd::portal);
+    if (isX11)
+        backEnds.push_back(ShortcutBackEnd::keyGrab);
+    return backEnds;
 }
 
 std::unique_ptr<GlobalShortcut> registerGlobalShortcut(const UserDefaults& userDefaults)

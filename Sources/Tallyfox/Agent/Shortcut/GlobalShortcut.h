@@ -2,6 +2,7 @@
 
 #include "Tallyfox/Engine/Preferences/UserDefaults.h"
 
+#include <QByteArray>
 #include <QObject>
 #include <QStringView>
 
@@ -51,13 +52,15 @@ private:
 
 /// What can provide a session's global shortcut.
 enum class ShortcutBackEnd {
+    kdeService, ///< KDE's service for global shortcuts
     portal, ///< the desktop portal
     keyGrab, ///< the X server
 };
 
-/// The back ends to try in a session, the preferred one first. `platform` is QGuiApplication's name of it. An X11
-/// program under Wayland has both: its grab works only while another X11 program has the focus.
-std::vector<ShortcutBackEnd> shortcutBackEnds(QStringView platform, bool isWaylandSession);
+/// The back ends to try in a session, the preferred one first. `platform` is QGuiApplication's name of it, `desktops`
+/// the value of XDG_CURRENT_DESKTOP. An X11 program under Wayland has a grab as well, which works only while another
+/// X11 program has the focus.
+std::vector<ShortcutBackEnd> shortcutBackEnds(QStringView platform, bool isWaylandSession, const QByteArray& desktops);
 
 /// The global shortcut of this session, provided by the first of its back ends that works at the moment. Never null.
 /// A desktop that may show a window is asked at the start only where `userDefaults` has the user's consent, which is

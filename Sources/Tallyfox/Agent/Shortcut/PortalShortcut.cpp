@@ -68,7 +68,7 @@ QVariant shortcuts()
     qDBusRegisterMetaType<PortalShortcutEntry>();
     qDBusRegisterMetaType<QList<PortalShortcutEntry>>();
     const QVariantMap properties{
-        {QStringLiteral("description"), PortalShortcut::tr("Open or close Tallyfox")},
+        {QStringLiteral("description"), GlobalShortcut::tr("Open or close Tallyfox")},
         {QStringLiteral("preferred_trigger"), QStringLiteral("LOGO+ALT+b")},
     };
     return QVariant::fromValue(QList<PortalShortcutEntry>{{shortcutId, properties}});
