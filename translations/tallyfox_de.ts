@@ -384,6 +384,20 @@
         <source>%1 minutes</source>
         <translation>%1 Minuten</translation>
     </message>
+    <message>
+        <source>Set Up…</source>
+        <translation>Einrichten …</translation>
+    </message>
+    <message>
+        <source>Set Up Global Shortcut…</source>
+        <translation>Globales Tastenkürzel einrichten …</translation>
+    </message>
+    <message>
+        <source>The shortcut is not in force on this desktop.
+Bind the command “%1” to keys in its settings instead.</source>
+        <translation>Das Tastenkürzel gilt auf diesem Desktop nicht.
+Weisen Sie dafür in dessen Einstellungen dem Befehl „%1“ Tasten zu.</translation>
+    </message>
 </context>
 <context>
     <name>tallyfox::GlobalShortcut</name>

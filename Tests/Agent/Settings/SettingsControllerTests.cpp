@@ -2,6 +2,7 @@
 #include "Tallyfox/Agent/Controls/PushButton.h"
 #include "Tallyfox/Agent/Controls/StepSlider.h"
 #include "Tallyfox/Agent/Controls/ToggleSwitch.h"
+#include "Tallyfox/Agent/Settings/GeneralSettingsView.h"
 #include "Tallyfox/Agent/Settings/SettingsController.h"
 #include "Tallyfox/Agent/Settings/SettingsView.h"
 
@@ -35,7 +36,8 @@ protected:
         const SettingsServices services{.userDefaults = stored(),
                                         .loginItem = loginItem,
                                         .notificationCenter = notifications,
-                                        .activationPolicy = policy};
+                                        .activationPolicy = policy,
+                                        .shortcut = shortcut};
         m_controller = std::make_unique<SettingsController>(*m_view, services);
         QObject::connect(m_controller.get(), &SettingsController::refreshIntervalChanged, m_controller.get(),
                          [this](qint64 minutes) { intervals.push_back(minutes); });
@@ -67,6 +69,24 @@ protected:
     {
         return *m_view->findChild<QComboBox*>();
     }
+    /// The tooltip of the shortcut's row, which is also its accessible description.
+    [[nodiscard]] QString shortcutHelp() const
+    {
+        for (const SettingsValue* value : m_view->findChildren<SettingsValue*>()) {
+            if (value->text() != QStringLiteral(u"\u2325\u2318B"))
+                continue;
+            const QString help = value->parentWidget()->toolTip();
+            EXPECT_EQ(value->accessibleDescription(), help);
+            return help;
+        }
+        throw std::out_of_range{"no shortcut"};
+    }
+    /// Null while it is hidden.
+    [[nodiscard]] PushButton* shortcutButton() const
+    {
+        PushButton* const button = m_view->general().findChild<PushButton*>();
+        return button->isVisible() ? button : nullptr;
+    }
     void showTab(int tab) const
     {
         m_view->findChild<QTabBar*>()->setCurrentIndex(tab);
@@ -84,6 +104,7 @@ protected:
     FakeLoginItem loginItem;
     FakeNotificationCenter notifications;
     FakeActivationPolicySwitch policy;
+    FakeShortcut shortcut;
     std::vector<qint64> intervals;
 
 private:
@@ -102,6 +123,34 @@ TEST_F(SettingsControllerTest, nothingIsWrittenOrAppliedInitially)
     EXPECT_TRUE(notifications.requests.empty());
     EXPECT_TRUE(policy.policies.empty());
     EXPECT_TRUE(intervals.empty());
+}
+
+TEST_F(SettingsControllerTest, shortcutIsCheckedWheneverTheTabAppears)
+{
+    open();
+    EXPECT_EQ(shortcut.checks, 1);
+    showTab(1);
+    showTab(0);
+    EXPECT_EQ(shortcut.checks, 2);
+    EXPECT_EQ(shortcut.requests, 0);
+}
+
+TEST_F(SettingsControllerTest, shortcutThatIsNotInForceIsExplainedAsItChanges)
+{
+    open();
+    EXPECT_TRUE(shortcutHelp().contains(QStringLiteral("tallyfox --toggle"))) << "initially not in force";
+    EXPECT_EQ(shortcutButton(), nullptr);
+    shortcut.setState(ShortcutState::inForce);
+    EXPECT_EQ(shortcutHelp(), QString{});
+    EXPECT_EQ(shortcutButton(), nullptr);
+    shortcut.setState(ShortcutState::onRequest);
+    EXPECT_TRUE(shortcutHelp().contains(QStringLiteral("tallyfox --toggle")));
+    ASSERT_NE(shortcutButton(), nullptr);
+    shortcutButton()->click();
+    EXPECT_EQ(shortcut.requests, 1);
+    shortcut.setState(ShortcutState::notInForce);
+    EXPECT_TRUE(shortcutHelp().contains(QStringLiteral("tallyfox --toggle")));
+    EXPECT_EQ(shortcutButton(), nullptr);
 }
 
 TEST_F(SettingsControllerTest, selectedIntervalIsStoredAndApplied)

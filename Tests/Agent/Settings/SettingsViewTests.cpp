@@ -172,6 +172,16 @@ TEST_F(SettingsViewTest, generalTabHasItsThreeSections)
                         u"[Show Account Emails]", u"Ranking Privacy", u"[Ranking Privacy]"}));
 }
 
+TEST_F(SettingsViewTest, shortcutThatCanBeRequestedHasAButtonThatFits)
+{
+    m_view.general().setShortcutState(ShortcutState::onRequest);
+    const QWidget& form = chosen(0);
+    const QString text = QStringLiteral(u"Set Up\u2026");
+    EXPECT_EQ(contentOf(form).indexOf(text), contentOf(form).indexOf(QStringLiteral(u"\u2325\u2318B")) + 1);
+    EXPECT_EQ(dynamic_cast<const QScrollArea&>(form).verticalScrollBar()->maximum(), 0);
+    EXPECT_TRUE(reachedByTab().contains(text));
+}
+
 TEST_F(SettingsViewTest, accountsTabHasItsThreeSections)
 {
     EXPECT_EQ(contentOf(chosen(1)),

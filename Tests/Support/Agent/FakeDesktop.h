@@ -90,6 +90,22 @@ public:
     std::vector<ActivationPolicy> policies;
 };
 
+class FakeShortcut : public GlobalShortcut {
+public:
+    using GlobalShortcut::setState;
+    void check() override
+    {
+        ++checks;
+    }
+    void request() override
+    {
+        ++requests;
+    }
+
+    int checks = 0;
+    int requests = 0;
+};
+
 /// A desktop that records what the agent asks of it. The pointers are valid as long as the agent exists.
 class FakeDesktop {
 public:
@@ -108,7 +124,7 @@ public:
         };
         result.registerGlobalShortcut = [this] {
             events.emplace_back("shortcut");
-            auto made = std::make_unique<GlobalShortcut>();
+            auto made = std::make_unique<FakeShortcut>();
             shortcut = made.get();
             return made;
         };
@@ -121,7 +137,7 @@ public:
 
     std::vector<std::string> events; ///< in order
     FakeStatusItem* statusItem = nullptr;
-    GlobalShortcut* shortcut = nullptr;
+    FakeShortcut* shortcut = nullptr;
     FakeSleepInhibitor* inhibitor = nullptr;
 
 private:

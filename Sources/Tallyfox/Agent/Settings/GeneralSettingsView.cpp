@@ -1,7 +1,9 @@
 #include "Tallyfox/Agent/Settings/GeneralSettingsView.h"
 
 #include "Tallyfox/Agent/Controls/Picker.h"
+#include "Tallyfox/Agent/Controls/PushButton.h"
 
+#include <QLayout>
 #include <QShowEvent>
 #include <QSignalBlocker>
 
@@ -34,7 +36,19 @@ void GeneralSettingsView::addAppAccess()
     SettingsSection* const section = addSection(tr("App Access"));
     addToggle(section, tr("Launch at Login"), &Preferences::launchAtLogin);
     addToggle(section, tr("Show Dock Icon"), &Preferences::showDockIcon);
-    section->addValueRow(tr("Global Shortcut"), QStringLiteral(u"\u2325\u2318B"));
+    addShortcut(section);
+}
+
+void GeneralSettingsView::addShortcut(SettingsSection* section)
+{
+    m_shortcut = section->addValueRow(tr("Global Shortcut"), QStringLiteral(u"\u2325\u2318B"));
+    QWidget* const row = m_shortcut->parentWidget();
+    m_shortcutRequest = new PushButton{tr("Set Up…"), ButtonStyle::bordered, row};
+    m_shortcutRequest->setAccessibleName(tr("Set Up Global Shortcut…"));
+    row->layout()->addWidget(m_shortcutRequest);
+    row->layout()->setAlignment(m_shortcutRequest, Qt::AlignRight | Qt::AlignVCenter);
+    connect(m_shortcutRequest, &PushButton::clicked, this, &GeneralSettingsView::shortcutRequested);
+    setShortcutState(ShortcutState::inForce);
 }
 
 void GeneralSettingsView::addAppearance()
@@ -49,6 +63,17 @@ void GeneralSettingsView::setPreferences(const Preferences& preferences)
 {
     showMinutes(preferences.refreshMinutes);
     showToggles(preferences);
+}
+
+void GeneralSettingsView::setShortcutState(ShortcutState state)
+{
+    const QString help = state == ShortcutState::inForce
+        ? QString{}
+        : tr("The shortcut is not in force on this desktop.\nBind the command “%1” to keys in its settings instead.")
+              .arg(QStringLiteral("tallyfox --toggle"));
+    m_shortcut->setAccessibleDescription(help);
+    m_shortcut->parentWidget()->setToolTip(help);
+    m_shortcutRequest->setVisible(state == ShortcutState::onRequest);
 }
 
 /// An interval that is not among the choices, from a file edited by hand, is shown as the placeholder.

@@ -7,6 +7,7 @@
 #include "Tallyfox/Agent/Settings/GeneralSettingsView.h"
 #include "Tallyfox/Agent/Settings/NotificationSettingsView.h"
 #include "Tallyfox/Agent/Settings/SettingsView.h"
+#include "Tallyfox/Agent/Shortcut/GlobalShortcut.h"
 #include "Tallyfox/Agent/Theme/ProviderPresentation.h"
 
 #include <QPointer>
@@ -30,6 +31,7 @@ SettingsController::SettingsController(SettingsView& view, SettingsServices serv
 {
     m_view.setPreferences(m_preferences);
     connectGeneral();
+    connectShortcut();
     connectNotifications();
     connectAccounts();
 }
@@ -40,6 +42,16 @@ void SettingsController::connectGeneral()
     connect(&view, &GeneralSettingsView::appeared, this, &SettingsController::reconcileLaunchAtLogin);
     connect(&view, &GeneralSettingsView::refreshMinutesChosen, this, &SettingsController::setRefreshMinutes);
     connect(&view, &GeneralSettingsView::toggled, this, &SettingsController::toggle);
+}
+
+void SettingsController::connectShortcut()
+{
+    GeneralSettingsView& view = m_view.general();
+    GlobalShortcut& shortcut = m_services.shortcut;
+    view.setShortcutState(shortcut.state());
+    connect(&shortcut, &GlobalShortcut::stateChanged, &view, &GeneralSettingsView::setShortcutState);
+    connect(&view, &GeneralSettingsView::appeared, &shortcut, &GlobalShortcut::check);
+    connect(&view, &GeneralSettingsView::shortcutRequested, &shortcut, &GlobalShortcut::request);
 }
 
 void SettingsController::connectNotifications()

@@ -7,6 +7,7 @@
 namespace tallyfox {
 
 class ActivationPolicySwitch;
+class GlobalShortcut;
 class LoginItem;
 class NotificationCenter;
 class SettingsView;
@@ -17,6 +18,7 @@ struct SettingsServices {
     LoginItem& loginItem;
     NotificationCenter& notificationCenter;
     ActivationPolicySwitch& activationPolicy;
+    GlobalShortcut& shortcut;
 };
 
 /// Connects the settings window to what it controls: each change is stored and applied at once. A value that cannot
@@ -35,6 +37,7 @@ Q_SIGNALS:
 
 private:
     void connectGeneral();
+    void connectShortcut();
     void connectNotifications();
     void connectAccounts();
     template <typename Value> void set(Value Preferences::*member, Value value);

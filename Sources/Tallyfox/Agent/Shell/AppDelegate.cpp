@@ -116,7 +116,8 @@ void AppDelegate::createSettingsWindow()
                                          SettingsServices{.userDefaults = m_environment.userDefaults,
                                                           .loginItem = *m_environment.loginItem,
                                                           .notificationCenter = *m_environment.notificationCenter,
-                                                          .activationPolicy = *m_environment.activationPolicy});
+                                                          .activationPolicy = *m_environment.activationPolicy,
+                                                          .shortcut = *m_hotKey});
     const SettingsController& settings = m_settingsWindow->controller();
     connect(&settings, &SettingsController::refreshIntervalChanged, &m_store, &UsageStore::setRefreshInterval);
     connect(&settings, &SettingsController::refreshRequested, &m_store, &UsageStore::refresh);

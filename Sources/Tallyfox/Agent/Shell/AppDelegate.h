@@ -81,8 +81,8 @@ private:
     CaffeineController m_caffeine;
     PopoverWindow m_popover;
     std::unique_ptr<StatusItem> m_statusItem;
-    std::unique_ptr<SettingsWindow> m_settingsWindow;
     std::unique_ptr<GlobalShortcut> m_hotKey;
+    std::unique_ptr<SettingsWindow> m_settingsWindow;
     std::optional<QPoint> m_lastClick; ///< on the status item
     QTimer m_publicationTimer;
 };
