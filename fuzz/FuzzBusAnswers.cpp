@@ -48,6 +48,8 @@ struct SignalName {
 constexpr SignalName signalNames[] = {
     {"/StatusNotifierWatcher", "org.kde.StatusNotifierWatcher", "StatusNotifierHostRegistered"},
     {"/StatusNotifierWatcher", "org.kde.StatusNotifierWatcher", "StatusNotifierHostUnregistered"},
+    {"/StatusNotifierWatcher", "org.kde.StatusNotifierWatcher", "StatusNotifierItemRegistered"},
+    {"/StatusNotifierWatcher", "org.kde.StatusNotifierWatcher", "StatusNotifierItemUnregistered"},
     {portalPath, "org.freedesktop.portal.GlobalShortcuts", "Activated"},
     {"/org/freedesktop/DBus", "org.freedesktop.DBus", "NameOwnerChanged"},
     {"", "org.freedesktop.portal.Session", "Closed"},
@@ -159,10 +161,9 @@ private:
     {
         require(said.kind == WireMessage::Kind::call, "clients send calls only");
         m_ledger.noteCall(said);
-        const bool isWatchersProperty = said.member == "Get" && said.textAt(0) == "org.kde.StatusNotifierWatcher";
-        if (said.member == "RegisterStatusNotifierItem" || isWatchersProperty) {
+        if (said.member == "RegisterStatusNotifierItem" || said.member == "GetAll") {
             require(!said.destination.empty() && said.destination[0] == ':', "a call is for one watcher only");
-            require(isWatchersProperty || said.textAt(0) == HostileBus::uniqueName,
+            require(said.member == "GetAll" || said.textAt(0) == HostileBus::uniqueName,
                     "the item is registered under the program's name");
         }
         if (!said.wantsAnswer())

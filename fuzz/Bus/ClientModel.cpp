@@ -1,11 +1,28 @@
 #include "Bus/ClientModel.h"
 
+#include "Bus/ServiceAnswers.h"
 #include "FuzzSupport.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace tallyfox {
+
+namespace {
+
+/// Any other values have no such properties.
+StatusNotifierHost hostOf(const WireMessage& properties)
+{
+    const auto are = [&properties](bool hasHost, bool isListed) {
+        return properties.signature == "a{sv}"
+            && properties.body == ServiceAnswers::watcherProperties(hasHost, isListed);
+    };
+    if (are(false, true) || are(false, false))
+        return StatusNotifierHost::absent;
+    return are(true, false) ? StatusNotifierHost::refusing : StatusNotifierHost::present;
+}
+
+} // namespace
 
 void ClientModel::noteAnswer(const BusClient& client, const std::vector<AskedCall>& all, AskedCall& asked,
                              const WireMessage& answer, bool isGrant)
@@ -85,10 +102,8 @@ void ClientModel::noteWatchersAnswer(const AskedCall& asked, const WireMessage& 
             setWatcher(isError ? std::string{} : answer.textAt(0));
     } else if (!isToWatcher(asked)) {
         return;
-    } else if (asked.call.member == "Get") {
-        const bool isNo = !isError && answer.signature.starts_with('v')
-            && answer.body.starts_with(std::string_view{"\1b\0", 3}) && answer.numberAt(4) == 0;
-        m_host = isNo ? StatusNotifierHost::absent : StatusNotifierHost::present;
+    } else if (asked.call.member == "GetAll") {
+        m_host = isError ? StatusNotifierHost::present : hostOf(answer);
     } else if (isError && answer.error.find("DBus.Error.Unknown") == std::string::npos) {
         m_host = StatusNotifierHost::refusing;
     }
@@ -125,7 +140,7 @@ void ClientModel::judgeWatch(const BusClient& client, const std::vector<AskedCal
 {
     require(client.host() == m_host, "the host is what the watcher has reported");
     const auto questions = std::ranges::count_if(
-        asked, [this](const AskedCall& one) { return one.call.member == "Get" && isOpen(one) && isToWatcher(one); });
+        asked, [this](const AskedCall& one) { return one.call.member == "GetAll" && isOpen(one) && isToWatcher(one); });
     require(questions <= 1, "a watcher gets one call at a time");
 }
 

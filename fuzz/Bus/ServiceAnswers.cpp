@@ -1,6 +1,7 @@
 #include "Bus/ServiceAnswers.h"
 
 #include "Bus/AnyValues.h"
+#include "Bus/HostileBus.h"
 
 namespace tallyfox {
 
@@ -48,15 +49,35 @@ bool ServiceAnswers::fill(FuzzInput& input, const AskedCall& asked, WireMessage&
         writer.text(input.flip() ? ":1.5" : ":1.6");
         set(answer, "s", writer);
     } else if (call.member == "Get") {
-        writer.signature("b");
-        writer.integer(input.flip() ? 1 : 0);
+        writer.signature("u"); // the version of the portal
+        writer.integer(input.below(3));
         set(answer, "v", writer);
     } else if (call.member == "setShortcutKeys") {
         AnyValues::fill(input, answer, "a(ai)");
+    } else if (call.member == "GetAll") {
+        const bool hasHost = input.flip();
+        answer.signature = "a{sv}";
+        answer.body = watcherProperties(hasHost, input.below(4) != 3);
     } else if (call.member != "RegisterStatusNotifierItem") {
         AnyValues::fill(input, answer, call.member == "GetCapabilities" ? "as" : "u");
     }
     return false;
+}
+
+std::string ServiceAnswers::watcherProperties(bool hasHost, bool isListed)
+{
+    WireWriter writer;
+    writer.array(8, [&] {
+        writer.pair("IsStatusNotifierHostRegistered", "b", [&] { writer.integer(hasHost ? 1 : 0); });
+        writer.pair("RegisteredStatusNotifierItems", "as", [&] {
+            writer.array(4, [&] {
+                writer.text(std::string{HostileBus::uniqueName} + "7/StatusNotifierItem"); // another's
+                if (isListed)
+                    writer.text(std::string{HostileBus::uniqueName} + "@/StatusNotifierItem");
+            });
+        });
+    });
+    return writer.bytes();
 }
 
 void ServiceAnswers::fillResponse(FuzzInput& input, const AskedCall& asked, WireMessage& response)

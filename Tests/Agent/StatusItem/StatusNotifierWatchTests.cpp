@@ -13,6 +13,7 @@ namespace {
 
 using Manner = FakeStatusNotifierWatcher::Manner;
 using testing::ElementsAre;
+using testing::IsEmpty;
 
 struct StatusNotifierWatchTest : testing::Test {
     void start()
@@ -54,6 +55,7 @@ TEST_F(StatusNotifierWatchTest, runningWatcherIsGivenTheConnection)
     start();
     ASSERT_TRUE(becomes(StatusNotifierHost::present));
     EXPECT_THAT(watcher->registered(), ElementsAre(itemBus.baseService()));
+    EXPECT_THAT(watcher->wrongCalls(), IsEmpty());
 }
 
 TEST_F(StatusNotifierWatchTest, watcherThatStartsLaterIsGivenTheConnection)
@@ -140,6 +142,45 @@ TEST_F(StatusNotifierWatchTest, watcherWithoutAPanelIsNoHostUntilThePanelStarts)
     watcher->setHost(false);
     ASSERT_TRUE(becomes(StatusNotifierHost::absent));
     EXPECT_EQ(watcher->registrationCalls(), 1);
+}
+
+TEST_F(StatusNotifierWatchTest, droppedItemIsRefusedUntilItIsListedAgain)
+{
+    startWatcher();
+    start();
+    ASSERT_TRUE(becomes(StatusNotifierHost::present));
+    watcher->drop(itemBus.baseService());
+    EXPECT_TRUE(becomes(StatusNotifierHost::refusing));
+    watcher->add(itemBus.baseService());
+    EXPECT_TRUE(becomes(StatusNotifierHost::present));
+    EXPECT_EQ(watcher->registrationCalls(), 1);
+    EXPECT_THAT(watcher->wrongCalls(), IsEmpty());
+}
+
+TEST_F(StatusNotifierWatchTest, itemsOfOthersAreNotOurs)
+{
+    startWatcher();
+    start();
+    ASSERT_TRUE(becomes(StatusNotifierHost::present));
+    const auto questions = watcher->hostQuestions();
+    watcher->add(itemBus.baseService() + QStringLiteral("7")); // begins with our name
+    watcher->add(QStringLiteral(":1.999"));
+    spinFor(std::chrono::milliseconds{50});
+    EXPECT_EQ(watcher->hostQuestions(), questions);
+    watcher->drop(itemBus.baseService());
+    EXPECT_TRUE(becomes(StatusNotifierHost::refusing)) << "the list still has one that begins with our name";
+}
+
+TEST_F(StatusNotifierWatchTest, flagCountsBeforeTheList)
+{
+    startWatcher();
+    start();
+    ASSERT_TRUE(becomes(StatusNotifierHost::present));
+    watcher->setHost(false);
+    watcher->drop(itemBus.baseService());
+    ASSERT_TRUE(becomes(StatusNotifierHost::absent));
+    spinFor(std::chrono::milliseconds{50});
+    EXPECT_EQ(watch->host(), StatusNotifierHost::absent) << "an X11 tray may show the icon then";
 }
 
 TEST_F(StatusNotifierWatchTest, floodOfSignalsCausesFewCallsAndTheLatestResult)

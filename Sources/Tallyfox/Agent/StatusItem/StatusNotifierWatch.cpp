@@ -3,8 +3,8 @@
 #include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusPendingReply>
-#include <QDBusVariant>
 
+#include <algorithm>
 #include <chrono>
 
 namespace tallyfox {
@@ -64,6 +64,9 @@ void StatusNotifierWatch::connectSignals()
     for (const auto& signal :
          {QStringLiteral("StatusNotifierHostRegistered"), QStringLiteral("StatusNotifierHostUnregistered")})
         m_bus.connect({}, watcherPath(), watcherName(), signal, this, SLOT(handleHostsChange(QDBusMessage)));
+    for (const auto& signal :
+         {QStringLiteral("StatusNotifierItemRegistered"), QStringLiteral("StatusNotifierItemUnregistered")})
+        m_bus.connect({}, watcherPath(), watcherName(), signal, this, SLOT(handleItemsChange(QDBusMessage)));
     connect(&m_disconnectWatcher, &BusDisconnectWatcher::disconnected, this, [this] { setOwner({}); });
 }
 
@@ -140,14 +143,32 @@ void StatusNotifierWatch::handleHostsChange(const QDBusMessage& signal)
         requestHost();
 }
 
-/// A watcher may run without a panel: KDE's does in any session with a KDE program in it.
+void StatusNotifierWatch::handleItemsChange(const QDBusMessage& signal)
+{
+    if (isOurs(signal.arguments().value(0).toString()))
+        handleHostsChange(signal);
+}
+
+/// Watchers append the item's path to its name, each in its own way.
+bool StatusNotifierWatch::isOurs(const QString& item) const
+{
+    const QString name = m_bus.baseService();
+    const qsizetype place = item.indexOf(name);
+    if (place < 0)
+        return false;
+    const QString rest = item.mid(place + name.size());
+    return rest.isEmpty() || !rest.front().isDigit();
+}
+
+/// A watcher may run without a panel: KDE's does in any session with a KDE program in it. And it may drop an item that
+/// it has accepted: GNOME's extension does when it misses something in it.
 void StatusNotifierWatch::requestHost()
 {
     if (!m_isRegistered) // the owner has changed since this was queued
         return;
     QDBusMessage call = QDBusMessage::createMethodCall(
-        m_owner, watcherPath(), QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
-    call << watcherName() << QStringLiteral("IsStatusNotifierHostRegistered");
+        m_owner, watcherPath(), QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("GetAll"));
+    call << watcherName();
     m_isReplyStale = false;
     m_hostCall = std::make_unique<QDBusPendingCallWatcher>(m_bus.asyncCall(call));
     connect(m_hostCall.get(), &QDBusPendingCallWatcher::finished, this, &StatusNotifierWatch::handleHostReply);
@@ -155,13 +176,25 @@ void StatusNotifierWatch::requestHost()
 
 void StatusNotifierWatch::handleHostReply()
 {
-    const QDBusPendingReply<QDBusVariant> reply = *m_hostCall;
-    const QVariant isThere = reply.isValid() ? reply.value().variant() : QVariant{};
-    // Only a plain "no" counts: the item is registered.
+    const QDBusPendingReply<QVariantMap> reply = *m_hostCall;
+    const StatusNotifierHost host = findHost(reply.isValid() ? reply.value() : QVariantMap{});
     if (m_isReplyStale) // queued: the watcher of the finished call is still emitting
         QMetaObject::invokeMethod(this, &StatusNotifierWatch::requestHost, Qt::QueuedConnection);
-    const bool isAbsent = isThere.metaType() == QMetaType::fromType<bool>() && !isThere.toBool();
-    setHost(isAbsent ? StatusNotifierHost::absent : StatusNotifierHost::present);
+    setHost(host);
+}
+
+/// Only a plain "no" counts, or a list without the item: it has been registered.
+StatusNotifierHost StatusNotifierWatch::findHost(const QVariantMap& properties) const
+{
+    const QVariant isThere = properties.value(QStringLiteral("IsStatusNotifierHostRegistered"));
+    if (isThere.metaType() == QMetaType::fromType<bool>() && !isThere.toBool())
+        return StatusNotifierHost::absent;
+    const QVariant items = properties.value(QStringLiteral("RegisteredStatusNotifierItems"));
+    if (items.metaType() != QMetaType::fromType<QStringList>())
+        return StatusNotifierHost::present;
+    const QStringList list = items.toStringList();
+    const bool isListed = std::ranges::any_of(list, [this](const QString& item) { return isOurs(item); });
+    return isListed ? StatusNotifierHost::present : StatusNotifierHost::refusing;
 }
 
 void StatusNotifierWatch::setHost(StatusNotifierHost host)

@@ -18,8 +18,8 @@ namespace tallyfox {
 enum class StatusNotifierHost {
     unknown, ///< not known yet
     absent, ///< no panel; one may still start
-    refusing, ///< the watcher refuses the item, or never gets ready for calls
-    present, ///< the item is registered with a panel
+    refusing, ///< the watcher refuses or has dropped the item, or never gets ready for calls
+    present, ///< the item is registered, and there is a panel
 };
 
 /// Registers the item with the watcher on this bus, which keeps the panels' list of items: once with each watcher that
@@ -34,6 +34,11 @@ public:
     {
         return m_host;
     }
+    /// The unique name of the watcher; empty without one.
+    [[nodiscard]] const QString& watcher() const
+    {
+        return m_owner;
+    }
 
 Q_SIGNALS:
     void hostChanged();
@@ -41,6 +46,7 @@ Q_SIGNALS:
 private Q_SLOTS: // called by the bus
     void handleOwnerChange(const QDBusMessage& signal);
     void handleHostsChange(const QDBusMessage& signal);
+    void handleItemsChange(const QDBusMessage& signal);
 
 private:
     void connectSignals();
@@ -51,11 +57,13 @@ private:
     void handleRegistrationReply();
     void requestHost();
     void handleHostReply();
+    [[nodiscard]] bool isOurs(const QString& item) const;
+    [[nodiscard]] StatusNotifierHost findHost(const QVariantMap& properties) const;
     void setHost(StatusNotifierHost host);
 
     QDBusConnection m_bus;
     BusDisconnectWatcher m_disconnectWatcher;
-    QString m_owner; ///< unique name of the watcher, empty without one
+    QString m_owner;
     StatusNotifierHost m_host = StatusNotifierHost::unknown;
     bool m_isRegistered = false;
     bool m_isReplyStale = false; ///< hosts have changed since the last call
