@@ -167,6 +167,29 @@
     </message>
 </context>
 <context>
+    <name>StatusMenu</name>
+    <message>
+        <source>%1% used</source>
+        <translation>%1% genutzt</translation>
+    </message>
+    <message>
+        <source>%1 tokens today, %2 in 30 days</source>
+        <translation>heute %1 Tokens, %2 in 30 Tagen</translation>
+    </message>
+    <message>
+        <source>Open Tallyfox</source>
+        <translation>Tallyfox öffnen</translation>
+    </message>
+    <message>
+        <source>Refresh</source>
+        <translation>Aktualisieren</translation>
+    </message>
+    <message>
+        <source>Settings…</source>
+        <translation>Einstellungen …</translation>
+    </message>
+</context>
+<context>
     <name>UsageStore</name>
     <message>
         <source>Showing last successful quota</source>

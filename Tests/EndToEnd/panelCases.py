@@ -9,7 +9,7 @@ from Xlib.ext import xtest
 
 from harness.bus import StatusItems
 from harness.desktop import ROOT_COLOUR, Desktop
-from harness.waiting import expect, expect_equal, stays, until
+from harness.waiting import expect, expect_equal, settled, stays, until
 
 TEXT = "Tallyfox, 43 percent used"
 
@@ -23,6 +23,11 @@ def started(surroundings, panel, *arguments):
         desktop.items.one()
     until("the item is drawn", desktop.has_item)
     return desktop, agent
+
+
+def away(desktop):
+    """A place with nothing at it."""
+    return 5, desktop.display.box.height // 2
 
 
 def expect_beside_item(desktop, popover, item):
@@ -62,15 +67,16 @@ def test_itemShowsTextAndNumberOnce(surroundings, panel):
         until("the title follows", lambda: "88 percent" in desktop.items.property(address, "Title"))
     desktop.display.press("Escape")
     agent.closed_popover()
-    desktop.display.move((5, desktop.display.box.height // 2))
+    desktop.display.move(away(desktop))
     until("the number in the panel follows", lambda: desktop.item_picture().data != first.data)
     if panel.has_watcher:
         expect_equal(desktop.items.one(), address, "item")
 
 
-def test_pointerOverTheItemShowsTheTooltip(surroundings, panel):
-    desktop, _ = started(surroundings, panel)
-    item = desktop.item_box()
+def hovered_picture(desktop, item):
+    """Moves the pointer onto the item, and returns the picture of the tooltip."""
+    desktop.display.move(away(desktop))
+    until("there is no tooltip", lambda: not desktop.display.picture(desktop.work_area).outline(ROOT_COLOUR))
     moved = [0.0]
 
     def tooltip():
@@ -79,8 +85,21 @@ def test_pointerOverTheItemShowsTheTooltip(surroundings, panel):
             desktop.display.move((item.middle[0] - 4, item.middle[1]))
             desktop.display.move(item.middle)
             moved[0] = time.monotonic()
-        return desktop.display.picture(desktop.work_area).outline(ROOT_COLOUR)
-    until("a tooltip is shown", tooltip)
+        box = desktop.display.picture(desktop.work_area).outline(ROOT_COLOUR)
+        return (box, desktop.display.picture(box).data) if box else None
+    return settled("a tooltip is shown", tooltip)
+
+
+def test_tooltipFollowsThePercentage(surroundings, panel):
+    desktop, agent = started(surroundings, panel)
+    item = desktop.item_box()
+    first = hovered_picture(desktop, item)
+    expect(hovered_picture(desktop, item) == first, "the same tooltip looks different")
+    surroundings.codex.set_percent(87.5)
+    opened(desktop, agent, item)
+    desktop.display.press("Escape")
+    agent.closed_popover()
+    until("the tooltip follows", lambda: hovered_picture(desktop, item) != first)
 
 
 def test_slowClickOpensAPopoverThatAClickOutsideCloses(surroundings, panel):
@@ -119,6 +138,48 @@ def test_everyForwardedButtonTogglesThePopover(surroundings, panel):
         agent.opened_popover()
         desktop.display.click(item.middle, button)
         agent.closed_popover()
+
+
+def opened_menu(desktop, agent, item):
+    """Opens the item's menu and waits until all its lines are there."""
+    desktop.display.click(item.middle, 3)
+    lines = 7 * 16  # pixels
+    until("a menu of all lines is open", lambda: any(box.height > lines for box in desktop.display.overlay_boxes()))
+    expect(not agent.popover(), "the popover opens with the menu")
+
+
+def test_rightClickOpensTheMenuWherePanelsShowOne(surroundings, panel):
+    desktop, agent = started(surroundings, panel)
+    item = desktop.item_box()
+    if not panel.shows_menus:
+        desktop.display.click(item.middle, 3)
+        agent.opened_popover()
+        return
+    address = desktop.items.one()
+
+    def choose(entry):
+        opened_menu(desktop, agent, item)
+        for _ in range(entry + 1):  # the figures cannot be chosen
+            desktop.display.press("Down")
+        desktop.screenshot(f"menu{entry}")
+        desktop.display.press("Return")
+    choose(0)
+    agent.opened_popover()
+    desktop.display.press("Escape")
+    agent.closed_popover()
+    surroundings.codex.set_percent(87.5)
+    choose(1)
+    until("the entry refreshes", lambda: "88 percent" in desktop.items.property(address, "Title"))
+    choose(2)
+    until("the settings are open", lambda: "Tallyfox Settings" in desktop.display.titles_of(agent.pid))
+    desktop.display.close(agent.pid, "Tallyfox Settings")
+    until("the settings are closed", lambda: not desktop.display.titles_of(agent.pid))
+    # A menu that is closed without a choice leaves the next click to the item.
+    opened_menu(desktop, agent, item)
+    desktop.display.press("Escape")
+    agent.closed_popover()
+    opened(desktop, agent, item)
+    agent.expect_output([])
 
 
 def test_popoverOpensAboveAPanelAtTheBottom(surroundings, panel):
@@ -191,7 +252,7 @@ def test_signalEndsTheProgramAndNothingIsLeft(surroundings, panel):
         opened(desktop, agent, desktop.item_box())
         expect(desktop.has_agent(), "the program has no bus name")
         agent.end(by)
-        desktop.display.move((5, desktop.display.box.height // 2))
+        desktop.display.move(away(desktop))
         until("the item is gone", lambda: not desktop.has_item())
         expect(not desktop.has_agent(), "the bus name has not been given back")
         left = [name for name in os.listdir(surroundings.runtime) if "tallyfox" in name]

@@ -88,6 +88,45 @@ TEST_F(AppDelegateTest, statusItemFollowsTheCombinedPercentage)
     EXPECT_EQ(contents.back(), StatusItemContent{43});
 }
 
+TEST_F(AppDelegateTest, menuFollowsEachPublicationWhileThePopoverIsClosed)
+{
+    const auto delegate = launched();
+    const auto firstLine = [this] { return desktop.statusItem->menu.figures().value(0); };
+    EXPECT_TRUE(firstLine().startsWith(QStringLiteral("43% used"))) << firstLine().toStdString();
+    ASSERT_TRUE(spinUntil([&] { return desktop.statusItem->menuChanges > 1; })) << "panels are told";
+    const int before = desktop.statusItem->menuChanges;
+    percent = 61;
+    Q_EMIT desktop.statusItem->chosen(StatusMenuAction::refresh);
+    waitForRefresh(2);
+    EXPECT_TRUE(firstLine().startsWith(QStringLiteral("61% used"))) << firstLine().toStdString();
+    EXPECT_TRUE(spinUntil([&] { return desktop.statusItem->menuChanges > before; }));
+    EXPECT_EQ(popover(), nullptr);
+}
+
+TEST_F(AppDelegateTest, menuOpensThePopoverOnceAndTheSettings)
+{
+    const auto delegate = launched();
+    Q_EMIT desktop.statusItem->chosen(StatusMenuAction::open);
+    ASSERT_NE(popover(), nullptr);
+    Q_EMIT desktop.statusItem->chosen(StatusMenuAction::open);
+    EXPECT_NE(popover(), nullptr) << "it opens, and does not toggle";
+    Q_EMIT desktop.statusItem->chosen(StatusMenuAction::settings);
+    EXPECT_NE(settingsWindow(), nullptr);
+    EXPECT_EQ(popover(), nullptr);
+}
+
+TEST_F(AppDelegateTest, menusCheckMarkFollowsTheDesktop)
+{
+    const auto delegate = launched();
+    Q_EMIT desktop.statusItem->chosen(StatusMenuAction::keepAwake);
+    ASSERT_EQ(desktop.inhibitor->reasons.size(), 1U);
+    EXPECT_FALSE(desktop.statusItem->menu.keepsAwake) << "the desktop has not agreed yet";
+    Q_EMIT desktop.inhibitor->inhibition->began();
+    EXPECT_TRUE(desktop.statusItem->menu.keepsAwake);
+    Q_EMIT desktop.statusItem->chosen(StatusMenuAction::keepAwake);
+    EXPECT_FALSE(desktop.statusItem->menu.keepsAwake);
+}
+
 TEST_F(AppDelegateTest, refreshesAtTheStoredIntervalOrEachFiveMinutes)
 {
     UserDefaults defaults = desktop.environment(environment).userDefaults;

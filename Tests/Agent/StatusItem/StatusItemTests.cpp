@@ -2,7 +2,9 @@
 #include "Support/Agent/PrivateBus.h"
 #include "Support/SpinUntil.h"
 #include "Tallyfox/Agent/StatusItem/StatusItem.h"
+#include "Tallyfox/Agent/StatusItem/StatusMenu.h"
 
+#include <QDBusVariant>
 #include <gmock/gmock.h>
 
 #include <limits>
@@ -152,6 +154,21 @@ TEST_F(StatusItemTest, panelWithinTheGraceIsNeverReportedMissing)
     watcher.reset();
     spinFor(2500ms);
     EXPECT_EQ(reports, 0) << "a crashed panel restarts";
+}
+
+TEST_F(StatusItemTest, choiceInTheMenuIsReported)
+{
+    start(1min);
+    std::vector<StatusMenuAction> choices;
+    QObject::connect(item.get(), &StatusItem::chosen, item.get(),
+                     [&](StatusMenuAction action) { choices.push_back(action); });
+    item->setMenu({.figures = [] { return QStringList{QStringLiteral("42% used")}; }});
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        itemBus.baseService(), StatusMenu::path(), QStringLiteral("com.canonical.dbusmenu"), QStringLiteral("Event"));
+    call << 4 << QStringLiteral("clicked") << QVariant::fromValue(QDBusVariant{0}) << 0U;
+    panelBus.send(call);
+    EXPECT_TRUE(spinUntil([&] { return !choices.empty(); }));
+    EXPECT_THAT(choices, testing::ElementsAre(StatusMenuAction::settings));
 }
 
 TEST_F(StatusItemTest, silentPanelLeavesTheAvailabilityOpen)

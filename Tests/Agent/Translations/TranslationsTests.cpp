@@ -5,6 +5,7 @@
 #include "Tallyfox/Agent/Popover/ProviderCardModel.h"
 #include "Tallyfox/Agent/Popover/RefreshFooter.h"
 #include "Tallyfox/Agent/Settings/NotificationSettingsView.h"
+#include "Tallyfox/Agent/Shell/StatusTexts.h"
 #include "Tallyfox/Agent/StatusItem/StatusItem.h"
 #include "Tallyfox/Agent/Theme/DateFormats.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
@@ -146,6 +147,24 @@ TEST(GermanTexts, sentencesIncludeTheirFigures)
     EXPECT_EQ(model.quota->weekly->reset, QStringLiteral("Reset in 3 Tagen"));
     EXPECT_EQ(refreshStatusText(now, Calendar::utc(), QLocale{}), QStringLiteral("Aktualisiert um 14:05"));
     EXPECT_EQ(StatusItemContent{42}.fullText(), QStringLiteral("Tallyfox, 42 Prozent genutzt"));
+}
+
+TEST(GermanTexts, linesOfTheMenuIncludeTheirFigures)
+{
+    const TranslatedApplication application{german()};
+    ProviderState state = initialState(Provider::codex, now, Calendar::utc());
+    state.summary = someHistory();
+    state.quota = someQuota();
+    state.updatedAt = now;
+    state.health = SourceHealth::connected;
+    UsageSnapshot snapshot;
+    snapshot.states = {initialState(Provider::claude, now, Calendar::utc()), state};
+    snapshot.combinedPercent = 43;
+    snapshot.now = now;
+    EXPECT_EQ(menuFigures(snapshot, QLocale{}),
+              (QStringList{QStringLiteral("43% genutzt · Reset in 2 Std."),
+                           QStringLiteral("Claude: Warten auf erste Aktualisierung"),
+                           QStringLiteral("Codex: heute 1.0K Tokens, 1.0K in 30 Tagen")}));
 }
 
 TEST(GermanFormats, relativePhrasesFollowTheLocale)

@@ -147,6 +147,20 @@ class Display:
                 found.append(window.id)
         return found
 
+    def overlay_boxes(self):
+        """The boxes of the overlays that can be seen: some programs keep a tiny one for messages, or one off the screen.
+        """
+        boxes = []
+        for window in self.overlays():
+            try:
+                geometry = self.x.create_resource_object("window", window).get_geometry()
+            except (xerror.BadWindow, xerror.BadDrawable):
+                continue
+            box = Box(geometry.x, geometry.y, geometry.width, geometry.height)
+            if box.height > 8 and self.box.contains(box):
+                boxes.append(box)
+        return boxes
+
     def watch_maps(self):
         """Starts recording windows that appear, for `has_mapped`; forgets earlier ones."""
         self.root.change_attributes(event_mask=X.SubstructureNotifyMask)

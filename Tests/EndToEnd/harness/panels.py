@@ -25,7 +25,8 @@ class Panel:
     services = ()  # service files that the session bus needs
     environment = {}
     has_watcher = True  # speaks StatusNotifierItem; otherwise only the older X11 tray
-    further_buttons = (2, 3)  # mouse buttons that it forwards to the item, besides the first
+    further_buttons = (2,)  # mouse buttons that it forwards to the item, besides the first
+    shows_menus = True  # on the third button
     shortcut = ("Super_L", "Alt_L", "b")  # in the order in which the keys are pressed
     at_bottom = False
     at_left = False
@@ -60,7 +61,6 @@ class Xfce(Panel):
     helpers = ("wrapper-2.0",)
     services = ("org.xfce.Xfconf",)
     environment = {"XDG_CURRENT_DESKTOP": "XFCE"}
-    further_buttons = (2,)  # the third opens the panel's own menu
     output = "Automatic"  # the name of the screen's output
 
     def configure(self, config_home):
@@ -139,6 +139,8 @@ class Tint2(Panel):
     name = "tint2"
     program = "tint2"
     has_watcher = False
+    further_buttons = (2, 3)
+    shows_menus = False
 
     def configure(self, config_home):
         write(config_home, "tint2/tint2rc", f"""rounded = 0

@@ -20,8 +20,15 @@ public:
     {
         contents.push_back(content);
     }
+    void setMenu(const StatusMenuContent& content) override
+    {
+        menu = content;
+        ++menuChanges;
+    }
 
     std::vector<StatusItemContent> contents;
+    StatusMenuContent menu; ///< the latest
+    int menuChanges = 0;
 };
 
 class FakeSleepInhibitor : public SleepInhibitor {

@@ -22,6 +22,7 @@ inline const std::map<std::string, std::string> statusNotifierProperties{
     {"AttentionMovieName", "s"},
     {"ToolTip", "(sa(iiay)ss)"},
     {"ItemIsMenu", "b"},
+    {"Menu", "o"},
     {"XAyatanaLabel", "s"},
     {"XAyatanaLabelGuide", "s"},
     {"XAyatanaOrderingIndex", "u"},

@@ -59,11 +59,6 @@ QString resetsText(Instant moment, Instant now, const QLocale& locale)
     return CardText::tr("Resets %1", "%1: in 2 hr.").arg(relativeTimeText(moment, now, locale));
 }
 
-QString resetText(const QuotaWindow& window, Instant now, const QLocale& locale)
-{
-    return window.resetsAt ? resetsText(*window.resetsAt, now, locale) : CardText::tr("Reset not reported");
-}
-
 std::optional<ProviderCardModel::Weekly> weekly(const QuotaSnapshot& quota, Instant now, const QLocale& locale)
 {
     if (!quota.secondary)
@@ -123,6 +118,11 @@ MeasurementConfidence displayConfidence(const ProviderState& state)
     if (state.quota)
         return state.quota->confidence;
     return state.summary.totalTokens > 0 ? MeasurementConfidence::observed : MeasurementConfidence::unknown;
+}
+
+QString resetText(const QuotaWindow& window, Instant now, const QLocale& locale)
+{
+    return window.resetsAt ? resetsText(*window.resetsAt, now, locale) : CardText::tr("Reset not reported");
 }
 
 ProviderCardModel providerCardModel(const ProviderState& state, Instant now, const QLocale& locale)

@@ -60,6 +60,9 @@ struct ProviderCardModel {
 /// `unknown`.
 MeasurementConfidence displayConfidence(const ProviderState& state);
 
+/// When the quota is reset: "Resets in 2 hr.", relative to `now`.
+QString resetText(const QuotaWindow& window, Instant now, const QLocale& locale);
+
 /// The card of `state`, with reset times relative to `now`, and numbers and times formatted for `locale`.
 ProviderCardModel providerCardModel(const ProviderState& state, Instant now, const QLocale& locale);
 

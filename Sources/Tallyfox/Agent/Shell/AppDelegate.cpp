@@ -4,7 +4,10 @@
 #include "Tallyfox/Agent/Desktop/LoginItem.h"
 #include "Tallyfox/Agent/Desktop/NotificationCenter.h"
 #include "Tallyfox/Agent/Settings/SettingsWindow.h"
+#include "Tallyfox/Agent/Shell/StatusTexts.h"
 #include "Tallyfox/Engine/System/StandardStreams.h"
+
+#include <QLocale>
 
 #include <chrono>
 #include <utility>
@@ -39,10 +42,33 @@ void AppDelegate::configureStatusItem()
     const auto update = [this] { m_statusItem->setContent({.percent = m_store.combinedPercent()}); };
     connect(&m_store, &UsageStore::combinedPercentPublished, this, update);
     connect(m_statusItem.get(), &StatusItem::activated, this, &AppDelegate::activateStatusItem);
+    connect(m_statusItem.get(), &StatusItem::chosen, this, &AppDelegate::handleChoice);
     connect(m_statusItem.get(), &StatusItem::unavailable, this, [] {
         StandardStreams::writeDiagnostic("this desktop shows no status icons; tallyfox --toggle opens the window");
     });
+    connect(&m_caffeine, &CaffeineController::isEnabledPublished, this, &AppDelegate::updateMenu);
     update();
+    updateMenu();
+}
+
+void AppDelegate::updateMenu()
+{
+    m_statusItem->setMenu({.figures = [this] { return menuFigures(m_store.snapshot(), QLocale{}); },
+                           .keepsAwake = m_caffeine.isEnabled()});
+}
+
+void AppDelegate::handleChoice(StatusMenuAction action)
+{
+    switch (action) {
+    case StatusMenuAction::open:
+        return showPopover();
+    case StatusMenuAction::refresh:
+        return m_store.refresh();
+    case StatusMenuAction::settings:
+        return showSettings();
+    case StatusMenuAction::keepAwake:
+        return m_caffeine.toggle();
+    }
 }
 
 void AppDelegate::configurePopover()
@@ -127,12 +153,14 @@ void AppDelegate::createSettingsWindow()
 void AppDelegate::publishLater()
 {
     // The store publishes several values in a row: draw once, after the last.
-    if (m_popover.isVisible() || isSettingsVisible())
-        m_publicationTimer.start(std::chrono::milliseconds{0});
+    m_publicationTimer.start(std::chrono::milliseconds{0});
 }
 
 void AppDelegate::publish()
 {
+    updateMenu();
+    if (!m_popover.isVisible() && !isSettingsVisible())
+        return;
     const UsageSnapshot usage = m_store.snapshot();
     if (m_popover.isVisible())
         m_popover.view().setUsage(usage);

@@ -68,6 +68,8 @@ private:
     void configureStatusItem();
     void configurePopover();
     void registerGlobalShortcut();
+    void updateMenu();
+    void handleChoice(StatusMenuAction action);
     void activateStatusItem(std::optional<QPoint> click);
     void openPopover();
     void createSettingsWindow();

@@ -1,6 +1,7 @@
 #include "Tallyfox/Agent/StatusItem/StatusItem.h"
 
 #include "Tallyfox/Agent/StatusItem/StatusIconPainter.h"
+#include "Tallyfox/Agent/StatusItem/StatusMenu.h"
 #include "Tallyfox/Agent/StatusItem/StatusNotifierItem.h"
 #include "Tallyfox/Agent/StatusItem/StatusNotifierWatch.h"
 #include "Tallyfox/Agent/StatusItem/TrayManagerWatch.h"
@@ -61,11 +62,13 @@ std::optional<QPoint> clickPosition(QPoint reported)
 class PanelStatusItem : public StatusItem {
 public:
     PanelStatusItem(const QString& id, const QDBusConnection& bus, std::chrono::milliseconds grace)
-        : m_item{id, bus}
+        : m_menu{bus}
+        , m_item{id, bus}
         , m_watch{bus}
     {
         connect(&m_item, &StatusNotifierItem::activated, this,
                 [this](QPoint reported) { Q_EMIT activated(clickPosition(reported)); });
+        connect(&m_menu, &StatusMenu::chosen, this, &PanelStatusItem::chosen);
         connect(&m_watch, &StatusNotifierWatch::hostChanged, this, &PanelStatusItem::update);
         connect(&m_trayWatch, &TrayManagerWatch::managerChanged, this, [this] {
             m_trayIcon.reset(); // it was in the previous tray
@@ -78,6 +81,11 @@ public:
         connect(&m_grace, &QTimer::timeout, this, &PanelStatusItem::checkAvailability);
         m_grace.start(grace);
         update();
+    }
+
+    void setMenu(const StatusMenuContent& content) override
+    {
+        m_menu.setContent(content);
     }
 
     void setContent(const StatusItemContent& content) override
@@ -130,6 +138,7 @@ private:
             Q_EMIT unavailable();
     }
 
+    StatusMenu m_menu;
     StatusNotifierItem m_item;
     StatusNotifierWatch m_watch;
     TrayManagerWatch m_trayWatch;

@@ -4,9 +4,11 @@
 #include <QPoint>
 #include <QRect>
 #include <QString>
+#include <QStringList>
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -27,6 +29,17 @@ struct StatusItemContent {
     friend bool operator==(const StatusItemContent&, const StatusItemContent&) = default;
 };
 
+/// An entry of the status item's menu that does something.
+enum class StatusMenuAction { open, refresh, settings, keepAwake };
+
+/// What the status item's menu shows besides its actions.
+struct StatusMenuContent {
+    /// Makes the lines at the top, always as many; an empty one is hidden. Called when a panel wants to know them, so
+    /// that they cost nothing where no panel shows the menu.
+    std::function<QStringList()> figures{};
+    bool keepsAwake = false; ///< whether that action has its check mark
+};
+
 /// The program's item in the desktop's status area. It appears in whatever panel there is, whenever one appears, until
 /// the object is destroyed. Main thread; nothing blocks on a panel.
 class StatusItem : public QObject {
@@ -36,11 +49,15 @@ public:
     using QObject::QObject;
 
     virtual void setContent(const StatusItemContent& content) = 0;
+    /// To be called whenever the lines of figures may have changed. Panels of the X11 tray show no menu.
+    virtual void setMenu(const StatusMenuContent& content) = 0;
 
 Q_SIGNALS:
     /// The user has clicked the item, with any button. `position` is where, in the desktop's logical coordinates;
     /// nothing when the panel reports nothing plausible.
     void activated(std::optional<QPoint> position);
+    /// The user has chosen an entry of the menu.
+    void chosen(StatusMenuAction action);
     /// Emitted at most once, when it is certain that this desktop has no place for status items. The item still appears
     /// in a panel that starts later.
     void unavailable();

@@ -1,11 +1,13 @@
 #include "Tallyfox/Agent/StatusItem/StatusNotifierItem.h"
 
 #include "Tallyfox/Agent/StatusItem/StatusIconPainter.h"
+#include "Tallyfox/Agent/StatusItem/StatusMenu.h"
 
 #include <QDBusAbstractAdaptor>
 #include <QDBusArgument>
 #include <QDBusMessage>
 #include <QDBusMetaType>
+#include <QDBusObjectPath>
 #include <QtEndian>
 
 #include <utility>
@@ -55,6 +57,7 @@ class StatusNotifierItemAdaptor : public QDBusAbstractAdaptor {
     Q_PROPERTY(QString AttentionMovieName MEMBER m_noName CONSTANT)
     Q_PROPERTY(tallyfox::StatusNotifierToolTip ToolTip READ toolTip)
     Q_PROPERTY(bool ItemIsMenu MEMBER m_itemIsMenu CONSTANT)
+    Q_PROPERTY(QDBusObjectPath Menu MEMBER m_menu CONSTANT)
     Q_PROPERTY(QString XAyatanaLabel READ label)
     Q_PROPERTY(QString XAyatanaLabelGuide MEMBER m_labelGuide CONSTANT)
     Q_PROPERTY(uint XAyatanaOrderingIndex MEMBER m_orderingIndex CONSTANT)
@@ -88,7 +91,7 @@ public:
     }
 
 public Q_SLOTS:
-    // Some panels never send Activate, so every button means the same.
+    // Some panels send only one of these, so every button means the same.
     void Activate(int x, int y)
     {
         Q_EMIT m_item.activated({x, y});
@@ -120,7 +123,8 @@ private:
     int m_windowId = 0;
     QString m_noName; // with a name, most panels ignore the pixmap, and with it the number
     StatusNotifierPixmaps m_noPixmap;
-    bool m_itemIsMenu = false;
+    bool m_itemIsMenu = false; // else panels would open the menu on every button
+    QDBusObjectPath m_menu{StatusMenu::path()};
     QString m_labelGuide = QStringLiteral(" 100%");
     uint m_orderingIndex = 0;
 };
