@@ -2,12 +2,16 @@
 #include "Tallyfox/Agent/Shell/StatusTexts.h"
 
 #include <QLocale>
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 namespace tallyfox::test {
 namespace {
 
 using namespace std::chrono_literals;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
 const Instant now = utcTime(2026, 11, 21, 14, 5);
 
 ProviderState usedState(Provider provider, std::int64_t earlierTokens, std::int64_t todaysTokens)
@@ -77,6 +81,39 @@ TEST(MenuFigures, assistantWithoutFiguresSaysWhy)
     EXPECT_EQ(figures(snapshotOf({denied, waiting})),
               (QStringList{QString{}, QStringLiteral("Claude: Home folder access required"),
                            QStringLiteral("Codex: Waiting for first refresh")}));
+}
+
+TEST(MissingStatusAreaText, namesTheDesktopAndWhatToInstall)
+{
+    for (const char* names : {"GNOME", "ubuntu:GNOME", "GNOME-Classic:GNOME"}) {
+        EXPECT_THAT(missingStatusAreaText(names), StartsWith("GNOME shows no status icons")) << names;
+        EXPECT_THAT(missingStatusAreaText(names), HasSubstr("gnome-shell-extension-appindicator")) << names;
+    }
+    EXPECT_THAT(missingStatusAreaText("sway"), StartsWith("sway shows no status icons"));
+    EXPECT_THAT(missingStatusAreaText("sway:wlroots"), HasSubstr("waybar"));
+    EXPECT_THAT(missingStatusAreaText("labwc:wlroots"), HasSubstr("waybar"));
+    EXPECT_THAT(missingStatusAreaText("XFCE"), StartsWith("XFCE shows no status icons"));
+    EXPECT_THAT(missingStatusAreaText("XFCE"), HasSubstr("status area"));
+}
+
+TEST(MissingStatusAreaText, desktopsWithAPanelOfTheirOwnAreNotToldOfGnomesExtension)
+{
+    for (const char* names : {"Budgie:GNOME", "GNOME-Flashback:GNOME"})
+        EXPECT_THAT(missingStatusAreaText(names), Not(HasSubstr("extension"))) << names;
+    EXPECT_THAT(missingStatusAreaText("Budgie:GNOME"), StartsWith("Budgie shows"));
+}
+
+TEST(MissingStatusAreaText, unknownOrUnprintableNameIsNotShown)
+{
+    for (const char* names : {"", ":", "bad\nname", "\x1b[31m", "gnöme"})
+        EXPECT_THAT(missingStatusAreaText(names), StartsWith("this desktop shows no status icons")) << names;
+    EXPECT_THAT(missingStatusAreaText("GNOMEish"), Not(HasSubstr("extension")));
+}
+
+TEST(MissingStatusAreaText, alwaysNamesTheCommand)
+{
+    for (const char* names : {"", "GNOME", "sway", "KDE"})
+        EXPECT_THAT(missingStatusAreaText(names), HasSubstr("; tallyfox --toggle opens the window")) << names;
 }
 
 } // namespace

@@ -1,9 +1,12 @@
 #include "Support/Agent/FakeStatusNotifierWatcher.h"
 #include "Support/Agent/PrivateBus.h"
 #include "Support/SpinUntil.h"
+#include "Tallyfox/Agent/StatusItem/StatusIconPainter.h"
 #include "Tallyfox/Agent/StatusItem/StatusItem.h"
 #include "Tallyfox/Agent/StatusItem/StatusMenu.h"
+#include "Tallyfox/Agent/StatusItem/StatusNotifierItem.h"
 
+#include <QDBusPendingReply>
 #include <QDBusVariant>
 #include <gmock/gmock.h>
 
@@ -105,6 +108,21 @@ struct StatusItemTest : testing::Test {
     {
         watcher = std::make_unique<FakeStatusNotifierWatcher>(bus.connect(), manner);
     }
+    /// What a panel that shows the item asks for.
+    StatusNotifierPixmaps readPicture()
+    {
+        QDBusMessage call =
+            QDBusMessage::createMethodCall(itemBus.baseService(), QStringLiteral("/StatusNotifierItem"),
+                                           QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
+        call << QStringLiteral("org.kde.StatusNotifierItem") << QStringLiteral("IconPixmap");
+        const QDBusPendingReply<QDBusVariant> reply = panelBus.asyncCall(call);
+        EXPECT_TRUE(spinUntil([&] { return reply.isFinished(); }));
+        return qdbus_cast<StatusNotifierPixmaps>(reply.value().variant());
+    }
+    static StatusNotifierPixmap picture(const char* number)
+    {
+        return statusNotifierPixmap(StatusIconPainter::image(QLatin1String{number}, 16));
+    }
     void click(int x, int y)
     {
         QDBusMessage call =
@@ -147,13 +165,70 @@ TEST_F(StatusItemTest, withoutAPanelItIsReportedUnavailableOnceAndStillRegisters
 
 TEST_F(StatusItemTest, panelWithinTheGraceIsNeverReportedMissing)
 {
-    start(2s);
+    start(500ms);
     startWatcher();
     ASSERT_TRUE(spinUntil([&] { return watcher->registered().size() == 1; }));
-    spinFor(50ms);
+    readPicture();
     watcher.reset();
-    spinFor(2500ms);
+    spinFor(1s);
     EXPECT_EQ(reports, 0) << "a crashed panel restarts";
+}
+
+TEST_F(StatusItemTest, acceptedItemThatNobodyReadsIsReportedUnavailable)
+{
+    startWatcher();
+    start(100ms);
+    EXPECT_TRUE(spinUntil([&] { return reports == 1; }));
+    readPicture();
+    spinFor(200ms);
+    EXPECT_EQ(reports, 1);
+}
+
+TEST_F(StatusItemTest, itemThatIsReadAndThenDroppedIsReportedUnavailable)
+{
+    startWatcher();
+    start(500ms);
+    ASSERT_TRUE(spinUntil([&] { return watcher->hostQuestions() == 1; }));
+    readPicture();
+    spinFor(50ms);
+    EXPECT_EQ(reports, 0);
+    watcher->drop(itemBus.baseService());
+    EXPECT_TRUE(spinUntil([&] { return reports == 1; }));
+}
+
+TEST_F(StatusItemTest, panelThatReadsTheItemOfASilentWatcherShowsIt)
+{
+    startWatcher(Manner::isSilent);
+    start(10ms);
+    readPicture();
+    watcher.reset();
+    spinFor(100ms);
+    EXPECT_EQ(reports, 0);
+}
+
+TEST_F(StatusItemTest, panelThatShowsTheLabelGetsTheSymbol)
+{
+    QDBusConnection shell = bus.connect();
+    ASSERT_TRUE(shell.registerService(QStringLiteral("org.gnome.Shell")));
+    watcher = std::make_unique<FakeStatusNotifierWatcher>(shell);
+    start(1min);
+    item->setContent({.percent = 42});
+    EXPECT_TRUE(spinUntil([&] { return readPicture().value(0) == picture(""); }));
+    watcher.reset();
+    startWatcher();
+    EXPECT_TRUE(spinUntil([&] { return readPicture().value(0) == picture("42"); })) << "another panel has taken over";
+}
+
+TEST_F(StatusItemTest, panelBesideGnomesShellGetsTheNumber)
+{
+    QDBusConnection shell = bus.connect();
+    ASSERT_TRUE(shell.registerService(QStringLiteral("org.gnome.Shell")));
+    startWatcher();
+    start(1min);
+    item->setContent({.percent = 42});
+    ASSERT_TRUE(spinUntil([&] { return watcher->hostQuestions() == 1; }));
+    spinFor(100ms);
+    EXPECT_EQ(readPicture().value(0), picture("42"));
 }
 
 TEST_F(StatusItemTest, choiceInTheMenuIsReported)

@@ -109,6 +109,8 @@ TEST_F(StatusNotifierItemTest, propertiesDescribeTheItem)
     EXPECT_EQ(property("IconName").toString(), QString{}) << "panels would prefer it to the pixmap with the number";
     EXPECT_FALSE(property("ItemIsMenu").toBool()) << "panels would open the menu on every button";
     EXPECT_EQ(property("Menu").value<QDBusObjectPath>().path(), StatusMenu::path());
+    EXPECT_EQ(property("IconAccessibleDesc").toString(), QStringLiteral("Tallyfox, 42 percent used"));
+    EXPECT_EQ(property("AttentionAccessibleDesc").toString(), QString{});
     const StatusNotifierToolTip expected{{}, {}, QStringLiteral("Tallyfox, 42 percent used"), {}};
     EXPECT_EQ(qdbus_cast<StatusNotifierToolTip>(property("ToolTip")), expected);
 }
@@ -161,8 +163,9 @@ TEST_F(StatusNotifierItemTest, scrollingAndTokensAreAnsweredAndDoNothing)
 TEST_F(StatusNotifierItemTest, newPercentageIsSignalledOnceInEveryForm)
 {
     EXPECT_THAT(signalsAfter({.percent = 43}),
-                UnorderedElementsAre("NewTitle", "NewToolTip", "NewIcon", "XAyatanaNewLabel| 43%| 100%",
-                                     "PropertiesChanged|org.kde.StatusNotifierItem|Title|ToolTip|XAyatanaLabel"));
+                UnorderedElementsAre(
+                    "NewTitle", "NewToolTip", "NewIcon", "XAyatanaNewLabel| 43%| 100%",
+                    "PropertiesChanged|org.kde.StatusNotifierItem|IconAccessibleDesc|Title|ToolTip|XAyatanaLabel"));
     EXPECT_EQ(property("Title").toString(), QStringLiteral("Tallyfox, 43 percent used"));
     EXPECT_EQ(property("XAyatanaLabel").toString(), QStringLiteral(" 43%"));
     EXPECT_EQ(qdbus_cast<StatusNotifierPixmaps>(property("IconPixmap")).value(0),
@@ -178,8 +181,9 @@ TEST_F(StatusNotifierItemTest, numbersPaintedAlikeDoNotChangeTheIcon)
 {
     signalsAfter({.percent = 1000});
     EXPECT_THAT(signalsAfter({.percent = 1001}),
-                UnorderedElementsAre("NewTitle", "NewToolTip", "XAyatanaNewLabel| 1001%| 100%",
-                                     "PropertiesChanged|org.kde.StatusNotifierItem|Title|ToolTip|XAyatanaLabel"));
+                UnorderedElementsAre(
+                    "NewTitle", "NewToolTip", "XAyatanaNewLabel| 1001%| 100%",
+                    "PropertiesChanged|org.kde.StatusNotifierItem|IconAccessibleDesc|Title|ToolTip|XAyatanaLabel"));
 }
 
 TEST_F(StatusNotifierItemTest, removedPercentageLeavesTheSymbol)
@@ -188,6 +192,34 @@ TEST_F(StatusNotifierItemTest, removedPercentageLeavesTheSymbol)
     EXPECT_EQ(property("XAyatanaLabel").toString(), QString{});
     EXPECT_EQ(qdbus_cast<StatusNotifierPixmaps>(property("IconPixmap")).value(0),
               statusNotifierPixmap(StatusIconPainter::image({}, 16)));
+}
+
+TEST_F(StatusNotifierItemTest, besideALabelThePictureIsTheSymbol)
+{
+    item.setLabelShown(true);
+    EXPECT_EQ(qdbus_cast<StatusNotifierPixmaps>(property("IconPixmap")).value(0),
+              statusNotifierPixmap(StatusIconPainter::image({}, 16)));
+    EXPECT_EQ(property("XAyatanaLabel").toString(), QStringLiteral(" 42%"));
+    EXPECT_THAT(signalsAfter({.percent = 43}), testing::Not(testing::Contains("NewIcon")));
+    signalRecorder.list.clear();
+    item.setLabelShown(true);
+    item.setLabelShown(false);
+    EXPECT_EQ(qdbus_cast<StatusNotifierPixmaps>(property("IconPixmap")).value(0),
+              statusNotifierPixmap(StatusIconPainter::image(QStringLiteral("43"), 16)));
+    EXPECT_THAT(signalRecorder.list, ElementsAre("NewIcon"));
+}
+
+TEST_F(StatusNotifierItemTest, readingThePictureIsReportedAndNothingElse)
+{
+    int reads = 0;
+    QObject::connect(&item, &StatusNotifierItem::pictureRead, &item, [&reads] { ++reads; });
+    property("Id");
+    property("XAyatanaLabel");
+    EXPECT_EQ(reads, 0);
+    property("IconPixmap");
+    EXPECT_EQ(reads, 1);
+    call(propertiesInterface, QStringLiteral("GetAll"), {itemInterface});
+    EXPECT_EQ(reads, 2);
 }
 
 TEST_F(StatusNotifierItemTest, invalidCallsAreRefused)

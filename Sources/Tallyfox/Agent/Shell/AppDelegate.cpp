@@ -44,7 +44,7 @@ void AppDelegate::configureStatusItem()
     connect(m_statusItem.get(), &StatusItem::activated, this, &AppDelegate::activateStatusItem);
     connect(m_statusItem.get(), &StatusItem::chosen, this, &AppDelegate::handleChoice);
     connect(m_statusItem.get(), &StatusItem::unavailable, this, [] {
-        StandardStreams::writeDiagnostic("this desktop shows no status icons; tallyfox --toggle opens the window");
+        StandardStreams::writeDiagnostic(missingStatusAreaText(qgetenv("XDG_CURRENT_DESKTOP").toStdString()));
     });
     connect(&m_caffeine, &CaffeineController::isEnabledPublished, this, &AppDelegate::updateMenu);
     update();

@@ -8,6 +8,10 @@
 #include <QCoreApplication>
 #include <QLocale>
 
+#include <algorithm>
+#include <array>
+#include <cctype>
+
 namespace tallyfox {
 
 namespace {
@@ -46,6 +50,29 @@ QString providerLine(const ProviderState& state, const QLocale& locale)
     return providerTitle(state.provider) + QStringLiteral(": ") + text;
 }
 
+/// What shows status items on a desktop that shows none by itself.
+struct Remedy {
+    std::string_view desktop;
+    std::string_view text;
+};
+constexpr std::string_view bar = "install waybar and give it a tray";
+constexpr std::string_view otherRemedy = "add a status area (system tray) to its panel";
+constexpr std::array remedies{
+    Remedy{"Budgie", otherRemedy}, // has GNOME among its names, but not its shell
+    Remedy{"GNOME-Flashback", otherRemedy},
+    Remedy{"GNOME", "install gnome-shell-extension-appindicator and enable it in Extensions"},
+    Remedy{"sway", bar},
+    Remedy{"Hyprland", bar},
+    Remedy{"wlroots", bar},
+};
+
+std::string firstName(std::string_view desktopNames)
+{
+    const std::string_view name = desktopNames.substr(0, desktopNames.find(':'));
+    const bool isPlain = std::ranges::all_of(name, [](unsigned char letter) { return std::isprint(letter) != 0; });
+    return name.empty() || !isPlain ? "this desktop" : std::string{name};
+}
+
 } // namespace
 
 QStringList menuFigures(const UsageSnapshot& snapshot, const QLocale& locale)
@@ -54,6 +81,17 @@ QStringList menuFigures(const UsageSnapshot& snapshot, const QLocale& locale)
     for (const ProviderState& state : snapshot.states)
         lines += providerLine(state, locale);
     return lines;
+}
+
+std::string missingStatusAreaText(std::string_view desktopNames)
+{
+    const std::string list = ':' + std::string{desktopNames} + ':';
+    const auto* const remedy = std::ranges::find_if(remedies, [&list](const Remedy& one) {
+        return list.find(':' + std::string{one.desktop} + ':') != std::string::npos;
+    });
+    const bool isKnown = remedy != remedies.end();
+    return std::string{isKnown ? remedy->desktop : firstName(desktopNames)} + " shows no status icons: "
+        + std::string{isKnown ? remedy->text : otherRemedy} + "; tallyfox --toggle opens the window";
 }
 
 } // namespace tallyfox

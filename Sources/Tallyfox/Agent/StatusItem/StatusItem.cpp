@@ -1,5 +1,6 @@
 #include "Tallyfox/Agent/StatusItem/StatusItem.h"
 
+#include "Tallyfox/Agent/Bus/ServiceCall.h"
 #include "Tallyfox/Agent/StatusItem/StatusIconPainter.h"
 #include "Tallyfox/Agent/StatusItem/StatusMenu.h"
 #include "Tallyfox/Agent/StatusItem/StatusNotifierItem.h"
@@ -8,10 +9,13 @@
 
 #include <QCoreApplication>
 #include <QCursor>
+#include <QDBusPendingReply>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QSystemTrayIcon>
 #include <QTimer>
+
+#include <utility>
 
 namespace tallyfox {
 
@@ -62,14 +66,23 @@ std::optional<QPoint> clickPosition(QPoint reported)
 class PanelStatusItem : public StatusItem {
 public:
     PanelStatusItem(const QString& id, const QDBusConnection& bus, std::chrono::milliseconds grace)
-        : m_menu{bus}
+        : m_bus{bus}
+        , m_menu{bus}
         , m_item{id, bus}
         , m_watch{bus}
     {
         connect(&m_item, &StatusNotifierItem::activated, this,
                 [this](QPoint reported) { Q_EMIT activated(clickPosition(reported)); });
+        connect(&m_item, &StatusNotifierItem::pictureRead, this, [this] {
+            m_isRead = true;
+            checkAvailability();
+        });
         connect(&m_menu, &StatusMenu::chosen, this, &PanelStatusItem::chosen);
-        connect(&m_watch, &StatusNotifierWatch::hostChanged, this, &PanelStatusItem::update);
+        connect(&m_watch, &StatusNotifierWatch::hostChanged, this, [this] {
+            m_grace.start(); // a panel gets its time from when it is there
+            findOutWhetherLabelIsShown();
+            update();
+        });
         connect(&m_trayWatch, &TrayManagerWatch::managerChanged, this, [this] {
             m_trayIcon.reset(); // it was in the previous tray
             update();
@@ -126,18 +139,34 @@ private:
         m_trayIcon->show();
     }
 
+    /// GNOME's extension shows label and picture side by side. Other panels show one of them, and do not say which.
+    void findOutWhetherLabelIsShown()
+    {
+        if (m_watch.host() != StatusNotifierHost::present)
+            return;
+        QDBusMessage call =
+            QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/"),
+                                           QStringLiteral("org.freedesktop.DBus"), QStringLiteral("GetNameOwner"));
+        callService(*this, m_bus, call << QStringLiteral("org.gnome.Shell"), [this](const QDBusPendingCall& finished) {
+            const QDBusPendingReply<QString> shell = finished;
+            m_item.setLabelShown(shell.isValid() && shell.value() == m_watch.watcher());
+        });
+    }
+
+    /// A panel that shows the item has read its picture, and its watcher has not dropped it.
     void checkAvailability()
     {
         const StatusNotifierHost host = m_watch.host();
-        const bool isThere = host == StatusNotifierHost::present || m_trayWatch.manager() != 0;
+        const bool isDropped = host == StatusNotifierHost::refusing;
+        const bool isShown = (m_isRead && !isDropped) || m_trayWatch.manager() != 0;
+        m_wasShown = isShown || (m_wasShown && !isDropped);
         const bool isUndecided = m_grace.isActive() || host == StatusNotifierHost::unknown;
-        if (m_isChecked || (!isThere && isUndecided))
+        if (m_wasShown || isUndecided || std::exchange(m_isReported, true))
             return;
-        m_isChecked = true;
-        if (!isThere)
-            Q_EMIT unavailable();
+        Q_EMIT unavailable();
     }
 
+    QDBusConnection m_bus;
     StatusMenu m_menu;
     StatusNotifierItem m_item;
     StatusNotifierWatch m_watch;
@@ -145,7 +174,9 @@ private:
     std::unique_ptr<QSystemTrayIcon> m_trayIcon;
     QTimer m_traySettles;
     QTimer m_grace;
-    bool m_isChecked = false; ///< a panel has been there, or the lack of one has been reported
+    bool m_isRead = false; ///< by some panel
+    bool m_wasShown = false; ///< panels may end and start again
+    bool m_isReported = false;
 };
 
 /// A connection to the session bus that is closed, with whatever was registered on it, when the object is destroyed.

@@ -58,8 +58,8 @@ Q_SIGNALS:
     void activated(std::optional<QPoint> position);
     /// The user has chosen an entry of the menu.
     void chosen(StatusMenuAction action);
-    /// Emitted at most once, when it is certain that this desktop has no place for status items. The item still appears
-    /// in a panel that starts later.
+    /// Emitted at most once, when it is certain that nothing on this desktop shows the item. It still appears in a
+    /// panel that starts later.
     void unavailable();
 };
 
@@ -68,8 +68,8 @@ Q_SIGNALS:
 std::unique_ptr<StatusItem> makeStatusItem(const QString& id);
 
 /// The same on `bus`, which should be a connection of the item's own: panels identify an item by its connection.
-/// `grace` is the time without any panel after which the item is unavailable: desktops that start the program and the
-/// panel together need a few seconds to bring the panel up.
+/// `grace` is the time without any panel, since the last change, after which the item is unavailable: desktops that
+/// start the program and the panel together need a few seconds to bring the panel up.
 std::unique_ptr<StatusItem> makeStatusItem(const QString& id, const QDBusConnection& bus,
                                            std::chrono::milliseconds grace = std::chrono::seconds{5});
 

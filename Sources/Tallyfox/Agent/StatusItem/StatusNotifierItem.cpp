@@ -48,13 +48,16 @@ class StatusNotifierItemAdaptor : public QDBusAbstractAdaptor {
     Q_PROPERTY(QString Title READ title)
     Q_PROPERTY(QString Status MEMBER m_status CONSTANT)
     Q_PROPERTY(int WindowId MEMBER m_windowId CONSTANT)
+    Q_PROPERTY(QString IconThemePath MEMBER m_noName CONSTANT)
     Q_PROPERTY(QString IconName MEMBER m_noName CONSTANT)
     Q_PROPERTY(tallyfox::StatusNotifierPixmaps IconPixmap READ iconPixmap)
+    Q_PROPERTY(QString IconAccessibleDesc READ title)
     Q_PROPERTY(QString OverlayIconName MEMBER m_noName CONSTANT)
     Q_PROPERTY(tallyfox::StatusNotifierPixmaps OverlayIconPixmap MEMBER m_noPixmap CONSTANT)
     Q_PROPERTY(QString AttentionIconName MEMBER m_noName CONSTANT)
     Q_PROPERTY(tallyfox::StatusNotifierPixmaps AttentionIconPixmap MEMBER m_noPixmap CONSTANT)
     Q_PROPERTY(QString AttentionMovieName MEMBER m_noName CONSTANT)
+    Q_PROPERTY(QString AttentionAccessibleDesc MEMBER m_noName CONSTANT)
     Q_PROPERTY(tallyfox::StatusNotifierToolTip ToolTip READ toolTip)
     Q_PROPERTY(bool ItemIsMenu MEMBER m_itemIsMenu CONSTANT)
     Q_PROPERTY(QDBusObjectPath Menu MEMBER m_menu CONSTANT)
@@ -75,6 +78,7 @@ public:
     }
     [[nodiscard]] StatusNotifierPixmaps iconPixmap() const
     {
+        Q_EMIT m_item.pictureRead();
         return m_item.icon();
     }
     [[nodiscard]] StatusNotifierToolTip toolTip() const
@@ -152,18 +156,36 @@ void StatusNotifierItem::setContent(const StatusItemContent& content)
     Q_EMIT m_adaptor->NewTitle();
     Q_EMIT m_adaptor->NewToolTip();
     Q_EMIT m_adaptor->XAyatanaNewLabel(m_adaptor->label(), m_adaptor->labelGuide());
-    const QString number = StatusIconPainter::number(content.percent);
-    if (number != StatusIconPainter::number(previous.percent)) {
-        m_icon = pixmaps(number);
-        Q_EMIT m_adaptor->NewIcon();
-    }
+    updatePicture();
     // For peers that cache properties. Pictures are left to NewIcon: panels fetch them once for all sizes.
     const QVariantMap changed{{QStringLiteral("Title"), m_adaptor->title()},
+                              {QStringLiteral("IconAccessibleDesc"), m_adaptor->title()},
                               {QStringLiteral("ToolTip"), QVariant::fromValue(m_adaptor->toolTip())},
                               {QStringLiteral("XAyatanaLabel"), m_adaptor->label()}};
     QDBusMessage signal = QDBusMessage::createSignal(path(), QStringLiteral("org.freedesktop.DBus.Properties"),
                                                      QStringLiteral("PropertiesChanged"));
     m_bus.send(signal << QStringLiteral("org.kde.StatusNotifierItem") << changed << QStringList{});
+}
+
+void StatusNotifierItem::setLabelShown(bool isShown)
+{
+    m_isLabelShown = isShown;
+    updatePicture();
+}
+
+/// Painted into the picture; empty for the symbol.
+QString StatusNotifierItem::number() const
+{
+    return m_isLabelShown ? QString{} : StatusIconPainter::number(m_content.percent);
+}
+
+void StatusNotifierItem::updatePicture()
+{
+    if (number() == m_shownNumber)
+        return;
+    m_shownNumber = number();
+    m_icon = pixmaps(m_shownNumber);
+    Q_EMIT m_adaptor->NewIcon();
 }
 
 StatusNotifierPixmap statusNotifierPixmap(const QImage& image)

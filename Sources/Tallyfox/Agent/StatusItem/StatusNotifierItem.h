@@ -58,20 +58,30 @@ public:
     {
         return m_content;
     }
+    /// The picture in all sizes.
     [[nodiscard]] const StatusNotifierPixmaps& icon() const
     {
         return m_icon;
     }
     /// Tells panels what has changed, and nothing when nothing has.
     void setContent(const StatusItemContent& content);
+    /// Whether the panel shows the label beside the picture, which is the symbol then instead of the number again.
+    void setLabelShown(bool isShown);
 
 Q_SIGNALS:
     /// The user has clicked, with any button; `position` is what the panel reports.
     void activated(QPoint position);
+    /// A peer reads the picture: panels that show the item do.
+    void pictureRead();
 
 private:
+    [[nodiscard]] QString number() const;
+    void updatePicture();
+
     QDBusConnection m_bus;
     StatusItemContent m_content;
+    bool m_isLabelShown = false;
+    QString m_shownNumber; ///< in `m_icon`
     StatusNotifierPixmaps m_icon;
     StatusNotifierItemAdaptor* m_adaptor;
 };
