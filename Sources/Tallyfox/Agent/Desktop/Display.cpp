@@ -1,5 +1,6 @@
 #include "Tallyfox/Agent/Desktop/Display.h"
 
+#include <QCursor>
 #include <QDir>
 #include <QGuiApplication>
 
@@ -63,6 +64,17 @@ std::variant<XcbConnection, DisplayProblem> chooseDisplay()
         return *problem;
     qputenv("QT_QPA_PLATFORM", std::get<QByteArray>(platform));
     return connection;
+}
+
+bool isWaylandSession()
+{
+    return !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") || qgetenv("XDG_SESSION_TYPE") == "wayland";
+}
+
+std::optional<QPoint> pointerPosition()
+{
+    const bool isX11 = QGuiApplication::platformName() == QStringLiteral("xcb");
+    return isX11 && !isWaylandSession() ? std::optional{QCursor::pos()} : std::nullopt;
 }
 
 bool desktopComposites()

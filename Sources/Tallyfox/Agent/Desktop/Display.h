@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QPoint>
 
 #include <cstdint>
 #include <cstdlib>
@@ -46,6 +47,13 @@ using XcbConnection = std::unique_ptr<xcb_connection_t, CloseXcbConnection>;
 /// going to. Returns the connection on which the server has answered, or null if none was asked: close it once the
 /// QApplication has its own, because a server resets when its only client leaves, and drops whoever comes meanwhile.
 std::variant<XcbConnection, DisplayProblem> chooseDisplay();
+
+/// Whether the desktop is a Wayland compositor, of whose X server this program may be a client.
+bool isWaylandSession();
+
+/// Where the pointer is, in logical coordinates. Nothing in a Wayland session: there a program, even as a client of the
+/// X server, knows the pointer's position only over its own windows.
+std::optional<QPoint> pointerPosition();
 
 /// Whether the desktop composites windows now, so that one can fade in. Main thread.
 bool desktopComposites();

@@ -14,11 +14,6 @@ namespace tallyfox {
 
 namespace {
 
-bool isWaylandSession()
-{
-    return !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") || qgetenv("XDG_SESSION_TYPE") == "wayland";
-}
-
 /// A choice that cannot be stored, for example on a full disk, still applies until the program ends.
 void ignoreStoreFailure(bool /*isStored*/) { }
 

@@ -1,6 +1,7 @@
 #include "Tallyfox/Agent/StatusItem/StatusItem.h"
 
 #include "Tallyfox/Agent/Bus/ServiceCall.h"
+#include "Tallyfox/Agent/StatusItem/ClickPosition.h"
 #include "Tallyfox/Agent/StatusItem/StatusIconPainter.h"
 #include "Tallyfox/Agent/StatusItem/StatusMenu.h"
 #include "Tallyfox/Agent/StatusItem/StatusNotifierItem.h"
@@ -10,8 +11,6 @@
 #include <QCoreApplication>
 #include <QCursor>
 #include <QDBusPendingReply>
-#include <QGuiApplication>
-#include <QScreen>
 #include <QSystemTrayIcon>
 #include <QTimer>
 
@@ -25,42 +24,6 @@ using namespace std::chrono_literals;
 
 /// A panel with both kinds of tray announces them one after the other.
 constexpr auto traySettleTime = 300ms;
-
-constexpr int iconLength = 64; // logical pixels; panels are rarely thicker
-
-std::optional<QPoint> fromDevicePixels(QPoint position, const std::vector<ScaledScreen>& screens)
-{
-    for (const ScaledScreen& screen : screens) {
-        const QPoint origin = screen.logical.topLeft();
-        const QRect inPixels{origin, (QSizeF{screen.logical.size()} * screen.scale).toSize()};
-        if (inPixels.contains(position))
-            return origin + (QPointF{position - origin} / screen.scale).toPoint();
-    }
-    return std::nullopt;
-}
-
-/// Cannot overflow, whatever position a panel reports.
-bool isNear(QPoint position, QPoint pointer)
-{
-    const QPoint reach{iconLength, iconLength};
-    return QRect{pointer - reach, pointer + reach}.contains(position);
-}
-
-/// A client of a Wayland compositor, even through its X server, knows the pointer's position only over its own windows.
-std::optional<QPoint> pointerPosition()
-{
-    const bool isX11 = QGuiApplication::platformName() == QStringLiteral("xcb");
-    return isX11 && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ? std::optional{QCursor::pos()} : std::nullopt;
-}
-
-/// The same with this desktop's pointer and screens.
-std::optional<QPoint> clickPosition(QPoint reported)
-{
-    std::vector<ScaledScreen> screens;
-    for (const QScreen* screen : QGuiApplication::screens())
-        screens.push_back({screen->geometry(), screen->devicePixelRatio()});
-    return clickPosition(reported, pointerPosition(), screens);
-}
 
 /// On the bus where a panel reads it there, else in the X11 tray, whichever comes first.
 class PanelStatusItem : public StatusItem {
@@ -232,17 +195,6 @@ std::unique_ptr<StatusItem> makeStatusItem(const QString& id, const QDBusConnect
                                            std::chrono::milliseconds grace)
 {
     return std::make_unique<PanelStatusItem>(id, bus, grace);
-}
-
-std::optional<QPoint> clickPosition(QPoint reported, std::optional<QPoint> pointer,
-                                    const std::vector<ScaledScreen>& screens)
-{
-    const std::optional<QPoint> logical = fromDevicePixels(reported, screens);
-    if (!pointer)
-        return reported.isNull() ? std::nullopt : logical;
-    if (logical && isNear(*logical, *pointer))
-        return logical;
-    return isNear(reported, *pointer) ? reported : *pointer;
 }
 
 } // namespace tallyfox

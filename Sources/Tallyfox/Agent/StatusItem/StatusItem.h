@@ -2,7 +2,6 @@
 
 #include <QObject>
 #include <QPoint>
-#include <QRect>
 #include <QString>
 #include <QStringList>
 
@@ -11,7 +10,6 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <vector>
 
 class QDBusConnection;
 
@@ -72,18 +70,5 @@ std::unique_ptr<StatusItem> makeStatusItem(const QString& id);
 /// start the program and the panel together need a few seconds to bring the panel up.
 std::unique_ptr<StatusItem> makeStatusItem(const QString& id, const QDBusConnection& bus,
                                            std::chrono::milliseconds grace = std::chrono::seconds{5});
-
-/// A screen's geometry.
-struct ScaledScreen {
-    QRect logical; ///< where it is in logical coordinates; its top left corner is the same in device pixels
-    double scale = 1; ///< device pixels in a logical one
-};
-
-/// Where the user has clicked, in logical coordinates, when a panel reports `reported`. Panels report device or logical
-/// pixels, the pointer or the icon's corner; some report the position inside the panel, or zeros. So a report is used
-/// if it is within an icon's length of the pointer in either unit, and the pointer's position otherwise. Where the
-/// pointer is unknown, as under Wayland, a report is used if it is on a screen and not zero.
-std::optional<QPoint> clickPosition(QPoint reported, std::optional<QPoint> pointer,
-                                    const std::vector<ScaledScreen>& screens);
 
 } // namespace tallyfox
