@@ -177,7 +177,7 @@ TEST_F(BusInstanceTest, desktopsCanActivateItLikeAnyApplication)
 {
     EXPECT_EQ(call("Activate", {QVariantMap{{QStringLiteral("activation-token"), QStringLiteral("x")}}}).type(),
               QDBusMessage::ReplyMessage);
-    EXPECT_EQ(m_agent.nextLine().toStdString(), "show");
+    EXPECT_EQ(m_agent.nextLine().toStdString(), "show x");
     EXPECT_EQ(call("Open", {QStringList{QStringLiteral("file:///")}, QVariantMap{}}).type(),
               QDBusMessage::ReplyMessage);
     EXPECT_EQ(m_agent.nextLine().toStdString(), "show");
@@ -185,6 +185,32 @@ TEST_F(BusInstanceTest, desktopsCanActivateItLikeAnyApplication)
                   .type(),
               QDBusMessage::ReplyMessage);
     EXPECT_EQ(m_agent.nextLine().toStdString(), "settings");
+}
+
+TEST_F(BusInstanceTest, activationTokenIsThatOfWaylandOrElseThatOfX11AndNoOtherType)
+{
+    const auto activate = [&](const QVariantMap& platformData) {
+        EXPECT_EQ(call("Activate", {platformData}).type(), QDBusMessage::ReplyMessage);
+        return m_agent.nextLine().toStdString();
+    };
+    const QString x11 = QStringLiteral("desktop-startup-id");
+    const QString wayland = QStringLiteral("activation-token");
+    EXPECT_EQ(activate({{x11, QStringLiteral("x_TIME1")}}), "show x_TIME1");
+    EXPECT_EQ(activate({{x11, QStringLiteral("x_TIME1")}, {wayland, QStringLiteral("w")}}), "show w");
+    EXPECT_EQ(activate({{wayland, QVariantMap{{x11, x11}}}}), "show");
+    EXPECT_EQ(activate({{QStringLiteral("other"), x11}}), "show");
+}
+
+TEST_F(BusInstanceTest, tokenOfASecondStartReachesTheAgent)
+{
+    for (const char* variable : {"DESKTOP_STARTUP_ID", "XDG_ACTIVATION_TOKEN"}) {
+        Probe second{QStringLiteral(TALLYFOX_INSTANCE_PROBE),
+                     {QStringLiteral("settings")},
+                     {QStringLiteral("DBUS_SESSION_BUS_ADDRESS=") + m_bus.address(),
+                      QString::fromLatin1(variable) + QStringLiteral("=shell-1_TIME12345")}};
+        EXPECT_EQ(second.nextLine().toStdString(), "arrived");
+        EXPECT_EQ(m_agent.nextLine().toStdString(), "settings shell-1_TIME12345");
+    }
 }
 
 TEST_F(BusInstanceTest, unknownActionGetsAnError)
@@ -398,7 +424,7 @@ TEST_F(SocketInstanceTest, folderThatOthersCanWriteToIsRefused)
     SocketInstance instance{m_folder.path().toUtf8(), id};
     EXPECT_EQ(instance.claim(), SingleInstance::Claim::impossible);
     EXPECT_FALSE(instance.isListening());
-    EXPECT_FALSE(instance.send(AgentAction::show, 300ms));
+    EXPECT_FALSE(instance.send(AgentAction::show, {}, 300ms));
 }
 
 TEST_F(SocketInstanceTest, everythingButAFolderOfTheUserIsRefused)

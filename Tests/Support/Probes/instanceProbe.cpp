@@ -1,3 +1,4 @@
+#include "Tallyfox/Agent/Desktop/WindowManager.h"
 #include "Tallyfox/Agent/Instance/SingleInstance.h"
 
 #include <QCoreApplication>
@@ -8,16 +9,17 @@ namespace {
 
 using tallyfox::SingleInstance;
 
-void report(const char* line)
+void report(const QByteArray& line)
 {
-    std::puts(line);
+    std::puts(line.constData());
     std::fflush(stdout);
 }
 
 } // namespace
 
-/// "claim" writes the outcome and then, as the agent, each action it is asked for. "show", "toggle" and "settings" send
-/// that action and write whether it arrived. "look" writes whether there is an agent.
+/// "claim" writes the outcome and then, as the agent, each action it is asked for, with its activation token if there
+/// is one. "show", "toggle" and "settings" send that action, with the token that this process was started with, and
+/// write whether it arrived. "look" writes whether there is an agent.
 int main(int argumentCount, char** arguments)
 {
     const QString id = QStringLiteral("org.tallyfox.tallyfox");
@@ -29,11 +31,14 @@ int main(int argumentCount, char** arguments)
     QCoreApplication application{argumentCount, arguments};
     const auto instance = tallyfox::makeSingleInstance(id);
     if (const auto action = tallyfox::findAction(wish)) {
-        report(instance->send(*action) ? "arrived" : "lost");
+        report(instance->send(*action, tallyfox::takeStartupToken()) ? "arrived" : "lost");
         return 0;
     }
     QObject::connect(instance.get(), &SingleInstance::requested,
-                     [](tallyfox::AgentAction action) { report(tallyfox::toName(action)); });
+                     [](tallyfox::AgentAction action, const QByteArray& activationToken) {
+                         const QByteArray name = tallyfox::toName(action);
+                         report(activationToken.isEmpty() ? name : name + ' ' + activationToken);
+                     });
     switch (instance->claim()) {
     case SingleInstance::Claim::first:
         report("first");

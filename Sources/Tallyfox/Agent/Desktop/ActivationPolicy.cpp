@@ -1,6 +1,7 @@
 #include "Tallyfox/Agent/Desktop/ActivationPolicy.h"
 
 #include "Tallyfox/Agent/Desktop/Display.h"
+#include "Tallyfox/Agent/Desktop/WindowManager.h"
 
 #include <QEvent>
 #include <QList>
@@ -48,29 +49,6 @@ void setProperty(xcb_connection_t* connection, xcb_window_t window, bool isListe
         values.insert(values.end(), atoms.unlisted.begin(), atoms.unlisted.end());
     xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, atoms.state, XCB_ATOM_ATOM, 32,
                         static_cast<std::uint32_t>(values.size()), values.data());
-}
-
-void askWindowManager(xcb_connection_t* connection, xcb_window_t window, bool isListed, const Atoms& atoms)
-{
-    const XcbReply<xcb_get_geometry_reply_t> geometry{
-        xcb_get_geometry_reply(connection, xcb_get_geometry(connection, window), nullptr)};
-    if (!geometry)
-        return;
-    constexpr std::uint32_t fromApplication = 1;
-    xcb_client_message_event_t message{};
-    message.response_type = XCB_CLIENT_MESSAGE;
-    message.format = 32;
-    message.window = window;
-    message.type = atoms.state;
-    message.data.data32[0] = isListed ? 0 : 1; // remove or add
-    message.data.data32[1] = atoms.unlisted[0];
-    message.data.data32[2] = atoms.unlisted[1];
-    message.data.data32[3] = fromApplication;
-    std::array<char, 32> event{};
-    const auto* const begin = reinterpret_cast<const char*>(&message);
-    std::copy(begin, begin + sizeof message, event.begin());
-    xcb_send_event(connection, 0, geometry->root,
-                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY, event.data());
 }
 
 class TaskbarActivationPolicy : public QObject, public ActivationPolicySwitch {
@@ -125,11 +103,15 @@ std::unique_ptr<ActivationPolicySwitch> makeActivationPolicySwitch()
 void setWindowListed(xcb_connection_t* connection, std::uint32_t window, bool isListed, bool isShown)
 {
     const Atoms atoms{connection};
-    if (isShown)
-        askWindowManager(connection, window, isListed, atoms);
-    else
+    if (!isShown) {
         setProperty(connection, window, isListed, atoms);
-    xcb_flush(connection);
+        xcb_flush(connection);
+        return;
+    }
+    constexpr std::uint32_t fromApplication = 1;
+    const std::uint32_t removeOrAdd = isListed ? 0 : 1;
+    askWindowManager(connection, window, "_NET_WM_STATE",
+                     {removeOrAdd, atoms.unlisted[0], atoms.unlisted[1], fromApplication, 0});
 }
 
 } // namespace tallyfox

@@ -19,6 +19,23 @@ QDBusMessage makeBusCall(const QString& method)
     return QDBusMessage::createMethodCall(bus, QStringLiteral("/org/freedesktop/DBus"), bus, method);
 }
 
+// Desktops send one of these keys or both, with the same token, whatever the display is.
+QString startupId()
+{
+    return QStringLiteral("desktop-startup-id");
+}
+
+QString waylandToken()
+{
+    return QStringLiteral("activation-token");
+}
+
+QByteArray findToken(const QVariantMap& platformData)
+{
+    const QString token = platformData.value(waylandToken()).toString();
+    return (token.isEmpty() ? platformData.value(startupId()).toString() : token).toUtf8();
+}
+
 } // namespace
 
 BusInstance::BusInstance(const QDBusConnection& bus, const QString& id, QObject* parent)
@@ -53,7 +70,7 @@ SingleInstance::Claim BusInstance::claim()
     return answer.isValid() && answer.value() == nameIsAnothers ? Claim::other : Claim::impossible;
 }
 
-bool BusInstance::send(AgentAction action, std::chrono::milliseconds timeout)
+bool BusInstance::send(AgentAction action, const QByteArray& activationToken, std::chrono::milliseconds timeout)
 {
     const bool isShow = action == AgentAction::show;
     QDBusMessage call =
@@ -61,25 +78,30 @@ bool BusInstance::send(AgentAction action, std::chrono::milliseconds timeout)
                                        isShow ? QStringLiteral("Activate") : QStringLiteral("ActivateAction"));
     if (!isShow)
         call << QString::fromLatin1(toName(action)) << QVariantList{};
-    call << QVariantMap{};
+    QVariantMap platformData;
+    if (!activationToken.isEmpty()) {
+        const QString token = QString::fromUtf8(activationToken);
+        platformData = {{startupId(), token}, {waylandToken(), token}};
+    }
+    call << platformData;
     call.setAutoStartService(false); // only a running agent is asked
     return m_bus.call(call, QDBus::Block, static_cast<int>(timeout.count())).type() == QDBusMessage::ReplyMessage;
 }
 
-void BusInstance::Activate(const QVariantMap&)
+void BusInstance::Activate(const QVariantMap& platformData)
 {
-    Q_EMIT asked(AgentAction::show);
+    Q_EMIT asked(AgentAction::show, findToken(platformData));
 }
 
-void BusInstance::Open(const QStringList&, const QVariantMap&)
+void BusInstance::Open(const QStringList&, const QVariantMap& platformData)
 {
-    Q_EMIT asked(AgentAction::show);
+    Q_EMIT asked(AgentAction::show, findToken(platformData));
 }
 
-void BusInstance::ActivateAction(const QString& name, const QVariantList&, const QVariantMap&)
+void BusInstance::ActivateAction(const QString& name, const QVariantList&, const QVariantMap& platformData)
 {
     if (const auto named = findAction(name.left(16).toLatin1()))
-        Q_EMIT asked(*named);
+        Q_EMIT asked(*named, findToken(platformData));
     else
         sendErrorReply(QDBusError::InvalidArgs, QStringLiteral("no such action"));
 }

@@ -23,7 +23,7 @@ public:
     ~BusInstance() override;
 
     Claim claim() override;
-    bool send(AgentAction action, std::chrono::milliseconds timeout) override;
+    bool send(AgentAction action, const QByteArray& activationToken, std::chrono::milliseconds timeout) override;
 
 public Q_SLOTS:
     // The names are those of the interface.
@@ -33,7 +33,7 @@ public Q_SLOTS:
                                      const QVariantMap& platformData);
 
 Q_SIGNALS:
-    void asked(AgentAction action); ///< by a bus call; `requested` follows
+    void asked(AgentAction action, const QByteArray& activationToken); ///< by a bus call; `requested` follows
 
 private:
     QDBusConnection m_bus;

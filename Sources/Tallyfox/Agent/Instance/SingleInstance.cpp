@@ -60,12 +60,13 @@ public:
         return Claim::impossible;
     }
 
-    bool send(AgentAction action, std::chrono::milliseconds timeout) override
+    bool send(AgentAction action, const QByteArray& activationToken, std::chrono::milliseconds timeout) override
     {
         const QDeadlineTimer deadline{timeout};
         return std::any_of(instanceBackEnds.begin(), instanceBackEnds.end(), [&](const auto make) {
             const auto backEnd = make(m_id, sendBusTimeout);
-            return backEnd && backEnd->send(action, std::chrono::milliseconds{deadline.remainingTime()});
+            return backEnd
+                && backEnd->send(action, activationToken, std::chrono::milliseconds{deadline.remainingTime()});
         });
     }
 

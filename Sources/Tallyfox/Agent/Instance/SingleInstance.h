@@ -2,6 +2,7 @@
 
 #include "Tallyfox/Engine/CommandLine/CommandLineOptions.h"
 
+#include <QByteArray>
 #include <QObject>
 #include <QString>
 
@@ -32,11 +33,16 @@ public:
     virtual Claim claim() = 0;
     /// Forwards an action to the process that is the agent; returns whether it arrived. Blocks for `timeout` at most:
     /// only for processes that do nothing else.
-    virtual bool send(AgentAction action, std::chrono::milliseconds timeout = std::chrono::seconds{2}) = 0;
+    ///
+    /// `activationToken` is what the desktop started this process with, if anything, for the window that the action
+    /// opens. It is only a help, and gets lost where the session has no bus.
+    virtual bool send(AgentAction action, const QByteArray& activationToken = {},
+                      std::chrono::milliseconds timeout = std::chrono::seconds{2}) = 0;
 
 Q_SIGNALS:
-    /// Another process has forwarded an action to this one. It has its reply already, so slots may take long.
-    void requested(AgentAction action);
+    /// Another process has forwarded an action to this one. It has its reply already, so slots may take long. The
+    /// activation token may be any bytes.
+    void requested(AgentAction action, const QByteArray& activationToken);
 };
 
 /// Whether another process is the agent, found out before there is an application object; also chooses the session bus

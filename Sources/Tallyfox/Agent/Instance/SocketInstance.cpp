@@ -157,7 +157,9 @@ void SocketInstance::accept()
     m_peers.push_back(std::make_unique<SocketPeer>(std::move(socket)));
     m_listenNotifier->setEnabled(m_peers.size() < maxPeers);
     const SocketPeer* peer = m_peers.back().get();
-    connect(peer, &SocketPeer::asked, this, &SocketInstance::requested, Qt::QueuedConnection);
+    connect(
+        peer, &SocketPeer::asked, this, [this](AgentAction action) { Q_EMIT requested(action, {}); },
+        Qt::QueuedConnection);
     connect(
         peer, &SocketPeer::finished, this, [this, peer] { forget(*peer); }, Qt::QueuedConnection);
 }
@@ -189,7 +191,7 @@ bool SocketInstance::isListening() const
     return socket.isOpen() && belongsToThisUser(socket);
 }
 
-bool SocketInstance::send(AgentAction action, std::chrono::milliseconds timeout)
+bool SocketInstance::send(AgentAction action, const QByteArray& /*activationToken*/, std::chrono::milliseconds timeout)
 {
     const QDeadlineTimer deadline{timeout};
     const auto address = localAddress(m_socketPath);

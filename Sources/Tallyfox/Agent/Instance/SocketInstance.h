@@ -26,7 +26,7 @@ public:
     ~SocketInstance() override;
 
     Claim claim() override;
-    bool send(AgentAction action, std::chrono::milliseconds timeout) override;
+    bool send(AgentAction action, const QByteArray& activationToken, std::chrono::milliseconds timeout) override;
 
     /// Whether a process of this user holds the socket, be it this one.
     [[nodiscard]] bool isListening() const;

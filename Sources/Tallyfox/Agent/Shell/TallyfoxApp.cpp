@@ -7,6 +7,7 @@
 #include "Tallyfox/Agent/Desktop/FolderPicker.h"
 #include "Tallyfox/Agent/Desktop/LoginItem.h"
 #include "Tallyfox/Agent/Desktop/NotificationCenter.h"
+#include "Tallyfox/Agent/Desktop/WindowManager.h"
 #include "Tallyfox/Agent/Instance/SingleInstance.h"
 #include "Tallyfox/Agent/Settings/SettingsWindow.h"
 #include "Tallyfox/Agent/Shell/AppDelegate.h"
@@ -104,6 +105,7 @@ TallyfoxApp::TallyfoxApp(int& argc, char** argv)
 ExitStatus TallyfoxApp::run()
 {
     StandardStreams::silenceToolkit();
+    m_activationToken = takeStartupToken();
     const std::vector<std::string_view> arguments(m_argv + std::min(1, m_argc), m_argv + m_argc);
     const CommandLineRequest request = parseCommandLine(arguments);
     if (const auto* error = std::get_if<UsageError>(&request))
@@ -129,7 +131,7 @@ ExitStatus TallyfoxApp::runRequest(const AgentRequest& request)
 ExitStatus TallyfoxApp::forwardToRunningAgent(AgentAction action, const char* problem)
 {
     const QCoreApplication application{m_argc, m_argv};
-    return makeSingleInstance(applicationId())->send(action) ? ExitStatus::done : fail(problem);
+    return makeSingleInstance(applicationId())->send(action, m_activationToken) ? ExitStatus::done : fail(problem);
 }
 
 ExitStatus TallyfoxApp::start(const AgentRequest& request, const std::optional<std::filesystem::path>& home)
@@ -152,7 +154,7 @@ ExitStatus TallyfoxApp::start(const AgentRequest& request, const std::optional<s
         signals.raiseReceived();
         return ExitStatus::done;
     }
-    if (instance->send(request.action))
+    if (instance->send(request.action, m_activationToken))
         return ExitStatus::done;
     return fail("the agent that runs on this desktop does not answer");
 }

@@ -2,6 +2,8 @@
 
 #include "Tallyfox/Engine/CommandLine/CommandLineOptions.h"
 
+#include <QByteArray>
+
 #include <filesystem>
 #include <optional>
 
@@ -28,6 +30,7 @@ private:
 
     int& m_argc;
     char** m_argv;
+    QByteArray m_activationToken; ///< what the desktop has started this process with
 };
 
 } // namespace tallyfox
