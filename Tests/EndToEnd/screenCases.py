@@ -36,6 +36,24 @@ def test_popoverOpensOnTheScreenOfTheItem(surroundings):
     expect(right.contains(popover), f"the popover at {popover} is not on the screen of the item, {right}")
 
 
+def test_clickOnAScreenThatDisappearsIsForgotten(surroundings):
+    left, right = Box(0, 0, 1280, 800), Box(1280, 0, 1024, 768)
+    display = SeveralScreens(surroundings.processes, [left, right])
+    panel = PANELS["xfce"]()
+    panel.output, panel.screen = display.output(1), right
+    desktop = Desktop(surroundings, panel, display)
+    desktop.start_panel()
+    agent = desktop.start_agent()
+    opened(desktop, agent, desktop.item_box())
+    display.set_screens([left])
+    until("the popover is on the remaining screen", lambda: agent.popover() and left.contains(agent.popover()))
+    display.press("Escape")
+    agent.closed_popover()
+    desktop.run("--toggle")
+    agent.opened_popover()
+    expect(left.contains(agent.popover()), f"the popover is at {agent.popover()}")
+
+
 def test_popoverMovesWhenItsScreenDisappears(surroundings):
     left, right = Box(0, 0, 1280, 800), Box(1280, 0, 1024, 768)
     display = SeveralScreens(surroundings.processes, [left, right])

@@ -6,11 +6,10 @@
 
 namespace tallyfox::test {
 
-PrivateDisplay::PrivateDisplay()
+PrivateDisplay::PrivateDisplay(const QString& screen)
     : m_server(QStringLiteral("Xvfb"),
                {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"), QStringLiteral("0"),
-                QStringLiteral("800x600x24"), QStringLiteral("-nolisten"), QStringLiteral("tcp"),
-                QStringLiteral("-noreset")},
+                screen, QStringLiteral("-nolisten"), QStringLiteral("tcp"), QStringLiteral("-noreset")},
                {})
 {
     const QString number = m_server.nextLine();

@@ -12,7 +12,8 @@ namespace tallyfox::test {
 /// An X server without a monitor, which is ended with the object. It uses a free display number.
 class PrivateDisplay {
 public:
-    PrivateDisplay();
+    /// `screen` is width, height and depth.
+    explicit PrivateDisplay(const QString& screen = QStringLiteral("800x600x24"));
     ~PrivateDisplay();
     PrivateDisplay(const PrivateDisplay&) = delete;
     PrivateDisplay& operator=(const PrivateDisplay&) = delete;

@@ -1,6 +1,7 @@
 #include "Tallyfox/Agent/Settings/SettingsWindow.h"
 
 #include "Tallyfox/Agent/Desktop/ActivationPolicy.h"
+#include "Tallyfox/Agent/Desktop/WindowManager.h"
 #include "Tallyfox/Agent/Settings/SettingsTabBar.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 
@@ -52,17 +53,17 @@ void SettingsWindow::setUsage(const UsageSnapshot& snapshot)
     m_view->setUsage(snapshot);
 }
 
-void SettingsWindow::bringToFront()
+void SettingsWindow::bringToFront(const QByteArray& activationToken)
 {
     if (!m_isPlaced) {
         move(screenWithPointer().availableGeometry().center() - rect().center());
         m_isPlaced = true;
     }
+    setActivationToken(*this, activationToken);
     if (isMinimized())
         showNormal();
     show();
-    raise();
-    activateWindow();
+    takeFocus(*this);
 }
 
 void installAccessibleSettings()

@@ -23,8 +23,9 @@ public:
         return m_controller;
     }
 
-    /// Shows, raises and activates the window, centred on the pointer's screen the first time.
-    void bringToFront();
+    /// Shows, raises and activates the window, centred on the pointer's screen the first time. `activationToken` is
+    /// what the desktop sent with the user's action, if anything.
+    void bringToFront(const QByteArray& activationToken);
 
 private:
     SettingsView* m_view;

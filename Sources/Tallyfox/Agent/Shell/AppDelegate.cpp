@@ -1,12 +1,15 @@
 #include "Tallyfox/Agent/Shell/AppDelegate.h"
 
 #include "Tallyfox/Agent/Desktop/ActivationPolicy.h"
+#include "Tallyfox/Agent/Desktop/Display.h"
 #include "Tallyfox/Agent/Desktop/LoginItem.h"
 #include "Tallyfox/Agent/Desktop/NotificationCenter.h"
+#include "Tallyfox/Agent/Desktop/WindowManager.h"
 #include "Tallyfox/Agent/Settings/SettingsWindow.h"
 #include "Tallyfox/Agent/Shell/StatusTexts.h"
 #include "Tallyfox/Engine/System/StandardStreams.h"
 
+#include <QGuiApplication>
 #include <QLocale>
 
 #include <chrono>
@@ -20,6 +23,7 @@ AppDelegate::AppDelegate(AppDelegateEnvironment environment, QString version, QO
     , m_version(std::move(version))
     , m_store(m_environment.store)
     , m_caffeine(*m_environment.sleepInhibitor)
+    , m_popover(popoverKind(QGuiApplication::platformName(), isWaylandSession()))
 {
     m_publicationTimer.setSingleShot(true);
     connect(&m_publicationTimer, &QTimer::timeout, this, &AppDelegate::publish);
@@ -43,6 +47,7 @@ void AppDelegate::configureStatusItem()
     connect(&m_store, &UsageStore::combinedPercentPublished, this, update);
     connect(m_statusItem.get(), &StatusItem::activated, this, &AppDelegate::activateStatusItem);
     connect(m_statusItem.get(), &StatusItem::chosen, this, &AppDelegate::handleChoice);
+    connect(m_statusItem.get(), &StatusItem::activationTokenProvided, this, &AppDelegate::setActivationToken);
     connect(m_statusItem.get(), &StatusItem::unavailable, this, [] {
         StandardStreams::writeDiagnostic(missingStatusAreaText(qgetenv("XDG_CURRENT_DESKTOP").toStdString()));
     });
@@ -119,10 +124,15 @@ void AppDelegate::closePopover()
     m_popover.hide();
 }
 
+void AppDelegate::setActivationToken(const QByteArray& token)
+{
+    m_activationToken = isActivationToken(token) ? token : QByteArray{};
+}
+
 void AppDelegate::openPopover()
 {
     m_popover.view().setUsage(m_store.snapshot());
-    m_popover.open(m_lastClick);
+    m_popover.open(m_lastClick, std::exchange(m_activationToken, {}));
     m_store.refresh();
 }
 
@@ -132,7 +142,7 @@ void AppDelegate::showSettings()
     if (!m_settingsWindow)
         createSettingsWindow();
     m_settingsWindow->setUsage(m_store.snapshot());
-    m_settingsWindow->bringToFront();
+    m_settingsWindow->bringToFront(std::exchange(m_activationToken, {}));
 }
 
 void AppDelegate::createSettingsWindow()

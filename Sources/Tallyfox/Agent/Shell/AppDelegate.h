@@ -8,6 +8,7 @@
 #include "Tallyfox/Engine/Preferences/UserDefaults.h"
 #include "Tallyfox/Engine/Store/UsageStore.h"
 
+#include <QByteArray>
 #include <QObject>
 #include <QString>
 #include <QTimer>
@@ -57,6 +58,8 @@ public:
     /// Opens the settings window, or brings it to the front.
     void showSettings();
     void closePopover();
+    /// The token that the desktop has sent with a user's action: for the next window that is opened. Any bytes.
+    void setActivationToken(const QByteArray& token);
 
     /// Nothing before the launch has finished.
     [[nodiscard]] std::optional<std::chrono::seconds> refreshInterval() const
@@ -85,7 +88,8 @@ private:
     std::unique_ptr<StatusItem> m_statusItem;
     std::unique_ptr<GlobalShortcut> m_hotKey;
     std::unique_ptr<SettingsWindow> m_settingsWindow;
-    std::optional<QPoint> m_lastClick; ///< on the status item
+    std::optional<QPoint> m_lastClick; ///< on the status item, where the place of the click is known
+    QByteArray m_activationToken;
     QTimer m_publicationTimer;
 };
 

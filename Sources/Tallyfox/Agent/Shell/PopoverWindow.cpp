@@ -1,106 +1,87 @@
 #include "Tallyfox/Agent/Shell/PopoverWindow.h"
 
+#include "Tallyfox/Agent/Desktop/ActivationPolicy.h"
 #include "Tallyfox/Agent/Desktop/Display.h"
+#include "Tallyfox/Agent/Desktop/WindowManager.h"
+#include "Tallyfox/Agent/Shell/PopoverPosition.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 
-#include <QCursor>
 #include <QGuiApplication>
 #include <QMouseEvent>
 #include <QScreen>
 #include <QVBoxLayout>
+#include <QWindow>
 
 #include <algorithm>
-#include <array>
 #include <utility>
+#include <xcb/xcb.h>
 
 namespace tallyfox {
 
 namespace {
+
+using namespace std::chrono_literals;
 
 constexpr int fadeMilliseconds = 120;
 
 /// How long after a button press has taken the focus away a panel may report the click.
 constexpr qint64 clickReportMilliseconds = 400;
 
-/// A Wayland client cannot place its windows, and may open popups only from a window of its own: there the popover is
-/// an ordinary window that closes when another one gets the focus.
-bool canPlaceItself()
+/// Whoever holds a grab usually releases it with the button; a locked screen holds it for hours.
+constexpr auto shortestGrabInterval = 20ms;
+constexpr std::chrono::milliseconds longestGrabInterval = 2s;
+
+/// How much later than the loss of an earlier opening's focus the focus of this one may come.
+constexpr auto lateFocusTime = 300ms;
+
+Qt::WindowFlags flagsFor(PopoverKind kind)
 {
-    return !QGuiApplication::platformName().startsWith(QStringLiteral("wayland"));
-}
-
-enum class Side { top, bottom, left, right };
-
-/// Half the thickness that a panel which reserves no space may have.
-constexpr int clearance = 24;
-constexpr int maxPanelThickness = 2 * clearance;
-
-/// How far `point` is from each side of `rect`, in the order of `Side`; negative outside.
-std::array<int, 4> distances(const QPoint& point, const QRect& rect)
-{
-    return {point.y() - rect.top(), rect.bottom() - point.y(), point.x() - rect.left(), rect.right() - point.x()};
-}
-
-Side nearestSide(const QPoint& point, const QRect& rect)
-{
-    const auto all = distances(point, rect);
-    return static_cast<Side>(std::min_element(all.begin(), all.end()) - all.begin());
-}
-
-/// The side of a panel whose space is not reserved, or not reported, as with several screens. Most panels are at the
-/// top or the bottom, with the status items at the end: there a corner counts as top or bottom.
-Side sideOfUnknownPanel(const QPoint& click, const QRect& screen)
-{
-    const auto all = distances(click, screen);
-    for (const Side side : {Side::top, Side::bottom, Side::left, Side::right}) {
-        if (all.at(static_cast<std::size_t>(side)) < maxPanelThickness)
-            return side;
+    switch (kind) {
+    case PopoverKind::popup:
+        return Qt::Popup | Qt::FramelessWindowHint;
+    case PopoverKind::x11Window:
+    case PopoverKind::waylandWindow:
+        return Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint;
     }
-    return nearestSide(click, screen);
+    return {};
 }
 
-QPoint clamped(const QPoint& position, const QRect& workArea, const QSize& size)
+const QScreen& screenAt(std::optional<QPoint> position)
 {
-    const auto clamp = [](int value, int low, int high) { return std::max(low, std::min(value, high)); };
-    return {clamp(position.x(), workArea.left(), workArea.right() + 1 - size.width()),
-            clamp(position.y(), workArea.top(), workArea.bottom() + 1 - size.height())};
-}
-
-/// Beside the click, towards the middle of the screen.
-QPoint beside(const QPoint& click, Side side, int distance, const QSize& size)
-{
-    switch (side) {
-    case Side::top:
-        return {click.x() - size.width() / 2, click.y() + distance};
-    case Side::bottom:
-        return {click.x() - size.width() / 2, click.y() + 1 - distance - size.height()};
-    case Side::left:
-        return {click.x() + distance, click.y() - size.height() / 2};
-    case Side::right:
-        return {click.x() + 1 - distance - size.width(), click.y() - size.height() / 2};
-    }
-    return click;
-}
-
-const QScreen& screenAt(const QPoint& position)
-{
-    const QScreen* screen = QGuiApplication::screenAt(position);
+    const QScreen* screen = position ? QGuiApplication::screenAt(*position) : nullptr;
     return screen ? *screen : *QGuiApplication::primaryScreen();
 }
 
 QPoint positionFor(std::optional<QPoint> click, const QSize& size)
 {
-    const QScreen& screen = screenAt(click.value_or(QCursor::pos()));
+    const QScreen& screen = screenAt(click ? click : pointerPosition());
     const ScreenArea area{screen.geometry(), screen.availableGeometry()};
-    if (click && area.screen.contains(*click))
-        return popoverPosition(*click, area, size);
-    return popoverPosition(area, size).value_or(centredPosition(area, size));
+    return click && area.screen.contains(*click) ? popoverPosition(*click, area, size) : popoverPosition(area, size);
+}
+
+/// Whether a grab would succeed. Qt's own cannot be asked: it is one of the input extension, and Qt ignores its
+/// outcome.
+bool isPointerFree(xcb_connection_t* connection, xcb_window_t window)
+{
+    const auto cookie = xcb_grab_pointer(connection, 1, window, 0, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC,
+                                         XCB_WINDOW_NONE, XCB_CURSOR_NONE, XCB_CURRENT_TIME);
+    const XcbReply<xcb_grab_pointer_reply_t> reply{xcb_grab_pointer_reply(connection, cookie, nullptr)};
+    xcb_ungrab_pointer(connection, XCB_CURRENT_TIME); // the server refuses one kind of grab while there is the other
+    return reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
 }
 
 } // namespace
 
-PopoverWindow::PopoverWindow(QWidget* parent)
-    : QWidget(parent, (canPlaceItself() ? Qt::Popup : Qt::Window) | Qt::FramelessWindowHint)
+PopoverKind popoverKind(const QString& platform, bool isWaylandSession)
+{
+    if (platform.startsWith(QStringLiteral("wayland")))
+        return PopoverKind::waylandWindow;
+    return platform == QStringLiteral("xcb") && isWaylandSession ? PopoverKind::x11Window : PopoverKind::popup;
+}
+
+PopoverWindow::PopoverWindow(PopoverKind kind, QWidget* parent)
+    : QWidget(parent, flagsFor(kind))
+    , m_kind(kind)
     , m_view(new PopoverView{PopoverTab::overview, this})
     , m_fade(this, "windowOpacity")
 {
@@ -111,28 +92,69 @@ PopoverWindow::PopoverWindow(QWidget* parent)
     layout->setContentsMargins({});
     layout->addWidget(m_view);
     connect(qGuiApp, &QGuiApplication::screenRemoved, this, &PopoverWindow::stayOnScreen);
+    m_grabRetries.setSingleShot(true);
+    connect(&m_grabRetries, &QTimer::timeout, this, &PopoverWindow::holdGrabs);
+    m_lateFocus.setSingleShot(true);
+    m_lateFocus.setInterval(lateFocusTime);
+    connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &PopoverWindow::followFocus);
+    connect(&m_lateFocus, &QTimer::timeout, this, &PopoverWindow::closeAfterFocusLoss);
     m_fade.setDuration(fadeMilliseconds);
     m_fade.setStartValue(0.0);
     m_fade.setEndValue(1.0);
 }
 
-void PopoverWindow::open(std::optional<QPoint> click)
+void PopoverWindow::open(std::optional<QPoint> click, const QByteArray& activationToken)
 {
-    m_sinceDeactivation.invalidate();
+    m_sinceFocusLoss.invalidate();
     m_isClickedOutside = false;
+    m_hasHadFocus = false;
     m_click = click;
-    move(positionFor(click, size()));
+    move(positionFor(m_click, size()));
     const bool fades = desktopComposites();
     setWindowOpacity(fades ? 0 : 1);
-    show();
-    // A popup is on top and has the keyboard anyway. If it were activated, Qt would mistake the late event of an
-    // earlier popup's closing for this one's loss of focus, and close it again.
-    if (windowType() != Qt::Popup)
-        activateWindow();
+    if (m_kind == PopoverKind::popup)
+        showPopup();
+    else
+        showWindow(activationToken);
     // Showing a popup gives none of its widgets the focus, which is what screen readers follow.
     m_view->setFocus(Qt::PopupFocusReason);
     if (fades)
         m_fade.start();
+}
+
+/// A popup is on top and has the keyboard anyway. If it were activated, Qt would mistake the late event of an earlier
+/// popup's closing for this one's loss of focus, and close it again.
+void PopoverWindow::showPopup()
+{
+    show();
+    m_grabInterval = shortestGrabInterval;
+    holdGrabs();
+}
+
+void PopoverWindow::showWindow(const QByteArray& activationToken)
+{
+    setActivationToken(*this, activationToken);
+    if (xcb_connection_t* connection = x11Connection())
+        setWindowListed(connection, static_cast<std::uint32_t>(winId()), false, false);
+    show();
+    takeFocus(*this);
+}
+
+/// Qt tries once, and does not notice when a panel still holds the pointer: then neither a click outside nor a key
+/// would reach the popover.
+void PopoverWindow::holdGrabs()
+{
+    xcb_connection_t* const connection = x11Connection();
+    if (!connection)
+        return;
+    QWindow* const window = windowHandle();
+    window->setMouseGrabEnabled(false);
+    const bool holdsPointer =
+        isPointerFree(connection, static_cast<xcb_window_t>(window->winId())) && window->setMouseGrabEnabled(true);
+    if (holdsPointer && window->setKeyboardGrabEnabled(true))
+        return;
+    m_grabRetries.start(m_grabInterval);
+    m_grabInterval = std::min(2 * m_grabInterval, longestGrabInterval);
 }
 
 void PopoverWindow::stayOnScreen()
@@ -145,12 +167,12 @@ void PopoverWindow::stayOnScreen()
 
 bool PopoverWindow::hasJustLostFocus() const
 {
-    return m_sinceDeactivation.isValid() && m_sinceDeactivation.elapsed() < clickReportMilliseconds;
+    return m_sinceFocusLoss.isValid() && m_sinceFocusLoss.elapsed() < clickReportMilliseconds;
 }
 
 void PopoverWindow::mousePressEvent(QMouseEvent* event)
 {
-    m_isClickedOutside = windowType() == Qt::Popup && !rect().contains(event->position().toPoint());
+    m_isClickedOutside = m_kind == PopoverKind::popup && !rect().contains(event->position().toPoint());
     if (!m_isClickedOutside)
         QWidget::mousePressEvent(event);
 }
@@ -173,46 +195,35 @@ void PopoverWindow::keyPressEvent(QKeyEvent* event)
         QWidget::keyPressEvent(event);
 }
 
-bool PopoverWindow::event(QEvent* event)
+/// The events of widgets do not tell: when a window is closed and opened again at once, there are none, although it
+/// loses the focus later. A popup is closed by Qt.
+void PopoverWindow::followFocus(const QWindow* focused)
 {
-    if (event->type() == QEvent::WindowDeactivate && windowType() != Qt::Popup) {
-        m_sinceDeactivation.start();
-        hide();
-    }
-    return QWidget::event(event);
+    if (m_kind == PopoverKind::popup || isHidden())
+        return;
+    const bool isFocused = focused && focused == windowHandle();
+    if (isFocused)
+        m_lateFocus.stop();
+    else if (m_hasHadFocus)
+        closeAfterFocusLoss();
+    else
+        m_lateFocus.start(); // the loss may be that of an earlier opening
+    m_hasHadFocus = m_hasHadFocus || isFocused;
+}
+
+void PopoverWindow::closeAfterFocusLoss()
+{
+    if (m_kind == PopoverKind::waylandWindow)
+        m_sinceFocusLoss.start();
+    hide();
 }
 
 void PopoverWindow::hideEvent(QHideEvent* event)
 {
     m_fade.stop();
+    m_grabRetries.stop();
+    m_lateFocus.stop();
     QWidget::hideEvent(event);
-}
-
-QPoint popoverPosition(const QPoint& click, const ScreenArea& area, const QSize& size)
-{
-    const bool isOnReservedPanel = !area.workArea.contains(click);
-    const Side side = isOnReservedPanel ? nearestSide(click, area.workArea) : sideOfUnknownPanel(click, area.screen);
-    // The work area begins where the panel ends: clamping puts the popover against the panel.
-    return clamped(beside(click, side, isOnReservedPanel ? 1 : clearance, size), area.workArea, size);
-}
-
-std::optional<QPoint> popoverPosition(const ScreenArea& area, const QSize& size)
-{
-    const std::array taken{area.workArea.top() - area.screen.top(), area.screen.bottom() - area.workArea.bottom(),
-                           area.workArea.left() - area.screen.left(), area.screen.right() - area.workArea.right()};
-    const auto* const most = std::max_element(taken.begin(), taken.end());
-    if (*most <= 0)
-        return std::nullopt;
-    const bool isTop = static_cast<Side>(most - taken.begin()) == Side::top;
-    const bool isLeft = static_cast<Side>(most - taken.begin()) == Side::left;
-    return clamped(
-        {isLeft ? area.workArea.left() : area.workArea.right(), isTop ? area.workArea.top() : area.workArea.bottom()},
-        area.workArea, size);
-}
-
-QPoint centredPosition(const ScreenArea& area, const QSize& size)
-{
-    return clamped(area.workArea.center() - QPoint{size.width() / 2, size.height() / 2}, area.workArea, size);
 }
 
 } // namespace tallyfox

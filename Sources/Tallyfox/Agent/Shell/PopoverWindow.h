@@ -2,16 +2,29 @@
 
 #include "Tallyfox/Agent/Popover/PopoverView.h"
 
+#include <QByteArray>
 #include <QElapsedTimer>
 #include <QPoint>
 #include <QPropertyAnimation>
-#include <QRect>
-#include <QSize>
+#include <QString>
+#include <QTimer>
 #include <QWidget>
 
+#include <chrono>
 #include <optional>
 
 namespace tallyfox {
+
+/// What the popover is to the desktop.
+enum class PopoverKind {
+    popup, ///< places itself and grabs pointer and keyboard: the way of X11
+    x11Window, ///< places itself and has the focus: for an X server of a Wayland compositor, where grabs see X windows
+               ///< only
+    waylandWindow, ///< is placed by the compositor and has the focus
+};
+
+/// `platform` is Qt's name of it.
+PopoverKind popoverKind(const QString& platform, bool isWaylandSession);
 
 /// The window of the popover: opens beside the status item, has the keyboard at once, and closes on a click outside and
 /// on Escape. Created once, then hidden and shown again.
@@ -19,24 +32,23 @@ class PopoverWindow : public QWidget {
     Q_OBJECT
 
 public:
-    explicit PopoverWindow(QWidget* parent = nullptr);
+    explicit PopoverWindow(PopoverKind kind, QWidget* parent = nullptr);
 
     [[nodiscard]] PopoverView& view()
     {
         return *m_view;
     }
 
-    /// Opens it beside a click on the status item; without one, at the end of the panel, or in the middle of the
-    /// screen with the pointer where there is no panel.
-    void open(std::optional<QPoint> click);
+    /// Opens it beside a click on the status item; without one, at the end of the panel. `activationToken` is what the
+    /// desktop sent with the user's action, if anything.
+    void open(std::optional<QPoint> click, const QByteArray& activationToken);
 
-    /// Whether it has just been closed because another window took the focus, which closes it where it is an ordinary
-    /// window. If a click on the status item did that, the panel reports the click afterwards, and it must not open the
-    /// popover again.
+    /// Whether it has just been closed because another window took the focus. If that was due to a click on the status
+    /// item, the panel reports the click afterwards, and it must not open the popover again. Only panels of pure
+    /// Wayland sessions take the focus.
     [[nodiscard]] bool hasJustLostFocus() const;
 
 protected:
-    bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
@@ -44,30 +56,22 @@ protected:
 
 private:
     void stayOnScreen();
+    void showPopup();
+    void showWindow(const QByteArray& activationToken);
+    void holdGrabs();
+    void followFocus(const QWindow* focused);
+    void closeAfterFocusLoss();
 
+    PopoverKind m_kind;
     PopoverView* m_view;
     QPropertyAnimation m_fade;
     std::optional<QPoint> m_click; ///< where the status item was clicked
     bool m_isClickedOutside = false; ///< a button that was pressed outside is still down
-    QElapsedTimer m_sinceDeactivation;
+    bool m_hasHadFocus = false; ///< since it was opened
+    QTimer m_lateFocus;
+    QElapsedTimer m_sinceFocusLoss;
+    QTimer m_grabRetries;
+    std::chrono::milliseconds m_grabInterval{};
 };
-
-/// A screen, in logical pixels of the whole desktop.
-struct ScreenArea {
-    QRect screen;
-    QRect workArea; ///< what panels leave free
-};
-
-/// The top left corner of a popover of `size`: next to the panel on which the status item was clicked, centred on the
-/// click, inside the work area. It is some pixels away from a click on a panel that reserves no space. A popover larger
-/// than the work area keeps its top left corner inside.
-QPoint popoverPosition(const QPoint& click, const ScreenArea& area, const QSize& size);
-
-/// The same without a click: at the right or lower end of the panel, where status items usually are. Nothing when no
-/// side of the screen has a panel.
-std::optional<QPoint> popoverPosition(const ScreenArea& area, const QSize& size);
-
-/// Centred in the work area.
-QPoint centredPosition(const ScreenArea& area, const QSize& size);
 
 } // namespace tallyfox

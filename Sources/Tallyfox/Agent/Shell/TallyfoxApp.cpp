@@ -176,7 +176,11 @@ void TallyfoxApp::runAgent(const AgentRequest& request, const std::optional<std:
     AppDelegate delegate{makeEnvironment(std::move(store)), QStringLiteral(TALLYFOX_VERSION)};
     QObject::connect(&picker, &FolderPicker::aboutToOpen, &delegate, &AppDelegate::closePopover);
     QObject::connect(&instance, &SingleInstance::requested, &delegate,
-                     [&](AgentAction action) { handle(delegate, action); });
+                     [&](AgentAction action, const QByteArray& activationToken) {
+                         delegate.setActivationToken(activationToken);
+                         handle(delegate, action);
+                     });
+    delegate.setActivationToken(m_activationToken);
     delegate.applicationDidFinishLaunching();
     if (request.action == AgentAction::settings)
         delegate.showSettings();

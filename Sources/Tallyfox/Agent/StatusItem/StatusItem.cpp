@@ -46,6 +46,7 @@ public:
             findOutWhetherLabelIsShown();
             update();
         });
+        connect(&m_item, &StatusNotifierItem::activationTokenProvided, this, &StatusItem::activationTokenProvided);
         connect(&m_trayWatch, &TrayManagerWatch::managerChanged, this, [this] {
             m_trayIcon.reset(); // it was in the previous tray
             update();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QObject>
 #include <QPoint>
 #include <QString>
@@ -56,6 +57,8 @@ Q_SIGNALS:
     void activated(std::optional<QPoint> position);
     /// The user has chosen an entry of the menu.
     void chosen(StatusMenuAction action);
+    /// The desktop's token for the window that the next click opens: any bytes.
+    void activationTokenProvided(const QByteArray& token);
     /// Emitted at most once, when it is certain that nothing on this desktop shows the item. It still appears in a
     /// panel that starts later.
     void unavailable();

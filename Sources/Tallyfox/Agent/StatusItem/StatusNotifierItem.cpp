@@ -109,8 +109,10 @@ public Q_SLOTS:
         Q_EMIT m_item.activated({x, y});
     }
     void Scroll(int /*delta*/, const QString& /*orientation*/) { }
-    /// The popover takes the focus through the X server, which has no use for such tokens.
-    void ProvideXdgActivationToken(const QString& /*token*/) { }
+    void ProvideXdgActivationToken(const QString& token)
+    {
+        Q_EMIT m_item.activationTokenProvided(token.toUtf8());
+    }
 
 Q_SIGNALS:
     void NewTitle();

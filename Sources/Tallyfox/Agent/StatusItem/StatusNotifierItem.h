@@ -73,6 +73,8 @@ Q_SIGNALS:
     void activated(QPoint position);
     /// A peer reads the picture: panels that show the item do.
     void pictureRead();
+    /// What the panel sends before a click, for the window that the click opens: any bytes.
+    void activationTokenProvided(const QByteArray& token);
 
 private:
     [[nodiscard]] QString number() const;
