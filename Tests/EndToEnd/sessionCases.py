@@ -26,14 +26,12 @@ def in_the_corner(popover, screen):
 def test_startOpensNoWindowAndAsksOnlyForThePlaceOfTheItem(surroundings):
     desktop = Desktop(surroundings, PANELS["xfce"]())
     desktop.start_panel()
-    desktop.processes.start("calls", ["dbus-monitor", "--profile", "--address", desktop.bus.address])
-    until("calls are recorded", lambda: surroundings.log("calls"))
+    calls = desktop.bus.record_calls()
     agent = desktop.start_agent()
     desktop.item_box()
     stays("no window is open", lambda: not desktop.display.windows_of(agent.pid), 1)
-    calls = [line.split("\t") for line in surroundings.log("calls").splitlines() if line.startswith("mc")]
     senders = {name: desktop.bus.process_of(name) for name in desktop.bus.unique_names()}
-    called = {interface for *_, sender, _, _, interface, _ in calls if senders.get(sender) == agent.pid}
+    called = {interface for sender, interface, _ in calls() if senders.get(sender) == agent.pid}
     expect_equal(called, {"org.freedesktop.DBus", "org.freedesktop.DBus.Properties", StatusItems.WATCHER},
                  "interfaces that the program has called")
     agent.expect_output([])

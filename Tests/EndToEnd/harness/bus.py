@@ -7,7 +7,7 @@ import gi
 gi.require_version("Gio", "2.0")
 from gi.repository import Gio, GLib
 
-from .waiting import Failure, until
+from .waiting import Failure, expect, until
 
 CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
@@ -27,9 +27,10 @@ CALL_TIMEOUT = 10_000  # milliseconds
 
 
 class Bus:
-    def __init__(self, processes, services):
-        """`services`: names of this machine's service files that the bus may start."""
-        folder = os.path.join(processes.folder, "bus")
+    def __init__(self, processes, services, name="bus"):
+        """`services`: names of this machine's service files that the bus may start. `name`: of its folder and log."""
+        self._processes = processes
+        folder = os.path.join(processes.folder, name)
         links = os.path.join(folder, "services")
         os.makedirs(links)
         for service in services:
@@ -41,7 +42,7 @@ class Bus:
         with open(configuration, "w", encoding="utf-8") as file:
             file.write(CONFIGURATION.format(folder=folder, services=links))
         reader, writer = os.pipe()
-        processes.start("bus", ["dbus-daemon", "--nofork", f"--config-file={configuration}",
+        processes.start(name, ["dbus-daemon", "--nofork", f"--config-file={configuration}",
                                 f"--print-address={writer}"], pass_fds=[writer])
         os.close(writer)
         with os.fdopen(reader, encoding="utf-8") as addresses:
@@ -77,10 +78,26 @@ class Bus:
             return len(seen)
         return count
 
+    def record_calls(self):
+        """Records method calls on the bus from now on; returns a function that returns sender, interface and method of
+        each so far."""
+        recorder = self._processes.start("calls", ["dbus-monitor", "--profile", "--address", self.address])
+        log = os.path.join(self._processes.folder, "calls.log")
+
+        def calls():
+            expect(recorder.poll() is None, "dbus-monitor has ended")
+            with open(log, encoding="utf-8") as file:
+                rows = [line.rstrip("\n").split("\t") for line in file if line.startswith("mc")]
+            return [(row[-5], row[-2], row[-1]) for row in rows if len(row) == 8]
+        until("calls are recorded", lambda: self.names() and calls())
+        return calls
+
+    def names(self):
+        return self.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "ListNames")[0]
+
     def unique_names(self):
         """The name of each connection."""
-        names = self.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "ListNames")[0]
-        return [name for name in names if name.startswith(":")]
+        return [name for name in self.names() if name.startswith(":")]
 
     def has(self, name):
         return self.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "NameHasOwner",
@@ -107,7 +124,8 @@ class StatusItems:
                                        "RegisteredStatusNotifierItems")
         except GLib.Error:
             return []
-        return [(item.partition("/")[0], "/" + item.partition("/")[2]) for item in items]
+        # GNOME's watcher writes an @ between the two.
+        return [(item.partition("/")[0].rstrip("@"), "/" + item.partition("/")[2]) for item in items]
 
     def one(self):
         """Waits for an item and returns its address; fails if there are several."""
@@ -118,3 +136,9 @@ class StatusItems:
 
     def property(self, address, member):
         return self._bus.property(*address, self.ITEM, member)
+
+    def menu_texts(self, address):
+        """The texts of the item's menu, from top to bottom; of a separator None."""
+        layout = self._bus.call(address[0], self.property(address, "Menu"), "com.canonical.dbusmenu", "GetLayout",
+                                GLib.Variant("(iias)", (0, -1, ["label"])))[1]
+        return [properties.get("label") for _, properties, _ in layout[2]]

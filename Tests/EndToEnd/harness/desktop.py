@@ -9,7 +9,7 @@ import uuid
 from .bus import Bus, StatusItems
 from .codex import FakeCodex
 from .display import Display, virtual_server
-from .panels import BACKGROUND, Panel
+from .panels import Panel
 from .pictures import Box
 from .processes import SUBJECT_MARK, Processes, command_line
 from .waiting import expect, expect_equal, settled, stays, until
@@ -56,6 +56,8 @@ class Surroundings:
 class Desktop:
     """A desktop whose panel is not started yet. `bus`: whether there is a session bus."""
 
+    background = ROOT_COLOUR
+
     def __init__(self, surroundings, panel=None, display=None, bus=True, window_manager=True, services=()):
         self.surroundings = surroundings
         self.processes = surroundings.processes
@@ -74,6 +76,10 @@ class Desktop:
             until("the window manager is running", lambda: self.display.root_property("_NET_SUPPORTING_WM_CHECK"))
 
         surroundings.desktop = self
+
+    def boxes_of(self, pid):
+        """The boxes of a process's visible windows."""
+        return [box for _, box in self.display.windows_of(pid)]
 
     def screenshot(self, name=""):
         """Saves a picture of the whole screen beside those of the other tests."""
@@ -110,13 +116,14 @@ class Desktop:
         """Kills the panel as a crash would. `is_only`: no other one accepts status items now."""
         self.processes.end(pid for program in (self.panel.program, *self.panel.helpers)
                            for pid in self.processes.named(program))
-        until("the panel is gone", lambda: not self.display.picture(self.bar).share(BACKGROUND))
+        until("the panel is gone", lambda: not self.display.picture(self.bar).share(self.panel.background))
         until("nothing accepts status items", lambda: not is_only or not self._has_tray())
 
     def _drawn_item(self):
         """The item's box in the panel, and the bar's pixels; None while the bar is empty or not drawn."""
         picture = self.display.picture(self.bar)
-        outline = picture.outline(BACKGROUND) if picture.share(BACKGROUND) > 0.8 else None
+        background = self.panel.background
+        outline = picture.outline(background) if picture.share(background) > 0.8 else None
         return (outline, picture.data) if outline else None
 
     def has_item(self):
@@ -196,7 +203,7 @@ class Agent:
     def popover(self, scale=1):
         """The popover's box on the screen, in device pixels; None while it is closed."""
         size = tuple(round(length * scale) for length in POPOVER_SIZE)
-        boxes = [box for _, box in self._desktop.display.windows_of(self.pid) if (box.width, box.height) == size]
+        boxes = [box for box in self._desktop.boxes_of(self.pid) if (box.width, box.height) == size]
         expect(len(boxes) <= 1, f"several popovers: {boxes}")
         return boxes[0] if boxes else None
 
@@ -209,7 +216,7 @@ class Agent:
             return self.popover(scale)
         opened = until("the popover is open", box)
         middle = Box(*opened.middle, 4, 4)
-        until("the popover is drawn", lambda: self._desktop.display.picture(middle).outline(ROOT_COLOUR))
+        until("the popover is drawn", lambda: self._desktop.display.picture(middle).outline(self._desktop.background))
         return opened
 
     def closed_popover(self, seconds=0.25):

@@ -5,7 +5,6 @@ import os
 from .pictures import Box
 
 BAR = 30  # pixels: the height of every bar
-BACKGROUND = (51, 51, 51)  # the colour of every bar: all other pixels are the item
 
 
 def write(folder, path, text):
@@ -20,6 +19,7 @@ class Panel:
     """A bar along one edge of the screen. `name` is part of the names of its tests."""
 
     name = ""
+    background = (51, 51, 51)  # the colour of the bar: all other pixels are the item
     program = ""
     helpers = ()  # programs that run beside it and have to be ended with it
     services = ()  # service files that the session bus needs
