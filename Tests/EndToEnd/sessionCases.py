@@ -150,16 +150,21 @@ def test_agentOutlivesItsTerminal(surroundings):
     agent.end()
 
 
-def test_agentReportsThatItIsReady(surroundings):
-    desktop = Desktop(surroundings)
-    reader, writer = os.pipe()
-    surroundings.processes.environment["TALLYFOX_READY_FD"] = str(writer)
-    agent = surroundings.processes.start("agent", [surroundings.options.program], pass_fds=[writer])
-    os.close(writer)
-    with os.fdopen(reader, encoding="utf-8") as notice:
-        expect_equal(notice.read(), "ready\n", "notice")  # to its end: the program keeps no end of the pipe
-    expect(agent.poll() is None, "the agent has ended")
-    expect(desktop.has_agent(), "the agent is not there yet")
+def test_agentReportsWhenItsIconIsThereOrCannotBe(surroundings):
+    desktop = Desktop(surroundings, PANELS["xfce"]())
+    for name, problems in (("without-panel", 1), ("with-panel", 0)):
+        reader, writer = os.pipe()
+        agent = surroundings.processes.start(name, [surroundings.options.program],
+                                             {"TALLYFOX_READY_FD": str(writer)}, pass_fds=[writer])
+        os.close(writer)
+        with os.fdopen(reader, encoding="utf-8") as notice:
+            expect_equal(notice.read(), "ready\n", "notice")  # to its end: the program keeps no end of the pipe
+        expect(agent.poll() is None, "the agent has ended")
+        expect_equal(len(surroundings.log(name).splitlines()), problems, "lines on standard error")
+        expect_equal(len(desktop.items.addresses()), 1 - problems, "number of items in the panel")
+        surroundings.processes.end([agent.pid])
+        if problems:
+            desktop.start_panel()
 
 
 def test_oneOfSeveralSimultaneousStartsBecomesTheAgent(surroundings):

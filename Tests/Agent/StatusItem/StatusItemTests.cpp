@@ -49,6 +49,7 @@ struct StatusItemTest : testing::Test {
     {
         item = makeStatusItem(QStringLiteral("org.tallyfox.tallyfox"), connection.value_or(itemBus), grace);
         QObject::connect(item.get(), &StatusItem::unavailable, item.get(), [this] { ++reports; });
+        QObject::connect(item.get(), &StatusItem::shown, item.get(), [this] { ++showings; });
         QObject::connect(item.get(), &StatusItem::activated, item.get(),
                          [this](std::optional<QPoint> position) { clicks.push_back(position); });
     }
@@ -85,6 +86,7 @@ struct StatusItemTest : testing::Test {
     QDBusConnection panelBus = bus.connect();
     std::unique_ptr<FakeStatusNotifierWatcher> watcher;
     int reports = 0;
+    int showings = 0;
     std::vector<std::optional<QPoint>> clicks;
     std::unique_ptr<StatusItem> item;
 };
@@ -116,9 +118,13 @@ TEST_F(StatusItemTest, panelWithinTheGraceIsNeverReportedMissing)
     start(500ms);
     startWatcher();
     ASSERT_TRUE(spinUntil([&] { return watcher->registered().size() == 1; }));
+    EXPECT_EQ(showings, 0);
+    readPicture();
+    EXPECT_TRUE(spinUntil([&] { return showings == 1; }));
     readPicture();
     watcher.reset();
     spinFor(1s);
+    EXPECT_EQ(showings, 1);
     EXPECT_EQ(reports, 0) << "a crashed panel restarts";
 }
 
@@ -127,9 +133,11 @@ TEST_F(StatusItemTest, acceptedItemThatNobodyReadsIsReportedUnavailable)
     startWatcher();
     start(100ms);
     EXPECT_TRUE(spinUntil([&] { return reports == 1; }));
+    EXPECT_EQ(showings, 0);
     readPicture();
     spinFor(200ms);
     EXPECT_EQ(reports, 1);
+    EXPECT_EQ(showings, 1);
 }
 
 TEST_F(StatusItemTest, itemThatIsReadAndThenDroppedIsReportedUnavailable)

@@ -48,9 +48,11 @@ void AppDelegate::configureStatusItem()
     connect(m_statusItem.get(), &StatusItem::activated, this, &AppDelegate::activateStatusItem);
     connect(m_statusItem.get(), &StatusItem::chosen, this, &AppDelegate::handleChoice);
     connect(m_statusItem.get(), &StatusItem::activationTokenProvided, this, &AppDelegate::setActivationToken);
-    connect(m_statusItem.get(), &StatusItem::unavailable, this, [] {
+    connect(m_statusItem.get(), &StatusItem::unavailable, this, [this] {
         StandardStreams::writeDiagnostic(missingStatusAreaText(qgetenv("XDG_CURRENT_DESKTOP").toStdString()));
+        Q_EMIT statusItemSettled();
     });
+    connect(m_statusItem.get(), &StatusItem::shown, this, &AppDelegate::statusItemSettled);
     connect(&m_caffeine, &CaffeineController::isEnabledPublished, this, &AppDelegate::updateMenu);
     update();
     updateMenu();

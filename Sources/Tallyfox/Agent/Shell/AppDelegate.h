@@ -67,6 +67,9 @@ public:
         return m_store.refreshInterval();
     }
 
+Q_SIGNALS:
+    void statusItemSettled(); ///< it is shown, or it has been reported that nothing shows it; may be repeated
+
 private:
     void configureStatusItem();
     void configurePopover();

@@ -23,7 +23,6 @@
 #include <QApplication>
 #include <QDBusConnection>
 #include <QLocale>
-#include <QTimer>
 
 #include <algorithm>
 #include <csignal>
@@ -180,11 +179,11 @@ void TallyfoxApp::runAgent(const AgentRequest& request, const std::optional<std:
                          delegate.setActivationToken(activationToken);
                          handle(delegate, action);
                      });
+    QObject::connect(&delegate, &AppDelegate::statusItemSettled, &StandardStreams::reportReady);
     delegate.setActivationToken(m_activationToken);
     delegate.applicationDidFinishLaunching();
     if (request.action == AgentAction::settings)
         delegate.showSettings();
-    QTimer::singleShot(0, &delegate, &StandardStreams::reportReady);
     QCoreApplication::exec();
 }
 

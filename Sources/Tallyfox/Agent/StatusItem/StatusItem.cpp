@@ -124,6 +124,8 @@ private:
         const bool isDropped = host == StatusNotifierHost::refusing;
         const bool isShown = (m_isRead && !isDropped) || m_trayWatch.manager() != 0;
         m_wasShown = isShown || (m_wasShown && !isDropped);
+        if (m_wasShown && !std::exchange(m_isAnnounced, true))
+            QMetaObject::invokeMethod(this, &StatusItem::shown, Qt::QueuedConnection); // not while it is constructed
         const bool isUndecided = m_grace.isActive() || host == StatusNotifierHost::unknown;
         if (m_wasShown || isUndecided || std::exchange(m_isReported, true))
             return;
@@ -140,7 +142,8 @@ private:
     QTimer m_grace;
     bool m_isRead = false; ///< by some panel
     bool m_wasShown = false; ///< panels may end and start again
-    bool m_isReported = false;
+    bool m_isAnnounced = false; ///< by `shown`
+    bool m_isReported = false; ///< by `unavailable`
 };
 
 /// A connection to the session bus that is closed, with whatever was registered on it, when the object is destroyed.

@@ -59,6 +59,8 @@ Q_SIGNALS:
     void chosen(StatusMenuAction action);
     /// The desktop's token for the window that the next click opens: any bytes.
     void activationTokenProvided(const QByteArray& token);
+    /// Emitted at most once, when a panel shows the item.
+    void shown();
     /// Emitted at most once, when it is certain that nothing on this desktop shows the item. It still appears in a
     /// panel that starts later.
     void unavailable();
