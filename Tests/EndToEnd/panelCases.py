@@ -141,10 +141,14 @@ def test_everyForwardedButtonTogglesThePopover(surroundings, panel):
 
 
 def opened_menu(desktop, agent, item):
-    """Opens the item's menu and waits until all its lines are there."""
+    """Opens the item's menu and waits until all its lines are drawn."""
     desktop.display.click(item.middle, 3)
     lines = 7 * 16  # pixels
-    until("a menu of all lines is open", lambda: any(box.height > lines for box in desktop.display.overlay_boxes()))
+
+    def drawn():
+        box = desktop.display.picture(desktop.work_area).outline(ROOT_COLOUR)
+        return box if box and box.height > lines else None
+    settled("a menu of all lines is open", drawn)
     expect(not agent.popover(), "the popover opens with the menu")
 
 

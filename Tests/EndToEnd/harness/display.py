@@ -135,32 +135,6 @@ class Display:
         owner = self.x.get_selection_owner(self.x.intern_atom("_NET_SYSTEM_TRAY_S0"))
         return owner != X.NONE
 
-    def overlays(self):
-        """The visible windows that bypass the window manager: menus, tooltips, popovers."""
-        found = []
-        for window in self.root.query_tree().children:
-            try:
-                attributes = window.get_attributes()
-            except (xerror.BadWindow, xerror.BadDrawable):
-                continue
-            if attributes.map_state == X.IsViewable and attributes.override_redirect:
-                found.append(window.id)
-        return found
-
-    def overlay_boxes(self):
-        """The boxes of the overlays that can be seen: some programs keep a tiny one for messages, or one off the screen.
-        """
-        boxes = []
-        for window in self.overlays():
-            try:
-                geometry = self.x.create_resource_object("window", window).get_geometry()
-            except (xerror.BadWindow, xerror.BadDrawable):
-                continue
-            box = Box(geometry.x, geometry.y, geometry.width, geometry.height)
-            if box.height > 8 and self.box.contains(box):
-                boxes.append(box)
-        return boxes
-
     def watch_maps(self):
         """Starts recording windows that appear, for `has_mapped`; forgets earlier ones."""
         self.root.change_attributes(event_mask=X.SubstructureNotifyMask)
