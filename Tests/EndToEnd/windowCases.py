@@ -1,5 +1,5 @@
 """The popover and the settings among windows of other programs. Each function test_… runs once for each window manager:
-openbox, with the panel of Xfce."""
+openbox, with the panel of Xfce, and the one that is part of Cinnamon."""
 
 from harness.pictures import Box
 from harness.settings import SIZE, TITLE

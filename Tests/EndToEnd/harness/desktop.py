@@ -71,7 +71,7 @@ class Desktop:
             self.bus = Bus(self.processes, [*services, *(panel.services if panel else ())])
             environment["DBUS_SESSION_BUS_ADDRESS"] = self.bus.address
             self.items = StatusItems(self.bus)
-        if window_manager:
+        if window_manager and not (panel and panel.manages_windows):
             self.processes.start("openbox", ["openbox", "--sm-disable"])
             until("the window manager is running", lambda: self.display.root_property("_NET_SUPPORTING_WM_CHECK"))
 

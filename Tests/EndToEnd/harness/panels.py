@@ -27,6 +27,8 @@ class Panel:
     has_watcher = True  # speaks StatusNotifierItem; otherwise only the older X11 tray
     further_buttons = (2,)  # mouse buttons that it forwards to the item, besides the first
     shows_menus = True  # on the third button
+    manages_windows = False  # is the window manager, too
+    misplaced_by = 0  # pixels by which the popover may miss the bar or the item
     shortcut = ("Super_L", "Alt_L", "b")  # in the order in which the keys are pressed
     at_bottom = False
     at_left = False
@@ -187,4 +189,43 @@ type=statusnotifier
 """)
 
 
-PANELS = {panel.name: panel for panel in (Xfce, Mate, Lxqt, Tint2)}
+class Cinnamon(Panel):
+    """A panel and a window manager in one program."""
+
+    name = "cinnamon"
+    program = "cinnamon"
+    helpers = ("xapp-sn-watcher",)
+    environment = {"XDG_CURRENT_DESKTOP": "X-Cinnamon", "GSETTINGS_BACKEND": "keyfile", "LIBGL_ALWAYS_SOFTWARE": "1"}
+    manages_windows = True
+    shortcut = ("Alt_L", "Super_L", "b")  # what is pressed after Super alone never leaves it: that opens its menu
+    misplaced_by = 40  # it reports clicks at the pixel beside the bar, where no panel is
+
+    def configure(self, config_home):
+        write(config_home, "glib-2.0/settings/keyfile", f"""[org/cinnamon]
+enabled-applets=['panel1:left:0:menu@cinnamon.org:0','panel1:right:0:xapp-status@cinnamon.org:1']
+app-menu-icon-name=''
+app-menu-label=''
+panels-enabled=['1:0:{self.edge()}']
+panels-height=['1:{BAR}']
+desktop-effects=false
+desktop-effects-on-dialogs=false
+desktop-effects-on-menus=false
+enable-vfade=false
+startup-animation=false
+
+[org/cinnamon/theme]
+name='bar'
+
+[org/cinnamon/desktop/background]
+picture-options='none'
+primary-color='#000000'
+""")
+        write(config_home, "../data/themes/bar/cinnamon/cinnamon.css", """@import url("/usr/share/cinnamon/theme/cinnamon.css");
+#panel { background-color: #333333; border: 0; box-shadow: none; }
+""")
+
+    def commands(self, config_home):
+        return [["/usr/libexec/xapps/sn-watcher/xapp-sn-watcher"], [self.program]]
+
+
+PANELS = {panel.name: panel for panel in (Xfce, Mate, Lxqt, Tint2, Cinnamon)}
