@@ -142,8 +142,8 @@ void PortalShortcut::handleGrant(const QVariantMap& results)
         return;
     }
     m_request.reset(); // from now on the service watcher reports the end of the portal
-    setState(ShortcutState::inForce);
     Q_EMIT consentChanged(true);
+    setState(ShortcutState::inForce);
 }
 
 void PortalShortcut::handleRefusal()
@@ -157,8 +157,8 @@ void PortalShortcut::handleRefusal()
 void PortalShortcut::decline()
 {
     endSession();
-    setState(ShortcutState::onRequest);
     Q_EMIT consentChanged(false);
+    setState(ShortcutState::onRequest);
 }
 
 void PortalShortcut::endSession()
