@@ -3,6 +3,7 @@
 #include "Support/SpinUntil.h"
 #include "Tallyfox/Agent/Shortcut/KdeShortcut.h"
 
+#include <QDBusConnectionInterface>
 #include <gmock/gmock.h>
 
 namespace tallyfox::test {
@@ -212,6 +213,23 @@ TEST_F(KdeShortcutTest, restartedServiceGetsTheKeysOnceMore)
     EXPECT_TRUE(spinUntil([this] { return m_activations > 0; }));
     spinFor(200ms);
     EXPECT_EQ(m_activations, 1) << "the service that has ended is a stranger";
+}
+
+TEST_F(KdeShortcutTest, keysAreNotInForceUntilAReplacementHasThem)
+{
+    const QString name = QLatin1StringView{FakeKdeService::name};
+    std::optional<FakeKdeService> service{std::in_place, m_servicesBus, FakeKdeService::usualKeys()};
+    start();
+    ASSERT_TRUE(becomes(ShortcutState::inForce));
+    QDBusConnection nextBus = m_bus.connect();
+    const FakeService next{nextBus, name, silent()};
+    nextBus.interface()->registerService(name, QDBusConnectionInterface::QueueService);
+    QObject::connect(&*m_shortcut, &KdeShortcut::isServedChanged, [] { ADD_FAILURE() << "nobody else gets the keys"; });
+    service.reset(); // its name goes to the next in the queue
+    EXPECT_TRUE(becomes(ShortcutState::notInForce));
+    EXPECT_TRUE(spinUntil([&] { return next.callsOf("setShortcutKeys").size() == 2; }));
+    EXPECT_TRUE(m_shortcut->isServed());
+    QObject::disconnect(&*m_shortcut, &KdeShortcut::isServedChanged, nullptr, nullptr);
 }
 
 TEST_F(KdeShortcutTest, serviceThatStartsLaterGetsTheKeysAfterOthersHaveLeftThem)

@@ -124,6 +124,7 @@ void KdeShortcut::registerKeys()
 {
     m_service.clear();
     m_isHeld = false;
+    setState(ShortcutState::notInForce);
     setServed(true);
     m_registration = std::make_unique<QObject>();
     m_bus.send(serviceCall(QStringLiteral("doRegister"), {actionId()}));
