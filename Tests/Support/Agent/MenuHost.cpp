@@ -2,6 +2,7 @@
 
 #include "Support/SpinUntil.h"
 
+#include <QCoreApplication>
 #include <QDBusArgument>
 #include <gtest/gtest.h>
 
@@ -26,6 +27,7 @@ QDBusMessage MenuHost::call(const char* member, const QVariantList& arguments, c
 {
     const QDBusPendingCall pending = start(message(member, arguments, name));
     EXPECT_TRUE(spinUntil([&] { return pending.isFinished(); }));
+    QCoreApplication::processEvents(); // signals that came before the reply wait for the event loop
     return pending.reply();
 }
 
