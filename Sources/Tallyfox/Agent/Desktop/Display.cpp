@@ -23,9 +23,13 @@ bool hasPlugIn(const char* platform)
     QStringList folders{qEnvironmentVariable("QT_QPA_PLATFORM_PLUGIN_PATH")};
     for (const QString& path : QCoreApplication::libraryPaths())
         folders << path + QStringLiteral("/platforms");
-    const QStringList names{QStringLiteral("libq%1*.so").arg(QLatin1StringView{platform})};
+    // Not by QDir's patterns: their compiled expressions would be in memory that is writable and executable.
+    const QString beginning = QStringLiteral("libq") + QLatin1StringView{platform};
     return std::any_of(folders.begin(), folders.end(), [&](const QString& folder) {
-        return !folder.isEmpty() && !QDir{folder}.entryList(names, QDir::Files).isEmpty();
+        const QStringList names = folder.isEmpty() ? QStringList{} : QDir{folder}.entryList(QDir::Files);
+        return std::any_of(names.begin(), names.end(), [&](const QString& name) {
+            return name.startsWith(beginning) && name.endsWith(QStringLiteral(".so"));
+        });
     });
 }
 
