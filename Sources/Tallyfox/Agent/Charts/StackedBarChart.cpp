@@ -208,20 +208,23 @@ void StackedBarChart::paintBars(QPainter& painter, const PixelGrid& grid, const 
                                 const QRectF& frame) const
 {
     const std::size_t count = data().days.size();
-    std::vector<std::int64_t> tokens(count);
-    std::vector<double> tops(count, grid.y(frame.bottom()));
+    struct Column {
+        std::int64_t tokens = 0;
+        double top = 0;
+    };
+    std::vector<Column> columns(count, Column{.top = grid.y(frame.bottom())});
     for (const ChartSeries& series : data().series) {
         for (const ChartValue& value : series.values) {
             if (barTokens(value) == 0)
                 continue;
-            tokens.at(value.day) += barTokens(value);
+            Column& column = columns.at(value.day);
+            column.tokens += barTokens(value);
             // At least one pixel for any value above zero.
-            const double bottom = tops.at(value.day);
-            const double top =
-                std::min(grid.y(frame.bottom() - barHeight(tokens.at(value.day), scale, frame)), bottom - grid.pixel());
+            const double bottom = column.top;
+            column.top =
+                std::min(grid.y(frame.bottom() - barHeight(column.tokens, scale, frame)), bottom - grid.pixel());
             const BarSpan span = barSpan(grid, frame, value.day, count);
-            painter.fillRect(QRectF{span.left, top, span.width, bottom - top}, series.color);
-            tops.at(value.day) = top;
+            painter.fillRect(QRectF{span.left, column.top, span.width, bottom - column.top}, series.color);
         }
     }
 }
