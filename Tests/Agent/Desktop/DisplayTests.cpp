@@ -23,6 +23,7 @@ struct Session {
     bool hasXServer;
     std::vector<std::string> plugIns;
     const char* platform; ///< or a part of the problem
+    bool hasLayerShell = false;
 };
 
 const std::vector<std::string> both{"xcb", "wayland"};
@@ -32,7 +33,7 @@ std::string outcome(const Session& session)
 {
     const auto platform =
         platformFor(session.variables,
-                    {[&] { return session.hasXServer; },
+                    {[&] { return session.hasXServer; }, [&] { return session.hasLayerShell; },
                      [&](const char* name) { return std::ranges::count(session.plugIns, std::string{name}) > 0; }});
     if (const auto* problem = std::get_if<DisplayProblem>(&platform))
         return problem->message;
@@ -45,6 +46,8 @@ TEST(Display, platformDependsOnTheSession)
         {"X11", {"", ":0", ""}, true, both, "xcb"},
         {"Wayland with its X server", {"", ":0", "wayland-0"}, true, both, "xcb"},
         {"Wayland whose X server is gone", {"", ":0", "wayland-0"}, false, both, "wayland"},
+        {"Wayland with the layer shell", {"", ":0", "wayland-0"}, true, both, "wayland", true},
+        {"Wayland with the layer shell, without its plug-in", {"", ":0", "wayland-0"}, true, {"xcb"}, "xcb", true},
         {"Wayland alone", {"", "", "wayland-0"}, false, both, "wayland"},
         {"the user's choice under X11", {"wayland", ":0", ""}, true, both, "wayland"},
         {"the user's choice on a console", {"offscreen", "", ""}, false, {}, "offscreen"},
@@ -74,7 +77,7 @@ TEST(Display, nothingIsTriedWhenTheUserHasChosen)
         ADD_FAILURE();
         return true;
     };
-    const auto platform = platformFor({"offscreen", ":0", ""}, {unwanted, unwanted});
+    const auto platform = platformFor({"offscreen", ":0", ""}, {unwanted, unwanted, unwanted});
     EXPECT_EQ(std::get<QByteArray>(platform), "offscreen");
 }
 

@@ -74,5 +74,33 @@ TEST(PopoverPosition, withoutAClickAndAKnownPanelThePopoverIsInTheTopRightCorner
     EXPECT_EQ(popoverPosition({second, second}, size), QPoint(2780, 148));
 }
 
+struct AnchorCase {
+    std::optional<QPoint> click;
+    Qt::Edges edges;
+    QMargins margins;
+};
+
+TEST(PopoverAnchor, isTheEdgeThatWasClickedOrTheTopRightCorner)
+{
+    const std::vector<AnchorCase> cases{
+        {std::nullopt, Qt::TopEdge | Qt::RightEdge, {}},
+        {QPoint{1000, 10}, Qt::TopEdge | Qt::LeftEdge, {790, 0, 0, 0}},
+        {QPoint{1910, 1070}, Qt::BottomEdge | Qt::LeftEdge, {1500, 0, 0, 0}},
+        {QPoint{10, 500}, Qt::LeftEdge | Qt::TopEdge, {0, 160, 0, 0}},
+        {QPoint{1910, 500}, Qt::RightEdge | Qt::TopEdge, {0, 160, 0, 0}},
+    };
+    for (const AnchorCase& each : cases) {
+        const PopoverAnchor anchor = popoverAnchor(each.click, screen, size);
+        EXPECT_TRUE(anchor.edges == each.edges && anchor.margins == each.margins) << each.margins.left();
+    }
+}
+
+TEST(PopoverAnchor, isRelativeToTheScreen)
+{
+    const PopoverAnchor anchor = popoverAnchor(QPoint{3190, 1000}, {1920, 0, 1280, 1024}, size);
+    EXPECT_TRUE(anchor.edges == (Qt::BottomEdge | Qt::LeftEdge));
+    EXPECT_EQ(anchor.margins.left(), 860);
+}
+
 } // namespace
 } // namespace tallyfox::test

@@ -20,11 +20,12 @@ using testing::IsSupersetOf;
 
 TEST(PopoverKind, dependsOnWhoPlacesWindowsAndDirectsTheInput)
 {
-    EXPECT_EQ(popoverKind(QStringLiteral("xcb"), false), PopoverKind::popup);
-    EXPECT_EQ(popoverKind(QStringLiteral("xcb"), true), PopoverKind::x11Window);
-    EXPECT_EQ(popoverKind(QStringLiteral("wayland"), true), PopoverKind::waylandWindow);
-    EXPECT_EQ(popoverKind(QStringLiteral("wayland-egl"), true), PopoverKind::waylandWindow);
-    EXPECT_EQ(popoverKind(QStringLiteral("offscreen"), true), PopoverKind::popup);
+    EXPECT_EQ(popoverKind(QStringLiteral("xcb"), false, false), PopoverKind::popup);
+    EXPECT_EQ(popoverKind(QStringLiteral("xcb"), true, true), PopoverKind::x11Window);
+    EXPECT_EQ(popoverKind(QStringLiteral("wayland"), true, false), PopoverKind::waylandWindow);
+    EXPECT_EQ(popoverKind(QStringLiteral("wayland-egl"), true, false), PopoverKind::waylandWindow);
+    EXPECT_EQ(popoverKind(QStringLiteral("wayland"), true, true), PopoverKind::layerSurface);
+    EXPECT_EQ(popoverKind(QStringLiteral("offscreen"), true, false), PopoverKind::popup);
 }
 
 /// A popover that is open and has the focus, on the toolkit's own virtual screen.

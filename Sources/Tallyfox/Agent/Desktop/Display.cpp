@@ -1,5 +1,7 @@
 #include "Tallyfox/Agent/Desktop/Display.h"
 
+#include "Tallyfox/Agent/Desktop/LayerShell.h"
+
 #include <QCursor>
 #include <QDir>
 #include <QGuiApplication>
@@ -39,6 +41,8 @@ std::variant<QByteArray, DisplayProblem> platformFor(const DisplayVariables& var
 {
     if (!variables.qtPlatform.isEmpty())
         return variables.qtPlatform;
+    if (!variables.waylandDisplay.isEmpty() && probes.hasLayerShell() && probes.hasPlugIn("wayland"))
+        return QByteArray{"wayland"};
     const bool isX11 = !variables.display.isEmpty() && probes.hasXServer();
     if (isX11 && probes.hasPlugIn("xcb"))
         return QByteArray{"xcb"};
@@ -63,7 +67,7 @@ std::variant<XcbConnection, DisplayProblem> chooseDisplay()
         return xcb_connection_has_error(connection.get()) == 0;
     };
     const auto platform = platformFor({qgetenv("QT_QPA_PLATFORM"), qgetenv("DISPLAY"), qgetenv("WAYLAND_DISPLAY")},
-                                      {hasXServer, hasPlugIn});
+                                      {hasXServer, hasLayerShell, hasPlugIn});
     if (const auto* problem = std::get_if<DisplayProblem>(&platform))
         return *problem;
     qputenv("QT_QPA_PLATFORM", std::get<QByteArray>(platform));

@@ -23,6 +23,7 @@ struct DisplayVariables {
 /// What is tried, and only when it matters.
 struct DisplayProbes {
     std::function<bool()> hasXServer; ///< whether the X server can be reached
+    std::function<bool()> hasLayerShell; ///< whether a Wayland client can put its windows beside panels
     std::function<bool(const char* platform)> hasPlugIn; ///< whether Qt's plug-in for that platform is installed
 };
 
@@ -33,8 +34,8 @@ struct DisplayProblem {
 
 /// The value of QT_QPA_PLATFORM that suits the session.
 ///
-/// A native Wayland client cannot place its windows, so the popover would not open beside its icon: where there is an
-/// X server, the program is its client. The user's own choice is always kept.
+/// Without the layer shell, a native Wayland client cannot place its windows, so the popover would not open beside its
+/// icon: where there is an X server, the program is its client. The user's own choice is always kept.
 std::variant<QByteArray, DisplayProblem> platformFor(const DisplayVariables& variables, const DisplayProbes& probes);
 
 struct CloseXcbConnection {

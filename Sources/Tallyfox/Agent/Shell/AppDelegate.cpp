@@ -2,6 +2,7 @@
 
 #include "Tallyfox/Agent/Desktop/ActivationPolicy.h"
 #include "Tallyfox/Agent/Desktop/Display.h"
+#include "Tallyfox/Agent/Desktop/LayerShell.h"
 #include "Tallyfox/Agent/Desktop/LoginItem.h"
 #include "Tallyfox/Agent/Desktop/NotificationCenter.h"
 #include "Tallyfox/Agent/Desktop/WindowManager.h"
@@ -23,7 +24,7 @@ AppDelegate::AppDelegate(AppDelegateEnvironment environment, QString version, QO
     , m_version(std::move(version))
     , m_store(m_environment.store)
     , m_caffeine(*m_environment.sleepInhibitor)
-    , m_popover(popoverKind(QGuiApplication::platformName(), isWaylandSession()))
+    , m_popover(popoverKind(QGuiApplication::platformName(), isWaylandSession(), hasLayerShell()))
 {
     m_publicationTimer.setSingleShot(true);
     connect(&m_publicationTimer, &QTimer::timeout, this, &AppDelegate::publish);

@@ -84,4 +84,24 @@ QPoint popoverPosition(const ScreenArea& area, const QSize& size)
     return clamped({isLeft ? free.left() : free.right(), isTop ? free.top() : free.bottom()}, free, size);
 }
 
+PopoverAnchor popoverAnchor(std::optional<QPoint> click, const QRect& screen, const QSize& size)
+{
+    if (!click)
+        return {};
+    const QPoint position = popoverPosition(*click, {screen, screen}, size) - screen.topLeft();
+    const QMargins fromLeft{position.x(), 0, 0, 0};
+    const QMargins fromTop{0, position.y(), 0, 0};
+    switch (sideOfUnknownPanel(*click, screen)) {
+    case Side::top:
+        return {Qt::TopEdge | Qt::LeftEdge, fromLeft};
+    case Side::bottom:
+        return {Qt::BottomEdge | Qt::LeftEdge, fromLeft};
+    case Side::left:
+        return {Qt::LeftEdge | Qt::TopEdge, fromTop};
+    case Side::right:
+        return {Qt::RightEdge | Qt::TopEdge, fromTop};
+    }
+    return {};
+}
+
 } // namespace tallyfox

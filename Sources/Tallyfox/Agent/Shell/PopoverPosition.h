@@ -1,8 +1,11 @@
 #pragma once
 
+#include <QMargins>
 #include <QPoint>
 #include <QRect>
 #include <QSize>
+
+#include <optional>
 
 namespace tallyfox {
 
@@ -20,5 +23,15 @@ QPoint popoverPosition(const QPoint& click, const ScreenArea& area, const QSize&
 /// The same without a click: at the right or lower end of the panel, where status items usually are. Where no side of
 /// the screen is known to have a panel, in the top right corner, below a panel that may be there.
 QPoint popoverPosition(const ScreenArea& area, const QSize& size);
+
+/// Where a popover is that the compositor places beside its panels: the edges that it is attached to, and its distance
+/// from them.
+struct PopoverAnchor {
+    Qt::Edges edges = Qt::TopEdge | Qt::RightEdge;
+    QMargins margins{};
+};
+
+/// The side of the screen on which the status item was clicked; the top right corner without a click.
+PopoverAnchor popoverAnchor(std::optional<QPoint> click, const QRect& screen, const QSize& size);
 
 } // namespace tallyfox

@@ -2,7 +2,9 @@
 
 #include "Tallyfox/Agent/Desktop/ActivationPolicy.h"
 #include "Tallyfox/Agent/Desktop/Display.h"
+#include "Tallyfox/Agent/Desktop/LayerShell.h"
 #include "Tallyfox/Agent/Desktop/WindowManager.h"
+#include "Tallyfox/Agent/Shell/ClickCatcher.h"
 #include "Tallyfox/Agent/Shell/PopoverPosition.h"
 #include "Tallyfox/Agent/Theme/TallyfoxTheme.h"
 
@@ -41,14 +43,15 @@ Qt::WindowFlags flagsFor(PopoverKind kind)
         return Qt::Popup | Qt::FramelessWindowHint;
     case PopoverKind::x11Window:
     case PopoverKind::waylandWindow:
+    case PopoverKind::layerSurface:
         return Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint;
     }
     return {};
 }
 
-const QScreen& screenAt(std::optional<QPoint> position)
+QScreen& screenAt(std::optional<QPoint> position)
 {
-    const QScreen* screen = position ? QGuiApplication::screenAt(*position) : nullptr;
+    QScreen* screen = position ? QGuiApplication::screenAt(*position) : nullptr;
     return screen ? *screen : *QGuiApplication::primaryScreen();
 }
 
@@ -72,10 +75,10 @@ bool isPointerFree(xcb_connection_t* connection, xcb_window_t window)
 
 } // namespace
 
-PopoverKind popoverKind(const QString& platform, bool isWaylandSession)
+PopoverKind popoverKind(const QString& platform, bool isWaylandSession, bool hasLayerShell)
 {
     if (platform.startsWith(QStringLiteral("wayland")))
-        return PopoverKind::waylandWindow;
+        return hasLayerShell ? PopoverKind::layerSurface : PopoverKind::waylandWindow;
     return platform == QStringLiteral("xcb") && isWaylandSession ? PopoverKind::x11Window : PopoverKind::popup;
 }
 
@@ -102,6 +105,8 @@ PopoverWindow::PopoverWindow(PopoverKind kind, QWidget* parent)
     m_fade.setStartValue(0.0);
     m_fade.setEndValue(1.0);
 }
+
+PopoverWindow::~PopoverWindow() = default;
 
 void PopoverWindow::open(std::optional<QPoint> click, const QByteArray& activationToken)
 {
@@ -133,11 +138,27 @@ void PopoverWindow::showPopup()
 
 void PopoverWindow::showWindow(const QByteArray& activationToken)
 {
+    if (m_kind == PopoverKind::layerSurface)
+        attachToPanel();
     setActivationToken(*this, activationToken);
     if (xcb_connection_t* connection = x11Connection())
         setWindowListed(connection, static_cast<std::uint32_t>(winId()), false, false);
     show();
     takeFocus(*this);
+}
+
+void PopoverWindow::attachToPanel()
+{
+    // Later, because hiding the popover destroys the catcher.
+    const auto hideLater = [this] { QMetaObject::invokeMethod(this, &QWidget::hide, Qt::QueuedConnection); };
+    for (QScreen* each : QGuiApplication::screens()) {
+        m_clickCatchers.push_back(std::make_unique<ClickCatcher>(*each, hideLater));
+        m_clickCatchers.back()->show();
+    }
+    QScreen& screen = screenAt(m_click);
+    setScreen(&screen);
+    const PopoverAnchor anchor = popoverAnchor(m_click, screen.geometry(), size());
+    makeLayerSurface(*this, LayerRole::popover, anchor.edges, anchor.margins);
 }
 
 /// Qt tries once, and does not notice when a panel still holds the pointer: then neither a click outside nor a key
@@ -213,7 +234,7 @@ void PopoverWindow::followFocus(const QWindow* focused)
 
 void PopoverWindow::closeAfterFocusLoss()
 {
-    if (m_kind == PopoverKind::waylandWindow)
+    if (m_kind == PopoverKind::waylandWindow || m_kind == PopoverKind::layerSurface)
         m_sinceFocusLoss.start();
     hide();
 }
@@ -223,6 +244,7 @@ void PopoverWindow::hideEvent(QHideEvent* event)
     m_fade.stop();
     m_grabRetries.stop();
     m_lateFocus.stop();
+    m_clickCatchers.clear();
     QWidget::hideEvent(event);
 }
 

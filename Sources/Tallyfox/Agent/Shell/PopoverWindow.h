@@ -11,9 +11,13 @@
 #include <QWidget>
 
 #include <chrono>
+#include <memory>
 #include <optional>
+#include <vector>
 
 namespace tallyfox {
+
+class ClickCatcher;
 
 /// What the popover is to the desktop.
 enum class PopoverKind {
@@ -21,10 +25,11 @@ enum class PopoverKind {
     x11Window, ///< places itself and has the focus: for an X server of a Wayland compositor, where grabs see X windows
                ///< only
     waylandWindow, ///< is placed by the compositor and has the focus
+    layerSurface, ///< the same, beside the compositor's panels
 };
 
 /// `platform` is Qt's name of it.
-PopoverKind popoverKind(const QString& platform, bool isWaylandSession);
+PopoverKind popoverKind(const QString& platform, bool isWaylandSession, bool hasLayerShell);
 
 /// The window of the popover: opens beside the status item, has the keyboard at once, and closes on a click outside and
 /// on Escape. Created once, then hidden and shown again.
@@ -33,6 +38,7 @@ class PopoverWindow : public QWidget {
 
 public:
     explicit PopoverWindow(PopoverKind kind, QWidget* parent = nullptr);
+    ~PopoverWindow() override;
 
     [[nodiscard]] PopoverView& view()
     {
@@ -58,6 +64,7 @@ private:
     void stayOnScreen();
     void showPopup();
     void showWindow(const QByteArray& activationToken);
+    void attachToPanel();
     void holdGrabs();
     void followFocus(const QWindow* focused);
     void closeAfterFocusLoss();
@@ -70,6 +77,7 @@ private:
     bool m_hasHadFocus = false; ///< since it was opened
     QTimer m_lateFocus;
     QElapsedTimer m_sinceFocusLoss;
+    std::vector<std::unique_ptr<ClickCatcher>> m_clickCatchers; ///< while the popover is a visible layer surface
     QTimer m_grabRetries;
     std::chrono::milliseconds m_grabInterval{};
 };

@@ -86,9 +86,13 @@ std::optional<QPoint> clickPosition(QPoint reported, std::optional<QPoint> point
 
 std::optional<QPoint> clickPosition(QPoint reported)
 {
+    // The pixels of all screens of a Wayland desktop have no coordinates.
+    const bool reportsDevicePixels = !QGuiApplication::platformName().startsWith(QStringLiteral("wayland"));
     std::vector<ScaledScreen> screens;
-    for (const QScreen* screen : QGuiApplication::screens())
-        screens.push_back({screen->geometry(), screen->availableGeometry(), screen->devicePixelRatio()});
+    for (const QScreen* screen : QGuiApplication::screens()) {
+        const double scale = reportsDevicePixels ? screen->devicePixelRatio() : 1;
+        screens.push_back({screen->geometry(), screen->availableGeometry(), scale});
+    }
     return clickPosition(reported, pointerPosition(), screens);
 }
 
