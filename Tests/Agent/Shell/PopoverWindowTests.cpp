@@ -184,6 +184,28 @@ public:
         return result;
     }
 
+    void listenForStartups()
+    {
+        const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
+        xcb_change_window_attributes(m_connection, m_root, XCB_CW_EVENT_MASK, &mask);
+        (void)focus(); // has a reply, so that the server has got this as well
+    }
+
+    /// The message about startups that has arrived, which comes in pieces; empty while its end is missing.
+    [[nodiscard]] std::string startupMessage()
+    {
+        while (const XcbReply<xcb_generic_event_t> event{xcb_poll_for_event(m_connection)}) {
+            const auto* const message = reinterpret_cast<const xcb_client_message_event_t*>(event.get());
+            if ((event->response_type & 0x7f) != XCB_CLIENT_MESSAGE || message->format != 8)
+                continue;
+            if (message->type == x11Atom(m_connection, "_NET_STARTUP_INFO_BEGIN"))
+                m_startupMessage.clear();
+            m_startupMessage.append(std::begin(message->data.data8), std::end(message->data.data8));
+        }
+        const std::size_t end = m_startupMessage.find('\0');
+        return end == std::string::npos ? std::string{} : m_startupMessage.substr(0, end);
+    }
+
     bool grabPointer()
     {
         const auto cookie = xcb_grab_pointer(m_connection, 0, m_root, XCB_EVENT_MASK_BUTTON_PRESS, XCB_GRAB_MODE_ASYNC,
@@ -210,6 +232,7 @@ public:
 private:
     xcb_connection_t* m_connection;
     xcb_window_t m_root;
+    std::string m_startupMessage;
 };
 
 /// A popover in a process of its own, on an X server with a window manager.
@@ -349,6 +372,15 @@ TEST_F(PopoverOnX11, activationTokenIsOnTheWindowUnlessItIsNone)
     close();
     open("1000 5 " + std::string(1000, 'x'));
     EXPECT_EQ(m_other.text(window, "_NET_STARTUP_ID").toStdString(), "");
+}
+
+TEST_F(PopoverOnX11, desktopLearnsThatTheWindowOfATokenIsThere)
+{
+    start("window");
+    m_other.listenForStartups();
+    openWithFocus(R"(1000 5 shell-1/"a\b"_TIME12345)");
+    EXPECT_TRUE(spinUntil([&] { return !m_other.startupMessage().empty(); }));
+    EXPECT_EQ(m_other.startupMessage(), R"(remove: ID="shell-1/\"a\\b\"_TIME12345")");
 }
 
 TEST_F(PopoverOnX11, clickOutsideAndEscapeCloseAPopup)

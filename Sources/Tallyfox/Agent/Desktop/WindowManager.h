@@ -25,7 +25,8 @@ bool isActivationToken(const QByteArray& token);
 /// called before the window is shown. Anything that is no token counts as none.
 void setActivationToken(QWidget& window, const QByteArray& token);
 
-/// Gives a visible window the keyboard focus, because the user has just asked for this window.
-void takeFocus(QWidget& window);
+/// Gives a visible window the keyboard focus, because the user has just asked for this window, and tells the desktop
+/// that what the token stands for is done.
+void takeFocus(QWidget& window, const QByteArray& token);
 
 } // namespace tallyfox

@@ -63,7 +63,7 @@ void SettingsWindow::bringToFront(const QByteArray& activationToken)
     if (isMinimized())
         showNormal();
     show();
-    takeFocus(*this);
+    takeFocus(*this, activationToken);
 }
 
 void installAccessibleSettings()

@@ -144,7 +144,7 @@ void PopoverWindow::showWindow(const QByteArray& activationToken)
     if (xcb_connection_t* connection = x11Connection())
         setWindowListed(connection, static_cast<std::uint32_t>(winId()), false, false);
     show();
-    takeFocus(*this);
+    takeFocus(*this, activationToken);
 }
 
 void PopoverWindow::attachToPanel()
