@@ -36,12 +36,11 @@ def expect_beside_item(desktop, popover, item):
         begin, middle, end = popover.y, item.middle[1], popover.bottom
     else:
         begin, middle, end = popover.x, item.middle[0], popover.right
-    slack = desktop.panel.misplaced_by
-    expect(begin - slack <= middle <= end + slack, f"the popover at {popover} is not at the item at {item}")
+    expect(begin <= middle <= end, f"the popover at {popover} is not at the item at {item}")
     gaps = {"top": popover.y - desktop.bar.bottom, "bottom": desktop.bar.y - popover.bottom,
             "left": popover.x - desktop.bar.right}
     gap = gaps[desktop.panel.edge()]
-    expect(0 <= gap <= 16 + slack, f"{gap} pixels between the bar and the popover")
+    expect(0 <= gap <= 16, f"{gap} pixels between the bar and the popover")
 
 
 def opened(desktop, agent, item):

@@ -24,6 +24,14 @@ TEST(PopoverPosition, popoverIsBesideASidePanel)
     EXPECT_EQ(popoverPosition(QPoint{1900, 500}, {screen, {0, 0, 1872, 1080}}, size), QPoint(1872 - 420, 160));
 }
 
+TEST(PopoverPosition, clickReportedAtThePixelBesideAPanelIsOnThePanel)
+{
+    EXPECT_EQ(popoverPosition(QPoint{1000, 28}, {screen, {0, 28, 1920, 1052}}, size), QPoint(790, 28));
+    EXPECT_EQ(popoverPosition(QPoint{1000, 1049}, {screen, {0, 0, 1920, 1050}}, size), QPoint(790, 1050 - 680));
+    EXPECT_EQ(popoverPosition(QPoint{48, 500}, {screen, {48, 0, 1872, 1080}}, size), QPoint(48, 160));
+    EXPECT_EQ(popoverPosition(QPoint{1871, 500}, {screen, {0, 0, 1872, 1080}}, size), QPoint(1872 - 420, 160));
+}
+
 TEST(PopoverPosition, clickAtTheEdgeKeepsThePopoverInsideTheWorkArea)
 {
     EXPECT_EQ(popoverPosition(QPoint{1915, 12}, {screen, {0, 28, 1920, 1052}}, size), QPoint(1500, 28));

@@ -28,7 +28,6 @@ class Panel:
     further_buttons = (2,)  # mouse buttons that it forwards to the item, besides the first
     shows_menus = True  # on the third button
     manages_windows = False  # is the window manager, too
-    misplaced_by = 0  # pixels by which the popover may miss the bar or the item
     shortcut = ("Super_L", "Alt_L", "b")  # in the order in which the keys are pressed
     at_bottom = False
     at_left = False
@@ -198,7 +197,6 @@ class Cinnamon(Panel):
     environment = {"XDG_CURRENT_DESKTOP": "X-Cinnamon", "GSETTINGS_BACKEND": "keyfile", "LIBGL_ALWAYS_SOFTWARE": "1"}
     manages_windows = True
     shortcut = ("Alt_L", "Super_L", "b")  # what is pressed after Super alone never leaves it: that opens its menu
-    misplaced_by = 40  # it reports clicks at the pixel beside the bar, where no panel is
 
     def configure(self, config_home):
         write(config_home, "glib-2.0/settings/keyfile", f"""[org/cinnamon]

@@ -61,14 +61,24 @@ QPoint beside(const QPoint& click, Side side, int distance, const QSize& size)
     return click;
 }
 
+/// Whether a click is on a panel that reserves its space. Some panels, like Cinnamon's, report the first pixel beside
+/// them.
+bool isOnReservedPanel(const QPoint& click, const ScreenArea& area)
+{
+    const QRect& free = area.workArea;
+    const QMargins border{free.left() > area.screen.left() ? 1 : 0, free.top() > area.screen.top() ? 1 : 0,
+                          free.right() < area.screen.right() ? 1 : 0, free.bottom() < area.screen.bottom() ? 1 : 0};
+    return !free.marginsRemoved(border).contains(click);
+}
+
 } // namespace
 
 QPoint popoverPosition(const QPoint& click, const ScreenArea& area, const QSize& size)
 {
-    const bool isOnReservedPanel = !area.workArea.contains(click);
-    const Side side = isOnReservedPanel ? nearestSide(click, area.workArea) : sideOfUnknownPanel(click, area.screen);
+    const bool isOnPanel = isOnReservedPanel(click, area);
+    const Side side = isOnPanel ? nearestSide(click, area.workArea) : sideOfUnknownPanel(click, area.screen);
     // The work area begins where the panel ends: clamping puts the popover against the panel.
-    return clamped(beside(click, side, isOnReservedPanel ? 1 : clearance, size), area.workArea, size);
+    return clamped(beside(click, side, isOnPanel ? 0 : clearance, size), area.workArea, size);
 }
 
 QPoint popoverPosition(const ScreenArea& area, const QSize& size)
