@@ -188,6 +188,11 @@
         <source>Settings…</source>
         <translation>Einstellungen …</translation>
     </message>
+    <message>
+        <source>%1: %2</source>
+        <comment>a provider and its figures</comment>
+        <translation>%1: %2</translation>
+    </message>
 </context>
 <context>
     <name>UsageStore</name>

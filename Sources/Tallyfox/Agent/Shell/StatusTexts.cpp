@@ -47,7 +47,7 @@ QString providerLine(const ProviderState& state, const QLocale& locale)
         ? MenuText::tr("%1 tokens today, %2 in 30 days")
               .arg(tokenText(state.summary.todayTokens, locale), tokenText(state.summary.totalTokens, locale))
         : translatedText(state.detail);
-    return providerTitle(state.provider) + QStringLiteral(": ") + text;
+    return MenuText::tr("%1: %2", "a provider and its figures").arg(providerTitle(state.provider), text);
 }
 
 /// What shows status items on a desktop that shows none by itself.
