@@ -3,8 +3,12 @@
 #include "Tallyfox/Agent/Theme/Translations.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QLocale>
 #include <QTranslator>
+#include <gtest/gtest.h>
+
+#include <functional>
 
 namespace tallyfox::test {
 
@@ -33,6 +37,19 @@ private:
 inline QLocale german()
 {
     return {QLocale::German, QLocale::Germany};
+}
+
+/// Calls `look` in each language that there is a translation for.
+inline void forEachLanguage(const std::function<void()>& look)
+{
+    const QStringList files = QDir{QStringLiteral(":/translations")}.entryList();
+    EXPECT_EQ(files.size(), 3);
+    for (const QString& file : files) {
+        SCOPED_TRACE(file.toStdString());
+        const TranslatedApplication application{
+            QLocale{file.section(QLatin1Char{'_'}, 1).section(QLatin1Char{'.'}, 0, 0)}};
+        look();
+    }
 }
 
 } // namespace tallyfox::test

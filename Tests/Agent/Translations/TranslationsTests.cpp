@@ -13,7 +13,6 @@
 #include "Tallyfox/Engine/CommandLine/TokenText.h"
 
 #include <QCoreApplication>
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <set>
@@ -22,7 +21,6 @@ namespace tallyfox::test {
 namespace {
 
 using namespace std::chrono_literals;
-using testing::IsEmpty;
 
 const Instant now = utcTime(2026, 11, 21, 14, 5);
 
@@ -73,21 +71,28 @@ std::set<std::string> textsOfTheStore()
     return texts;
 }
 
-TEST(InstallTranslations, germanIsInstalledForAGermanLocale)
+/// The title of the first tab, in the language of a locale.
+QString firstTabName(const char* locale)
 {
-    for (const char* name : {"de_DE", "de_AT", "de_CH", "de"}) {
-        const TranslatedApplication application{QLocale{QLatin1String{name}}};
-        EXPECT_EQ(tabName(PopoverTab::services), QStringLiteral("Dienste")) << name;
-    }
-    EXPECT_EQ(tabName(PopoverTab::services), QStringLiteral("Services")) << "a translator is left behind";
+    const TranslatedApplication application{QLocale{QLatin1String{locale}}};
+    return tabName(PopoverTab::overview);
+}
+
+TEST(InstallTranslations, languageOfTheLocaleIsInstalledForEveryTerritory)
+{
+    for (const char* name : {"de_DE", "de_AT", "de_CH", "de"})
+        EXPECT_EQ(firstTabName(name), QStringLiteral(u"Übersicht")) << name;
+    for (const char* name : {"fr_FR", "fr_CA", "fr_CH", "fr"})
+        EXPECT_EQ(firstTabName(name), QStringLiteral(u"Aperçu")) << name;
+    for (const char* name : {"es_ES", "es_MX", "es_AR", "es"})
+        EXPECT_EQ(firstTabName(name), QStringLiteral("Resumen")) << name;
+    EXPECT_EQ(tabName(PopoverTab::overview), QStringLiteral("Overview")) << "a translator is left behind";
 }
 
 TEST(InstallTranslations, englishIsTheFallback)
 {
-    for (const char* name : {"en_US", "en_GB", "C", "fr_FR", "ar_EG"}) {
-        const TranslatedApplication application{QLocale{QLatin1String{name}}};
-        EXPECT_EQ(tabName(PopoverTab::services), QStringLiteral("Services")) << name;
-    }
+    for (const char* name : {"en_US", "en_GB", "C", "nl_NL", "ar_EG"})
+        EXPECT_EQ(firstTabName(name), QStringLiteral("Overview")) << name;
 }
 
 TEST(TranslatedLanguage, firstAvailableLanguageWins)
@@ -97,33 +102,35 @@ TEST(TranslatedLanguage, firstAvailableLanguageWins)
     };
     EXPECT_EQ(chosen("de de-Latn-DE de-DE"), "de");
     EXPECT_EQ(chosen("de-AT de en"), "de");
-    EXPECT_EQ(chosen("fr-FR fr de-DE en"), "de") << "French is not available";
+    EXPECT_EQ(chosen("es-419 es fr de"), "es");
+    EXPECT_EQ(chosen("nl-NL nl fr-BE en"), "fr") << "Dutch is not available";
     EXPECT_EQ(chosen("en en-US de de-DE"), "") << "English comes first, though it has no file";
-    EXPECT_EQ(chosen("fr en-GB de"), "");
+    EXPECT_EQ(chosen("nl en-GB de"), "");
     EXPECT_EQ(chosen("C de"), "");
-    EXPECT_EQ(chosen("fr"), "");
+    EXPECT_EQ(chosen("nl"), "");
     EXPECT_EQ(chosen(""), "");
 }
 
-TEST(InstallTranslations, dialogsOfQtAreGermanToo)
+TEST(InstallTranslations, dialogsOfQtAreTranslatedToo)
 {
-    EXPECT_EQ(QCoreApplication::translate("QPlatformTheme", "Cancel"), QStringLiteral("Cancel"));
+    const auto cancel = [] { return QCoreApplication::translate("QPlatformTheme", "Cancel"); };
+    const auto lookIn = [] { return QCoreApplication::translate("QFileDialog", "Look in:"); };
+    const QString english = cancel();
+    EXPECT_EQ(english, QStringLiteral("Cancel"));
+    forEachLanguage([&] { EXPECT_NE(cancel(), english); });
     const TranslatedApplication application{german()};
-    EXPECT_EQ(QCoreApplication::translate("QPlatformTheme", "Cancel"), QStringLiteral("Abbrechen"));
-    EXPECT_EQ(QCoreApplication::translate("QFileDialog", "Look in:"), QStringLiteral("Suchen in:"));
+    EXPECT_EQ(cancel(), QStringLiteral("Abbrechen"));
+    EXPECT_EQ(lookIn(), QStringLiteral("Suchen in:"));
 }
 
 TEST(TranslatedText, everyTextOfTheStoreIsTranslated)
 {
     const std::set<std::string> texts = textsOfTheStore();
     EXPECT_EQ(texts.size(), 12U) << "five healths and seven details";
-    const TranslatedApplication application{german()};
-    std::vector<std::string> english;
-    for (const std::string& text : texts) {
-        if (translatedText(text) == QString::fromStdString(text))
-            english.push_back(text);
-    }
-    EXPECT_THAT(english, IsEmpty());
+    forEachLanguage([&texts] {
+        for (const std::string& text : texts)
+            EXPECT_NE(translatedText(text), QString::fromStdString(text));
+    });
 }
 
 TEST(TranslatedText, unknownTextIsUnchanged)
@@ -132,13 +139,33 @@ TEST(TranslatedText, unknownTextIsUnchanged)
     EXPECT_EQ(translatedText("What nobody has written yet"), QStringLiteral("What nobody has written yet"));
 }
 
-TEST(GermanTexts, sentencesIncludeTheirFigures)
+ProviderCardModel cardWithTwoQuotas()
 {
-    const TranslatedApplication application{german()};
     ProviderState state = initialState(Provider::codex, now, Calendar::utc());
     state.quota = someQuota();
     state.quota->secondary = QuotaWindow{.usedPercent = 61, .resetsAt = now + 3 * 24h, .windowMinutes = 10'080};
-    const ProviderCardModel model = providerCardModel(state, now, QLocale{});
+    return providerCardModel(state, now, QLocale{});
+}
+
+/// Codex has been refreshed, Claude has not.
+QStringList someMenuFigures()
+{
+    ProviderState state = initialState(Provider::codex, now, Calendar::utc());
+    state.summary = someHistory();
+    state.quota = someQuota();
+    state.updatedAt = now;
+    state.health = SourceHealth::connected;
+    UsageSnapshot snapshot;
+    snapshot.states = {initialState(Provider::claude, now, Calendar::utc()), state};
+    snapshot.combinedPercent = 43;
+    snapshot.now = now;
+    return menuFigures(snapshot, QLocale{});
+}
+
+TEST(GermanTexts, sentencesIncludeTheirFigures)
+{
+    const TranslatedApplication application{german()};
+    const ProviderCardModel model = cardWithTwoQuotas();
     EXPECT_EQ(model.figure, QStringLiteral("43%")) << "the same in every language";
     EXPECT_EQ(model.note, QStringLiteral("Reset in 2 Std."));
     ASSERT_TRUE(model.quota && model.quota->weekly);
@@ -152,19 +179,38 @@ TEST(GermanTexts, sentencesIncludeTheirFigures)
 TEST(GermanTexts, linesOfTheMenuIncludeTheirFigures)
 {
     const TranslatedApplication application{german()};
-    ProviderState state = initialState(Provider::codex, now, Calendar::utc());
-    state.summary = someHistory();
-    state.quota = someQuota();
-    state.updatedAt = now;
-    state.health = SourceHealth::connected;
-    UsageSnapshot snapshot;
-    snapshot.states = {initialState(Provider::claude, now, Calendar::utc()), state};
-    snapshot.combinedPercent = 43;
-    snapshot.now = now;
-    EXPECT_EQ(menuFigures(snapshot, QLocale{}),
+    EXPECT_EQ(someMenuFigures(),
               (QStringList{QStringLiteral("43% genutzt · Reset in 2 Std."),
                            QStringLiteral("Claude: Warten auf erste Aktualisierung"),
                            QStringLiteral("Codex: heute 1.0K Tokens, 1.0K in 30 Tagen")}));
+}
+
+TEST(FrenchTexts, sentencesIncludeTheirFigures)
+{
+    const TranslatedApplication application{QLocale{QStringLiteral("fr_FR")}};
+    const ProviderCardModel model = cardWithTwoQuotas();
+    EXPECT_EQ(model.note, QStringLiteral(u"Renouvelé dans 2\u00A0h"));
+    ASSERT_TRUE(model.quota && model.quota->weekly);
+    EXPECT_EQ(model.quota->weekly->used, QStringLiteral(u"Semaine\u202F: 61\u202F% utilisé"));
+    EXPECT_EQ(refreshStatusText(now, Calendar::utc(), QLocale{}), QStringLiteral(u"Actualisé à 14:05"));
+    EXPECT_EQ(someMenuFigures(),
+              (QStringList{QStringLiteral(u"43\u202F% utilisé · Renouvelé dans 2\u00A0h"),
+                           QStringLiteral(u"Claude\u202F: En attente de la première actualisation"),
+                           QStringLiteral(u"Codex\u202F: 1.0K tokens aujourd’hui, 1.0K en 30 jours")}));
+}
+
+TEST(SpanishTexts, sentencesIncludeTheirFigures)
+{
+    const TranslatedApplication application{QLocale{QStringLiteral("es_ES")}};
+    const ProviderCardModel model = cardWithTwoQuotas();
+    EXPECT_EQ(model.note, QStringLiteral("Se renueva dentro de 2 h"));
+    ASSERT_TRUE(model.quota && model.quota->weekly);
+    EXPECT_EQ(model.quota->weekly->used, QStringLiteral(u"Semana: 61\u00A0% usado"));
+    EXPECT_EQ(refreshStatusText(now, Calendar::utc(), QLocale{}), QStringLiteral("Actualizado: 14:05"));
+    EXPECT_EQ(someMenuFigures(),
+              (QStringList{QStringLiteral(u"43\u00A0% usado · Se renueva dentro de 2 h"),
+                           QStringLiteral(u"Claude: En espera de la primera actualización"),
+                           QStringLiteral(u"Codex: 1.0K tokens hoy, 1.0K en 30 días")}));
 }
 
 TEST(GermanFormats, relativePhrasesFollowTheLocale)
