@@ -106,7 +106,7 @@ private:
     static StatusMenuContent contentOf(std::size_t number)
     {
         const QStringList figures{number % 2 == 0 ? QString{} : QStringLiteral("42% used"), QStringLiteral("Claude")};
-        return {.figures = [figures] { return figures; }, .keepsAwake = number / 2 != 0};
+        return {.figures = [figures](bool /*isOpened*/) { return figures; }, .keepsAwake = number / 2 != 0};
     }
 
     /// Checks that panels are sent what has changed, once.

@@ -49,7 +49,7 @@ UsageSnapshot snapshotOf(std::vector<ProviderState> states)
 
 QStringList figures(const UsageSnapshot& snapshot)
 {
-    return menuFigures(snapshot, QLocale{QLocale::English});
+    return menuFigures(snapshot, QLocale{QLocale::English}, true);
 }
 
 TEST(MenuFigures, eachAssistantHasItsTokens)
@@ -67,7 +67,9 @@ TEST(MenuFigures, percentageHasTheResetOfItsOwnQuota)
     claude.quota = quota(12, now + 5h);
     ProviderState codex = usedState(Provider::codex, 0, 1);
     codex.quota = quota(42.5, now + 2h);
-    EXPECT_EQ(figures(snapshotOf({claude, codex})).first(), QStringLiteral("43% used · Resets in 2 hr."));
+    const UsageSnapshot snapshot = snapshotOf({claude, codex});
+    EXPECT_EQ(figures(snapshot).first(), QStringLiteral("43% used · Resets in 2 hr."));
+    EXPECT_EQ(menuFigures(snapshot, QLocale{QLocale::English}, false).first(), QStringLiteral("43% used"));
     claude.quota = quota(60, std::nullopt);
     EXPECT_EQ(figures(snapshotOf({claude, codex})).first(), QStringLiteral("60% used · Reset not reported"));
 }

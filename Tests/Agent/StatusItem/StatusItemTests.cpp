@@ -193,7 +193,7 @@ TEST_F(StatusItemTest, choiceInTheMenuIsReported)
     std::vector<StatusMenuAction> choices;
     QObject::connect(item.get(), &StatusItem::chosen, item.get(),
                      [&](StatusMenuAction action) { choices.push_back(action); });
-    item->setMenu({.figures = [] { return QStringList{QStringLiteral("42% used")}; }});
+    item->setMenu({.figures = [](bool /*isOpened*/) { return QStringList{QStringLiteral("42% used")}; }});
     QDBusMessage call = QDBusMessage::createMethodCall(
         itemBus.baseService(), StatusMenu::path(), QStringLiteral("com.canonical.dbusmenu"), QStringLiteral("Event"));
     call << 4 << QStringLiteral("clicked") << QVariant::fromValue(QDBusVariant{0}) << 0U;

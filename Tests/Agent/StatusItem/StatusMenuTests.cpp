@@ -50,7 +50,7 @@ struct StatusMenuTest : testing::Test {
     void publish(const QStringList& figures, bool keepsAwake = false)
     {
         menu.setContent({.figures =
-                             [this, figures] {
+                             [this, figures](bool /*isOpened*/) {
                                  ++timesMade;
                                  return figures;
                              },
@@ -187,10 +187,10 @@ TEST_F(StatusMenuTest, figuresAreNotMadeBeforeAPanelAsks)
 TEST_F(StatusMenuTest, openingUpdatesLinesThatTimeHasChanged)
 {
     QString line = QStringLiteral("Resets in 2 hr.");
-    menu.setContent({.figures = [&line] { return QStringList{line}; }});
+    menu.setContent({.figures = [&line](bool /*isOpened*/) { return QStringList{line}; }});
     host->layout();
     line = QStringLiteral("Resets in 1 hr.");
-    ASSERT_TRUE(spinUntil([&] { return host->call("AboutToShow", {0}).arguments().value(0).toBool(); }));
+    EXPECT_TRUE(host->call("AboutToShow", {0}).arguments().value(0).toBool());
     EXPECT_EQ(host->updates.size(), 1) << "before the reply";
     EXPECT_FALSE(host->call("AboutToShow", {0}).arguments().value(0).toBool());
     EXPECT_FALSE(host->call("AboutToShow", {openId}).arguments().value(0).toBool());
@@ -201,6 +201,33 @@ TEST_F(StatusMenuTest, openingUpdatesLinesThatTimeHasChanged)
     EXPECT_EQ(qdbus_cast<QList<int>>(reply.arguments().value(0)), QList<int>{0});
     EXPECT_EQ(qdbus_cast<QList<int>>(reply.arguments().value(1)), QList<int>{77});
     EXPECT_EQ(host->labels().at(percentId), "Resets in 59 min.");
+}
+
+QStringList openedOrNot(bool isOpened)
+{
+    return {isOpened ? QStringLiteral("opened") : QStringLiteral("unopened")};
+}
+
+TEST_F(StatusMenuTest, firstOpeningUpdatesLinesThatWereReadBefore)
+{
+    menu.setContent({.figures = openedOrNot});
+    EXPECT_EQ(host->labels().at(percentId), "unopened");
+    EXPECT_TRUE(host->call("AboutToShow", {0}).arguments().value(0).toBool());
+    EXPECT_EQ(host->updates.size(), 1);
+    EXPECT_EQ(host->labels().at(percentId), "opened");
+    menu.setContent({.figures = openedOrNot});
+    EXPECT_EQ(host->labels().at(percentId), "opened") << "after a publication, too";
+}
+
+TEST_F(StatusMenuTest, openingThatIsNotAnnouncedUpdatesTheLines)
+{
+    menu.setContent({.figures = openedOrNot});
+    EXPECT_EQ(host->labels().at(percentId), "unopened");
+    host->call("Event", {openId, QStringLiteral("opened"), QVariant::fromValue(QDBusVariant{0}), 0U});
+    EXPECT_EQ(host->labels().at(percentId), "unopened") << "only the menu opens, not an entry";
+    host->call("Event", {0, QStringLiteral("opened"), QVariant::fromValue(QDBusVariant{0}), 0U});
+    EXPECT_EQ(host->updates.size(), 1);
+    EXPECT_EQ(host->labels().at(percentId), "opened");
 }
 
 TEST_F(StatusMenuTest, clickChoosesTheAction)

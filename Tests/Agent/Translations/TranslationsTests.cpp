@@ -159,7 +159,7 @@ QStringList someMenuFigures()
     snapshot.states = {initialState(Provider::claude, now, Calendar::utc()), state};
     snapshot.combinedPercent = 43;
     snapshot.now = now;
-    return menuFigures(snapshot, QLocale{});
+    return menuFigures(snapshot, QLocale{}, true);
 }
 
 TEST(GermanTexts, sentencesIncludeTheirFigures)

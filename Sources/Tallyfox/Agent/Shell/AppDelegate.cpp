@@ -61,8 +61,9 @@ void AppDelegate::configureStatusItem()
 
 void AppDelegate::updateMenu()
 {
-    m_statusItem->setMenu({.figures = [this] { return menuFigures(m_store.snapshot(), QLocale{}); },
-                           .keepsAwake = m_caffeine.isEnabled()});
+    m_statusItem->setMenu(
+        {.figures = [this](bool isOpened) { return menuFigures(m_store.snapshot(), QLocale{}, isOpened); },
+         .keepsAwake = m_caffeine.isEnabled()});
 }
 
 void AppDelegate::handleChoice(StatusMenuAction action)

@@ -31,13 +31,13 @@ const QuotaWindow* highestQuota(const std::vector<ProviderState>& states)
     return highest;
 }
 
-QString percentLine(const UsageSnapshot& snapshot, const QLocale& locale)
+QString percentLine(const UsageSnapshot& snapshot, const QLocale& locale, bool hasReset)
 {
     const QuotaWindow* quota = highestQuota(snapshot.states);
     if (quota == nullptr || !snapshot.combinedPercent)
         return {};
-    return MenuText::tr("%1% used").arg(*snapshot.combinedPercent) + QStringLiteral(" · ")
-        + resetText(*quota, snapshot.now, locale);
+    const QString percent = MenuText::tr("%1% used").arg(*snapshot.combinedPercent);
+    return hasReset ? percent + QStringLiteral(" · ") + resetText(*quota, snapshot.now, locale) : percent;
 }
 
 QString providerLine(const ProviderState& state, const QLocale& locale)
@@ -75,9 +75,9 @@ std::string firstName(std::string_view desktopNames)
 
 } // namespace
 
-QStringList menuFigures(const UsageSnapshot& snapshot, const QLocale& locale)
+QStringList menuFigures(const UsageSnapshot& snapshot, const QLocale& locale, bool hasReset)
 {
-    QStringList lines{percentLine(snapshot, locale)};
+    QStringList lines{percentLine(snapshot, locale, hasReset)};
     for (const ProviderState& state : snapshot.states)
         lines += providerLine(state, locale);
     return lines;

@@ -34,8 +34,9 @@ enum class StatusMenuAction { open, refresh, settings, keepAwake };
 /// What the status item's menu shows besides its actions.
 struct StatusMenuContent {
     /// Makes the lines at the top, always as many; an empty one is hidden. Called when a panel wants to know them, so
-    /// that they cost nothing where no panel shows the menu.
-    std::function<QStringList()> figures{};
+    /// that they cost nothing where no panel shows the menu. Panels read a menu long before the user opens it: until
+    /// then what takes much memory to make should be left out.
+    std::function<QStringList(bool isOpened)> figures{};
     bool keepsAwake = false; ///< whether that action has its check mark
 };
 

@@ -189,7 +189,7 @@ public Q_SLOTS:
     bool AboutToShow(int id, const QDBusMessage& call)
     {
         if (m_menu.has(id))
-            return id == rootId && m_menu.updateIfOld();
+            return id == rootId && m_menu.updateForOpening();
         refuse(call);
         return false;
     }
@@ -205,7 +205,7 @@ public Q_SLOTS:
         for (const int id : ids) {
             if (!m_menu.has(id))
                 unknown += id;
-            else if (id == rootId && m_menu.updateIfOld())
+            else if (id == rootId && m_menu.updateForOpening())
                 changed += id;
         }
         return changed;
@@ -224,8 +224,10 @@ private:
     }
     void handle(int id, const QString& eventId)
     {
-        if (eventId == QStringLiteral("clicked")) // the others tell what the pointer is over
+        if (eventId == QStringLiteral("clicked"))
             m_menu.choose(id);
+        else if (id == rootId && eventId == QStringLiteral("opened")) // by a panel that has not announced it
+            m_menu.updateForOpening();
     }
     void refuse(const QDBusMessage& call)
     {
@@ -269,7 +271,7 @@ void StatusMenu::setContent(const StatusMenuContent& content)
 QList<StatusMenuEntry> StatusMenu::makeEntries() const
 {
     QList<StatusMenuEntry> entries;
-    const QStringList figures = m_content.figures ? m_content.figures() : QStringList{};
+    const QStringList figures = m_content.figures ? m_content.figures(m_isOpened) : QStringList{};
     for (int line = 0; line < figures.size(); ++line)
         entries += figureEntry(line, figures[line]);
     entries += {separatorId, {{QStringLiteral("type"), QStringLiteral("separator")}}};
@@ -305,10 +307,11 @@ bool StatusMenu::update()
     return !changed.isEmpty();
 }
 
-/// Before a panel opens the menu: the time to the reset passes without a publication.
-bool StatusMenu::updateIfOld()
+/// The first opening adds what is left out before; later, the time to the reset passes without a publication.
+bool StatusMenu::updateForOpening()
 {
-    return !m_entries.isEmpty() && m_age.hasExpired(maxAge) && update();
+    const bool isOld = !std::exchange(m_isOpened, true) || m_age.hasExpired(maxAge);
+    return !m_entries.isEmpty() && isOld && update();
 }
 
 void StatusMenu::choose(int id)

@@ -81,13 +81,14 @@ private:
     const QList<StatusMenuEntry>& entries();
     [[nodiscard]] bool has(int id);
     bool update();
-    bool updateIfOld();
+    bool updateForOpening();
     void choose(int id);
 
     QDBusConnection m_bus;
     StatusMenuContent m_content;
     QList<StatusMenuEntry> m_entries; ///< as panels know them; empty before a panel has asked
     QElapsedTimer m_age; ///< of `m_entries`
+    bool m_isOpened = false; ///< once at least
     StatusMenuAdaptor* m_adaptor;
 };
 
