@@ -5,6 +5,7 @@
 
 #include <QDBusArgument>
 #include <QDBusMetaType>
+#include <QGuiApplication>
 #include <gmock/gmock.h>
 
 namespace tallyfox::test {
@@ -116,6 +117,23 @@ TEST_F(PortalShortcutTest, boundKeysActivate)
     activate(m_portalsBus, sessionPath, shortcutId);
     ASSERT_TRUE(spinUntil([this] { return m_activations == 1; }));
     EXPECT_THAT(m_consents, ElementsAre(true));
+}
+
+TEST_F(PortalShortcutTest, applicationIsRegisteredBeforeItAsks)
+{
+    const QString before = QGuiApplication::desktopFileName();
+    QGuiApplication::setDesktopFileName(QStringLiteral("org.tallyfox.tallyfox"));
+    FakePortal portal{m_portalsBus, consent};
+    start();
+    ASSERT_TRUE(becomesBound());
+    QGuiApplication::setDesktopFileName(before);
+    const QList<QDBusMessage>& calls = portal.service().messages();
+    ASSERT_GE(calls.size(), 2);
+    EXPECT_EQ(calls.at(0).interface(), QStringLiteral("org.freedesktop.host.portal.Registry"));
+    EXPECT_EQ(calls.at(0).signature(), QStringLiteral("sa{sv}"));
+    EXPECT_EQ(calls.at(0).arguments().front(), QStringLiteral("org.tallyfox.tallyfox"));
+    EXPECT_EQ(calls.at(1).member(), QStringLiteral("CreateSession"));
+    EXPECT_EQ(calls.at(1).service(), calls.at(0).service()) << "on another connection";
 }
 
 TEST_F(PortalShortcutTest, nothingIsAskedWithoutARequest)

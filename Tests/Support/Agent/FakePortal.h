@@ -66,6 +66,8 @@ private:
             return call.createReply();
         if (call.member() == QStringLiteral("Get"))
             return call.createReply(QVariant::fromValue(QDBusVariant{1U}));
+        if (call.member() == QStringLiteral("Register"))
+            return call.createReply();
         const QString handle = handleOf(call);
         const QDBusMessage reply = call.createReply(QVariant::fromValue(QDBusObjectPath{handle}));
         const auto decision = m_decide(call);

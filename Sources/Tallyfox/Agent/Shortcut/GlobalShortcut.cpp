@@ -1,5 +1,6 @@
 #include "Tallyfox/Agent/Shortcut/GlobalShortcut.h"
 
+#include "Tallyfox/Agent/Bus/OwnConnection.h"
 #include "Tallyfox/Agent/Bus/SessionBus.h"
 #include "Tallyfox/Agent/Desktop/Display.h"
 #include "Tallyfox/Agent/Shortcut/KdeShortcut.h"
@@ -66,10 +67,11 @@ private:
 
     void addPortal()
     {
-        const QDBusConnection bus = sessionBus();
-        if (!bus.isConnected())
+        if (!sessionBus().isConnected())
             return;
-        m_portal = std::make_unique<PortalShortcut>(bus);
+        // The portal takes the registration of an application only before any other call; Qt calls it for its theme.
+        m_portalBus = std::make_unique<OwnConnection>(QGuiApplication::desktopFileName() + QStringLiteral(".shortcut"));
+        m_portal = std::make_unique<PortalShortcut>(m_portalBus->bus());
         connectBackEnd(*m_portal);
         connect(m_portal.get(), &PortalShortcut::consentChanged, this, &DesktopShortcut::storeConsent);
         if (m_userDefaults.preferences().requestsShortcut)
@@ -127,6 +129,7 @@ private:
     xcb_connection_t* m_connection = nullptr; ///< for grabs; null without that back end
     std::unique_ptr<X11Shortcut> m_grab;
     std::unique_ptr<KdeShortcut> m_kde;
+    std::unique_ptr<OwnConnection> m_portalBus;
     std::unique_ptr<PortalShortcut> m_portal;
 };
 

@@ -8,6 +8,7 @@
 #include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
 #include <QDBusVariant>
+#include <QGuiApplication>
 
 #include <algorithm>
 #include <utility>
@@ -74,6 +75,18 @@ QVariant shortcuts()
     return QVariant::fromValue(QList<PortalShortcutEntry>{{shortcutId, properties}});
 }
 
+/// Tells the portal which application this is. GNOME gives shortcuts to known ones only, and without this the portal
+/// knows those that the desktop has started. The reply does not matter: portals before version 1.20 have no such
+/// method, the others refuse an application without a desktop entry, and a later call finds it registered.
+void registerApplication(const QDBusConnection& bus)
+{
+    QDBusMessage call = QDBusMessage::createMethodCall(portalService(), portalPath(),
+                                                       QStringLiteral("org.freedesktop.host.portal.Registry"),
+                                                       QStringLiteral("Register"));
+    call << QGuiApplication::desktopFileName() << QVariantMap{};
+    bus.send(call);
+}
+
 } // namespace
 
 PortalShortcut::PortalShortcut(const QDBusConnection& bus, QObject* parent)
@@ -111,6 +124,7 @@ void PortalShortcut::request()
 {
     if (m_request || state() == ShortcutState::inForce)
         return;
+    registerApplication(m_bus);
     m_request = std::make_unique<PortalRequest>(
         m_context, m_bus, QStringLiteral("GlobalShortcuts.CreateSession"), QVariantList{},
         QVariantMap{{QStringLiteral("session_handle_token"), newPortalToken()}});

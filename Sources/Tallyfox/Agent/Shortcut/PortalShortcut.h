@@ -12,6 +12,8 @@ class PortalShortcut : public GlobalShortcut {
     Q_OBJECT
 
 public:
+    /// Registers the application with the portal at the first request. Nothing else may call the portal on that
+    /// connection before, because it would be too late then.
     explicit PortalShortcut(const QDBusConnection& bus, QObject* parent = nullptr);
     /// Closes the session, which ends the grant. A session that is still being created ends with the bus connection.
     ~PortalShortcut() override;

@@ -1,5 +1,6 @@
 #include "Tallyfox/Agent/StatusItem/StatusItem.h"
 
+#include "Tallyfox/Agent/Bus/OwnConnection.h"
 #include "Tallyfox/Agent/Bus/ServiceCall.h"
 #include "Tallyfox/Agent/StatusItem/ClickPosition.h"
 #include "Tallyfox/Agent/StatusItem/StatusIconPainter.h"
@@ -144,28 +145,6 @@ private:
     bool m_wasShown = false; ///< panels may end and start again
     bool m_isAnnounced = false; ///< by `shown`
     bool m_isReported = false; ///< by `unavailable`
-};
-
-/// A connection to the session bus that is closed, with whatever was registered on it, when the object is destroyed.
-class OwnConnection {
-public:
-    explicit OwnConnection(const QString& name)
-        : m_bus{QDBusConnection::connectToBus(QDBusConnection::SessionBus, name)}
-    { }
-    ~OwnConnection()
-    {
-        QDBusConnection::disconnectFromBus(m_bus.name());
-    }
-    OwnConnection(const OwnConnection&) = delete;
-    OwnConnection& operator=(const OwnConnection&) = delete;
-
-    [[nodiscard]] const QDBusConnection& bus() const
-    {
-        return m_bus;
-    }
-
-private:
-    QDBusConnection m_bus;
 };
 
 /// The connection is a base class so that it outlives the item.
