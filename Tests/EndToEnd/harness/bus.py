@@ -31,16 +31,13 @@ class Bus:
         """`services`: names of this machine's service files that the bus may start. `name`: of its folder and log."""
         self._processes = processes
         folder = os.path.join(processes.folder, name)
-        links = os.path.join(folder, "services")
-        os.makedirs(links)
+        self._links = os.path.join(folder, "services")
+        os.makedirs(self._links)
         for service in services:
-            source = f"/usr/share/dbus-1/services/{service}.service"
-            if not os.path.exists(source):
-                raise Failure(f"{source} is not installed: run scripts/bootstrap")
-            os.symlink(source, os.path.join(links, f"{service}.service"))
+            self._link(service)
         configuration = os.path.join(folder, "bus.conf")
         with open(configuration, "w", encoding="utf-8") as file:
-            file.write(CONFIGURATION.format(folder=folder, services=links))
+            file.write(CONFIGURATION.format(folder=folder, services=self._links))
         reader, writer = os.pipe()
         processes.start(name, ["dbus-daemon", "--nofork", f"--config-file={configuration}",
                                 f"--print-address={writer}"], pass_fds=[writer])
@@ -50,6 +47,17 @@ class Bus:
         if not self.address:
             raise Failure("dbus-daemon printed no address")
         self._connection = self.connect()
+
+    def _link(self, service):
+        source = f"/usr/share/dbus-1/services/{service}.service"
+        if not os.path.exists(source):
+            raise Failure(f"{source} is not installed: run scripts/bootstrap")
+        os.symlink(source, os.path.join(self._links, f"{service}.service"))
+
+    def offer(self, service):
+        """Lets the bus start one more service."""
+        self._link(service)
+        self.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "ReloadConfig")
 
     def connect(self):
         flags = Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION

@@ -1,6 +1,7 @@
 """GNOME Shell with the AppIndicator extension, which shows status items there."""
 
 import json
+import os
 import re
 
 from gi.repository import GLib
@@ -11,26 +12,21 @@ from .waiting import settled, until
 from .wayland import NATIVE_BOX, NATIVE_NAME, WALLPAPER, WaylandDesktop, Window
 
 INDICATORS = "ubuntu-appindicators@ubuntu.com"
-DRIVER = "driver@tallyfox.org"
+PORTAL = {  # by name on the bus
+    "org.gnome.Settings.GlobalShortcutsProvider": "/usr/libexec/gnome-control-center-global-shortcuts-provider",
+    "org.freedesktop.impl.portal.desktop.gnome": "/usr/libexec/xdg-desktop-portal-gnome",
+    "org.freedesktop.portal.Desktop": "/usr/libexec/xdg-desktop-portal",
+}
+INTERFACES = "/usr/share/xdg-desktop-portal/portals/gnome.portal"
 ACTIVE = 1  # the state of an extension
 
-# Lets the test ask the shell for its windows, and leaves nothing in the bar but what comes later: the status items.
-DRIVER_CODE = f"""
-const Main = imports.ui.main;
-function init() {{}}
-function enable() {{
-    global.context.unsafe_mode = true;
-    Main.sessionMode.hasOverview = false;
-    Main.panel.set_style("background-color: #333333; height: {BAR}px;");
-    Main.panel._leftBox.hide();
-    Main.panel._centerBox.hide();
-    for (const child of Main.panel._rightBox.get_children())
-        child.hide();
-}}
-function disable() {{}}
+# Leaves nothing in the bar but what comes later: the status items.
+EMPTY_BAR = f"""
+Main.panel.set_style("background-color: #333333; height: {BAR}px;");
+for (const child of [Main.panel._leftBox, Main.panel._centerBox, ...Main.panel._rightBox.get_children()])
+    child.hide();
 """
-SETTINGS = """[org/gnome/shell]
-enabled-extensions=['{driver}']
+SETTINGS = f"""[org/gnome/shell]
 welcome-dialog-last-shown-version='99'
 
 [org/gnome/desktop/notifications]
@@ -41,7 +37,7 @@ enable-animations=false
 
 [org/gnome/desktop/background]
 picture-options='none'
-primary-color='#{wallpaper}'
+primary-color='#{bytes(WALLPAPER).hex()}'
 color-shading-type='solid'
 """
 WINDOWS = """global.get_window_actors().filter(actor => actor.visible).map(actor => {
@@ -49,7 +45,7 @@ WINDOWS = """global.get_window_actors().filter(actor => actor.visible).map(actor
     return [window.get_pid(), window.get_title() || "", [rect.x, rect.y, rect.width, rect.height], window.has_focus()];
 })"""
 MENU = """(() => {
-    const menu = imports.ui.main.panel.menuManager.activeMenu;
+    const menu = Main.panel.menuManager.activeMenu;
     return menu ? menu._getMenuItems().filter(item => item.visible && item.label).map(item => {
         const [x, y] = item.get_transformed_position(), [width, height] = item.get_transformed_size();
         return [item.label.text, [x, y, width, height].map(Math.round)];
@@ -62,32 +58,32 @@ class TopBar(Panel):
     environment = {"XDG_CURRENT_DESKTOP": "GNOME"}
 
     def configure(self, config_home):
-        write(config_home, "glib-2.0/settings/keyfile",
-              SETTINGS.format(driver=DRIVER, wallpaper=bytes(WALLPAPER).hex()))
+        write(config_home, "glib-2.0/settings/keyfile", SETTINGS)
 
 
 class Gnome(WaylandDesktop):
     name = "gnome"
     panel_type = TopBar
+    has_layer_shell = False
     menu_button = 1
     toggling_button = 2
     wallpaper_takes_focus = False
 
     def _start_compositor(self):
         environment = self.processes.environment
-        folder = f"{environment['XDG_DATA_HOME']}/gnome-shell/extensions/{DRIVER}"
-        write(folder, "metadata.json", json.dumps({
-            "uuid": DRIVER, "name": "driver", "description": "driver", "url": "", "shell-version": ["43"]}))
-        write(folder, "extension.js", DRIVER_CODE)
         size = f"{self.display.box.width}x{self.display.box.height}"
-        self.processes.start("gnome-shell", ["gnome-shell", "--wayland", "--nested", "--wayland-display=wayland-1"],
-                             {"MUTTER_DEBUG_DUMMY_MODE_SPECS": size})
-        until("the shell answers", lambda: self._evaluate("imports.ui.main.layoutManager._startingUp") is False)
+        self.processes.start("gnome-shell", ["gnome-shell", "--wayland", "--nested", "--wayland-display=wayland-1",
+                                             "--unsafe-mode"], {"MUTTER_DEBUG_DUMMY_MODE_SPECS": size})
+        until("the shell answers", lambda: self._evaluate("Main.layoutManager._startingUp") is False)
+        self._evaluate("Main.overview.hide()")
+        until("the overview is closed", lambda: self._evaluate("Main.overview.visible") is False)
+        self._evaluate(EMPTY_BAR)
         for name in ("DISPLAY", "WAYLAND_DISPLAY", "XAUTHORITY"):
-            environment[name] = self._evaluate(f"imports.gi.GLib.getenv('{name}')")
+            environment[name] = self._evaluate(f"GLib.getenv('{name}')")
 
     def _evaluate(self, code):
-        """The value of JavaScript code in the shell; None while the shell does not answer."""
+        """The value of JavaScript code in the shell, which its unsafe mode evaluates; None while it does not answer. `Main`
+        and `GLib` are those of the shell's object on the bus."""
         try:
             good, text = self.bus.call("org.gnome.Shell", "/org/gnome/Shell", "org.gnome.Shell", "Eval",
                                        GLib.Variant("(s)", (code,)))
@@ -114,14 +110,32 @@ class Gnome(WaylandDesktop):
                 if re.search("AppIndicator|StatusNotifier|dbusmenu|tallyfox", line)]
 
     def start_panel(self):
-        self._evaluate(f"imports.ui.main.extensionManager.enableExtension('{INDICATORS}')")
+        self._evaluate(f"Main.extensionManager.enableExtension('{INDICATORS}')")
         until("the extension is active", lambda: self._evaluate(
-            f"imports.ui.main.extensionManager.lookup('{INDICATORS}').state") == ACTIVE)
+            f"Main.extensionManager.lookup('{INDICATORS}').state") == ACTIVE)
         until("the panel accepts status items", self._has_tray)
 
     def kill_panel(self):
-        self._evaluate(f"imports.ui.main.extensionManager.disableExtension('{INDICATORS}')")
+        self._evaluate(f"Main.extensionManager.disableExtension('{INDICATORS}')")
         until("the panel is gone", lambda: not self._has_tray())
+
+    # ---- The desktop portal ----
+
+    def start_portal(self):
+        for name, program in PORTAL.items():
+            if os.path.exists(program):  # GNOME has had one for shortcuts since release 48
+                self.processes.start(os.path.basename(program), [program])
+                until(f"{name} is on the bus", lambda: self.bus.has(name))
+
+    @property
+    def portal_has_shortcuts(self):
+        with open(INTERFACES, encoding="utf-8") as file:
+            return "org.freedesktop.impl.portal.GlobalShortcuts" in file.read()
+
+    def grant_shortcut(self):
+        """Confirms what the portal asks."""
+        until("the portal asks", lambda: self.focused() == "Add Keyboard Shortcuts")
+        self.display.press("Alt_L", "a")
 
     # ---- The item's menu, which the shell draws itself ----
 
@@ -131,7 +145,7 @@ class Gnome(WaylandDesktop):
         return None if entries is None else {text: Box(*box) for text, box in entries}
 
     def menu_box(self):
-        return self._evaluate("imports.ui.main.panel.menuManager.activeMenu != null")
+        return self._evaluate("Main.panel.menuManager.activeMenu != null")
 
     def choose(self, text):
         entries = settled("the menu is open", self._menu_entries)

@@ -11,15 +11,14 @@ gi.require_version("Gio", "2.0")
 from gi.repository import Gio, GLib
 
 from .bus import StatusItems
-from .panels import Panel, write
+from .panels import BAR, Panel, write
 from .pictures import Box
 from .waiting import Failure, until
 from .wayland import NATIVE_BOX, NATIVE_NAME, WALLPAPER, WaylandDesktop, Window
 
 ACTIVITY = "00000000-0000-4000-8000-000000000001"
-OWN_ITEMS = ("battery", "bluetooth", "clipboard", "devicenotifier", "keyboardindicator", "keyboardlayout", "kdeconnect",
-             "manage-inputmethod", "mediacontroller", "nightcolorcontrol", "networkmanagement", "notifications",
-             "printmanager", "vault", "volume", "weather")
+DAEMONS = ("kded6", "kded5")  # collect the status items; the last character is the number of KDE's release
+PLASMOIDS = "/usr/share/plasma/plasmoids"
 LAYOUT = f"""[Containments][1]
 activityId={ACTIVITY}
 formfactor=0
@@ -66,31 +65,36 @@ wallpaperplugin=org.kde.image
 
 [Containments][5][General]
 extraItems=
-knownItems={','.join('org.kde.plasma.' + name for name in OWN_ITEMS)}
+knownItems={{own_items}}
 """
 OPAQUE = 1
 FILES = {
-    "plasmashellrc": f"[PlasmaViews][Panel 2]\npanelOpacity={OPAQUE}\n",
+    "plasmashellrc": f"[PlasmaViews][Panel 2]\nfloating=0\npanelOpacity={OPAQUE}\n"
+                     f"[PlasmaViews][Panel 2][Defaults]\nthickness={BAR}\n",
     "kscreenlockerrc": "[Daemon]\nAutolock=false\nLockOnResume=false\nTimeout=0\n",
     "kdeglobals": "[KDE]\nAnimationDurationFactor=0\n",
     "kactivitymanagerdrc": f"[activities]\n{ACTIVITY}=Default\n[main]\ncurrentActivity={ACTIVITY}\n",
-    "plasma-org.kde.plasma.desktop-appletsrc": LAYOUT,
 }
 ANSWERS = """<node><interface name="org.tallyfox.Answers">
   <method name="put"><arg type="s" direction="in"/><arg type="s" direction="in"/></method>
 </interface></node>"""
-WINDOWS = """workspace.clientList().filter(client => !client.desktopWindow && !client.dock && !client.minimized)
-.map(client => {
+CLIENTS = "(workspace.windowList ? workspace.windowList() : workspace.clientList())"  # renamed in Plasma 6
+WINDOWS = f"""{CLIENTS}.filter(client => !client.desktopWindow && !client.dock && !client.minimized)
+.map(client => {{
     const frame = client.frameGeometry;
-    return [client.pid, String(client.caption), [frame.x, frame.y, frame.width, frame.height], client.active];
-})"""
+    const box = [frame.x, frame.y, frame.width, frame.height].map(Math.round);
+    return [client.pid, String(client.caption), box, client.active];
+}})"""
+
+
+def daemon():
+    """The one of the newest release of KDE that is installed."""
+    return next(filter(shutil.which, DAEMONS), DAEMONS[-1])
 
 
 class PlasmaPanel(Panel):
     name = "kde"
     program = "plasmashell"
-    environment = {"XDG_CURRENT_DESKTOP": "KDE", "KDE_FULL_SESSION": "true", "KDE_SESSION_VERSION": "5",
-                   "QT_QUICK_BACKEND": "software"}
     at_bottom = True
     background = (239, 240, 241)
 
@@ -98,9 +102,16 @@ class PlasmaPanel(Panel):
         box = super().bar(screen)
         return box._replace(y=box.y + 1, height=box.height - 1)  # without the line along its upper edge
 
+    @property
+    def environment(self):
+        return {"XDG_CURRENT_DESKTOP": "KDE", "KDE_FULL_SESSION": "true", "KDE_SESSION_VERSION": daemon()[-1],
+                "QT_QUICK_BACKEND": "software"}
+
     def configure(self, config_home):
         for name, text in FILES.items():
             write(config_home, name, text)
+        write(config_home, "plasma-org.kde.plasma.desktop-appletsrc",
+              LAYOUT.format(own_items=",".join(sorted(os.listdir(PLASMOIDS)))))
 
     def commands(self, config_home):
         return [[self.program, "--no-respawn"]]
@@ -135,7 +146,7 @@ class Plasma(WaylandDesktop):
         managers = glob.glob("/usr/lib/*/libexec/kactivitymanagerd")
         if not managers:
             raise Failure("kactivitymanagerd is not installed: run scripts/bootstrap")
-        for name, program in (("kded", "kded5"), ("kactivitymanagerd", managers[0])):
+        for name, program in (("kded", daemon()), ("kactivitymanagerd", managers[0])):
             self.processes.start(name, [program], {"QT_QPA_PLATFORM": "wayland"})
         for name in ("org.kde.ActivityManager", StatusItems.WATCHER):
             until(f"{name} is on the bus", lambda: self.bus.has(name))
@@ -165,8 +176,8 @@ class Plasma(WaylandDesktop):
                      f"callDBus('{self._connection.get_unique_name()}', '/answers', 'org.tallyfox.Answers', 'put', "
                      f"'{name}', JSON.stringify({code}));\n")
         scripting = ("org.kde.KWin", "/Scripting", "org.kde.kwin.Scripting")
-        number, = self.bus.call(*scripting, "loadScript", GLib.Variant("(ss)", (path, name)))
-        self.bus.call("org.kde.KWin", f"/{number}", "org.kde.kwin.Script", "run")
+        self.bus.call(*scripting, "loadScript", GLib.Variant("(ss)", (path, name)))
+        self.bus.call(*scripting, "start")  # runs those that are not running yet
 
         def is_answered():
             while GLib.MainContext.default().iteration(False):
@@ -178,10 +189,12 @@ class Plasma(WaylandDesktop):
         return self._answers.pop(name)
 
     def windows(self):
-        return [Window(pid, title, Box(*box), is_focused) for pid, title, box, is_focused in self._script(WINDOWS)]
+        # Layer surfaces have no titles. Only one of them ever has the keyboard: the popover.
+        return [Window(pid, title or "Tallyfox", Box(*box), is_focused)
+                for pid, title, box, is_focused in self._script(WINDOWS)]
 
     def _with_native_window(self, action):
-        self._script(f"workspace.clientList().filter(client => String(client.caption) == '{NATIVE_NAME}')"
+        self._script(f"{CLIENTS}.filter(client => String(client.caption) == '{NATIVE_NAME}')"
                      f".map(client => client.{action})")
 
     def _place_native_window(self):

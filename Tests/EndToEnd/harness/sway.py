@@ -4,11 +4,12 @@ import json
 import os
 import subprocess
 
+from .desktop import POPOVER_SIZE
 from .panels import BAR, Panel, write
 from .pictures import Box
 from .processes import needed
 from .waiting import until
-from .wayland import NATIVE_BOX, NATIVE_NAME, WALLPAPER, WaylandDesktop, Window
+from .wayland import EMPTY_PLACE, NATIVE_BOX, NATIVE_NAME, WALLPAPER, WaylandDesktop, Window
 
 CONFIGURATION = """xwayland {xwayland}
 output * bg #{wallpaper} solid_color
@@ -17,6 +18,8 @@ default_border normal
 for_window [title="{native}"] floating enable, resize set {box.width} {box.height}, move position {box.x} {box.y}
 exec env >'{environment}.unfinished' && mv '{environment}.unfinished' '{environment}'
 """
+AGENT = "org.tallyfox.tallyfox"  # its name on the bus
+EDGE = 100  # pixels: less than there is beside or above the settings
 
 
 class Waybar(Panel):
@@ -67,7 +70,24 @@ class Sway(WaylandDesktop):
                 frame, inner = node["rect"], node["window_rect"]
                 box = Box(frame["x"] + inner["x"], frame["y"] + inner["y"], inner["width"], inner["height"])
                 found.append(Window(node["pid"], node["name"] or "", box, node["focused"]))
-        return found
+        return found + self._layer_surfaces(not any(window.is_focused for window in found))
+
+    def _layer_surfaces(self, has_focus):
+        """The popover as a layer surface. sway lists none: what is as large, at the right edge of the screen, counts as
+        one. A surface may have the keyboard while no window has."""
+        if not self.uses_layer_surface or not self.has_agent():
+            return []
+        screen, bar = self.display.box, self.bar
+        behind = self.display.picture(Box(*EMPTY_PLACE, 1, 1)).data[2::-1]
+        edge = Box(screen.right - EDGE, bar.bottom, EDGE, screen.bottom - bar.bottom)
+        right_part = self.display.picture(edge).outline(behind)
+        if not right_part or right_part.height != POPOVER_SIZE[1]:
+            return []
+        upper_part = self.display.picture(Box(NATIVE_BOX.right, right_part.y, screen.right - NATIVE_BOX.right, EDGE))
+        box = upper_part.outline(behind)
+        if not box:  # closed meanwhile
+            return []
+        return [Window(self.bus.process_of(AGENT), "Tallyfox", box._replace(height=right_part.height), has_focus)]
 
     def _place_native_window(self):
         pass  # the configuration says where

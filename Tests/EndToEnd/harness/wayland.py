@@ -32,12 +32,19 @@ class Window(NamedTuple):
     is_focused: bool
 
 
+def can_use_layer_shell(program):
+    """Whether the program was built with LayerShellQt, which is optional."""
+    with open(f"{program}-agent", "rb") as file:
+        return b"libLayerShellQtInterface" in file.read()
+
+
 class WaylandDesktop(Desktop):
     """A desktop with a native window on it, and without a panel yet."""
 
     name = ""  # part of the names of its tests
     panel_type = None
     has_x = True  # whether the compositor starts XWayland
+    has_layer_shell = True  # whether a native client can put a surface beside the panels
     menu_button = 3  # the mouse button that opens the item's menu
     toggling_button = 1  # the mouse button that opens and closes the popover
     background = WALLPAPER
@@ -51,6 +58,9 @@ class WaylandDesktop(Desktop):
         self._last_click = 0.0
         display = Display(surroundings.processes, virtual_server(SCREEN))
         super().__init__(surroundings, self.panel_type(), display, window_manager=False)
+        self.uses_layer_surface = self.has_layer_shell and can_use_layer_shell(surroundings.options.program)
+        if self.uses_layer_surface:
+            self._expect_layer_surface()
         system_bus = Bus(self.processes, [], name="system-bus")
         self.logind = FakeLogind(system_bus)
         self.processes.environment.update(
@@ -59,6 +69,14 @@ class WaylandDesktop(Desktop):
         self._start_compositor()
         self._start_native_window()
         self.rest()
+
+    def _expect_layer_surface(self):
+        """Sets the limits that a popover in a layer surface, shown by a native client, has or lacks."""
+        self.centres_windows = False
+        self.covers_full_screen = True
+        self.wallpaper_takes_focus = True
+        if self.shortcut_scope == "X windows":
+            self.shortcut_scope = None  # the program has none
 
     # ---- What each compositor does in its own way ----
 
