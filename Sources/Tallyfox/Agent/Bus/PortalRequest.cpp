@@ -68,15 +68,15 @@ PortalRequest::PortalRequest(QObject& context, const QDBusConnection& bus, const
         else if (self)
             self->handleReply(reply.reply(), reply.value().path());
         else if (!reply.isError())
-            closeRequest(bus, reply.reply().service(), reply.value().path());
+            closeRequest(bus, portalService(), reply.value().path());
     };
     callService(context, bus, call, handle);
 }
 
 PortalRequest::~PortalRequest()
 {
-    if (!m_portal.isEmpty())
-        closeRequest(m_bus, m_portal, m_handle);
+    if (m_hasReply)
+        closeRequest(m_bus, m_portal.isEmpty() ? portalService() : m_portal, m_handle);
 }
 
 void PortalRequest::listenTo(const QString& handle)
@@ -91,9 +91,14 @@ void PortalRequest::handleReply(const QDBusMessage& reply, const QString& handle
 {
     if (handle != m_handle)
         listenTo(handle); // old portals choose the path themselves
-    m_portal = reply.service();
-    if (m_response)
-        handleResponse(*m_response);
+    m_hasReply = true;
+    findReplier(*this, m_bus, reply, portalService(), [this](const QString& portal) {
+        if (portal.isEmpty())
+            fail();
+        m_portal = portal;
+        if (m_response)
+            handleResponse(*m_response);
+    });
 }
 
 void PortalRequest::handleResponse(const QDBusMessage& response)

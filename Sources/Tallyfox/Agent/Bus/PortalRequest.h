@@ -56,6 +56,7 @@ private:
 
     QDBusConnection m_bus;
     QString m_portal;
+    bool m_hasReply = false;
     QString m_handle;
     std::optional<QDBusMessage> m_response; ///< the last one received before the reply
     bool m_isDecided = false; ///< later responses are ignored

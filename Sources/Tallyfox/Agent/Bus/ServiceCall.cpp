@@ -1,6 +1,7 @@
 #include "Tallyfox/Agent/Bus/ServiceCall.h"
 
 #include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
 
 namespace tallyfox {
@@ -28,6 +29,23 @@ void callService(QObject& context, const QDBusConnection& bus, const QDBusMessag
                          finished->deleteLater(); // not at once: it is emitting this signal
                          handle(*finished);
                      });
+}
+
+void findReplier(QObject& context, const QDBusConnection& bus, const QDBusMessage& reply, const QString& service,
+                 const std::function<void(const QString&)>& handle)
+{
+    if (!reply.service().isEmpty()) {
+        handle(reply.service());
+        return;
+    }
+    const QString busName = QStringLiteral("org.freedesktop.DBus");
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(busName, QStringLiteral("/"), busName, QStringLiteral("GetNameOwner"));
+    call << service;
+    callService(context, bus, call, [handle](const QDBusPendingCall& answered) {
+        const QDBusPendingReply<QString> owner = answered;
+        handle(owner.isValid() ? owner.value() : QString{});
+    });
 }
 
 void watchService(QObject& context, const QDBusConnection& bus, const QString& service,

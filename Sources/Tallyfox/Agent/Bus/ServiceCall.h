@@ -31,6 +31,12 @@ void callService(QObject& context, const QDBusConnection& bus, const QDBusMessag
                  const std::function<void(const QDBusPendingCall&)>& handle,
                  std::chrono::milliseconds timeout = noTimeout);
 
+/// Passes the unique name of the peer that has sent `reply` to a call of `service`, empty if there is none any more. At
+/// once where the bus library reports it; Qt 6.8 does not, and the bus is asked who owns `service`, so the caller must
+/// watch for a change of owner. `handle` is not called if `context` is destroyed first.
+void findReplier(QObject& context, const QDBusConnection& bus, const QDBusMessage& reply, const QString& service,
+                 const std::function<void(const QString&)>& handle);
+
 /// Calls `lost`, from the event loop, when `service` changes its owner or ends, and when the bus connection is lost;
 /// not if `context` is destroyed first.
 void watchService(QObject& context, const QDBusConnection& bus, const QString& service,

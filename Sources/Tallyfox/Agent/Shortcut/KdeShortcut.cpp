@@ -136,13 +136,24 @@ void KdeShortcut::registerKeys()
 
 void KdeShortcut::handleReply(const QDBusMessage& reply)
 {
-    m_registration.release()->deleteLater(); // it is the context of this call
     if (reply.type() != QDBusMessage::ReplyMessage || reply.signature() != QLatin1StringView{"a(ai)"}) {
+        endRegistration();
         handleLoss();
         return;
     }
-    m_service = reply.service();
-    setState(stateFor(reply.arguments().front()));
+    findReplier(*m_registration, m_bus, reply, serviceName, [this, reply](const QString& service) {
+        endRegistration();
+        m_service = service;
+        if (service.isEmpty())
+            handleLoss();
+        else
+            setState(stateFor(reply.arguments().front()));
+    });
+}
+
+void KdeShortcut::endRegistration()
+{
+    m_registration.release()->deleteLater(); // it is the context of the call that is being handled
 }
 
 void KdeShortcut::handleKeys(const QDBusMessage& signal)

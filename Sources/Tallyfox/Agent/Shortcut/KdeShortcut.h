@@ -39,6 +39,7 @@ private:
     void connectSignals();
     void registerKeys();
     void handleReply(const QDBusMessage& reply);
+    void endRegistration();
     void handleOwnerChange(const QString& before, const QString& after);
     void handleLoss();
     void setServed(bool isServed);
