@@ -20,6 +20,12 @@ QString expectedHandle(const QDBusConnection& bus, const QString& token)
     return portalPath() + QStringLiteral("/request/") + peer + QLatin1Char('/') + token;
 }
 
+/// The portal's unique name, or its well-known one where the bus library does not report it.
+QString portalOr(const QString& uniqueName)
+{
+    return uniqueName.isEmpty() ? portalService() : uniqueName;
+}
+
 void closeRequest(const QDBusConnection& bus, const QString& portal, const QString& handle)
 {
     bus.send(QDBusMessage::createMethodCall(portal, handle, requestInterface, QStringLiteral("Close")));
@@ -68,7 +74,7 @@ PortalRequest::PortalRequest(QObject& context, const QDBusConnection& bus, const
         else if (self)
             self->handleReply(reply.reply(), reply.value().path());
         else if (!reply.isError())
-            closeRequest(bus, portalService(), reply.value().path());
+            closeRequest(bus, portalOr(reply.reply().service()), reply.value().path());
     };
     callService(context, bus, call, handle);
 }
@@ -76,7 +82,7 @@ PortalRequest::PortalRequest(QObject& context, const QDBusConnection& bus, const
 PortalRequest::~PortalRequest()
 {
     if (m_hasReply)
-        closeRequest(m_bus, m_portal.isEmpty() ? portalService() : m_portal, m_handle);
+        closeRequest(m_bus, portalOr(m_portal), m_handle);
 }
 
 void PortalRequest::listenTo(const QString& handle)
