@@ -136,6 +136,19 @@ TEST_F(PortalShortcutTest, applicationIsRegisteredBeforeItAsks)
     EXPECT_EQ(calls.at(1).service(), calls.at(0).service()) << "on another connection";
 }
 
+TEST_F(PortalShortcutTest, listedShortcutIsBoundWhateverTheCode)
+{
+    FakePortal portal{m_portalsBus, [](const QDBusMessage& call) {
+                          std::optional<PortalDecision> decision = consent(call);
+                          if (call.member() == QStringLiteral("BindShortcuts"))
+                              decision->response = 2;
+                          return decision;
+                      }};
+    start();
+    ASSERT_TRUE(becomesBound());
+    EXPECT_THAT(m_consents, ElementsAre(true));
+}
+
 TEST_F(PortalShortcutTest, nothingIsAskedWithoutARequest)
 {
     FakePortal portal{m_portalsBus, consent};

@@ -135,6 +135,7 @@ class Gnome(WaylandDesktop):
     def grant_shortcut(self):
         """Confirms what the portal asks."""
         until("the portal asks", lambda: self.focused() == "Add Keyboard Shortcuts")
+        self.rest()
         self.display.press("Alt_L", "a")
 
     # ---- The item's menu, which the shell draws itself ----

@@ -117,12 +117,13 @@ void PortalRequest::handleResponse(const QDBusMessage& response)
         return;
     m_isDecided = true;
     const QVariantList outcome = response.arguments();
+    if (response.signature() == QLatin1StringView{"ua{sv}"})
+        m_results = qdbus_cast<QVariantMap>(outcome.at(1));
     if (response.signature() != QLatin1StringView{"ua{sv}"} || outcome.at(0).toUInt() != 0) {
         fail();
         return;
     }
-    const auto results = qdbus_cast<QVariantMap>(outcome.at(1));
-    QMetaObject::invokeMethod(this, "succeeded", Qt::QueuedConnection, Q_ARG(QVariantMap, results));
+    QMetaObject::invokeMethod(this, "succeeded", Qt::QueuedConnection, Q_ARG(QVariantMap, m_results));
 }
 
 void PortalRequest::fail()

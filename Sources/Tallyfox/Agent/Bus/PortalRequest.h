@@ -35,6 +35,12 @@ public:
         return m_portal;
     }
 
+    /// What the portal has responded, also when it was a refusal; empty before.
+    [[nodiscard]] const QVariantMap& results() const
+    {
+        return m_results;
+    }
+
     /// Whether the portal has responded: a request that has failed since was refused.
     [[nodiscard]] bool isDecided() const
     {
@@ -56,6 +62,7 @@ private:
 
     QDBusConnection m_bus;
     QString m_portal;
+    QVariantMap m_results;
     bool m_hasReply = false;
     QString m_handle;
     std::optional<QDBusMessage> m_response; ///< the last one received before the reply

@@ -162,7 +162,9 @@ void PortalShortcut::handleGrant(const QVariantMap& results)
 
 void PortalShortcut::handleRefusal()
 {
-    if (m_request->isDecided())
+    if (const QVariantMap results = m_request->results(); isGranted(results))
+        handleGrant(results); // GNOME 48.0 responds with an arbitrary code: only the list is right
+    else if (m_request->isDecided())
         decline();
     else
         endSession();
