@@ -227,11 +227,11 @@ def test_menuShowsTheFiguresAndItsEntriesWork(surroundings, desktop):
         desktop.open_menu(item)
         desktop.choose("Keep Mac Awake")
         until(f"what keeps the computer awake is {holders}",
-              lambda: [who for _, who, _, _ in desktop.logind.held()] == holders)
+              lambda: desktop.logind.blockers() == holders)
 
     desktop.open_menu(item)
     desktop.choose("Settings…")
     expect_focus(desktop, SETTINGS)
     agent.expect_output([])
     agent.end()
-    until("nothing keeps the computer awake", lambda: not desktop.logind.held())
+    until("nothing keeps the computer awake", lambda: not desktop.logind.blockers())

@@ -97,6 +97,10 @@ class FakeLogind:
         os.close(given)
         invocation.return_value_with_unix_fd_list(GLib.Variant("(h)", (handle,)), files)
 
+    def blockers(self):
+        """Who keeps the computer awake; not those who only delay its sleep, as GNOME Shell does."""
+        return [who for _, who, _, mode in self.held() if mode == "block"]
+
     def held(self):
         """What, who, why and mode of each inhibition in force. One ends when its holder closes the file."""
         poll = select.poll()
